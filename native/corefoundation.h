@@ -1,0 +1,73 @@
+// The Core Foundation functions and Foundation values in use, under their own names.
+//
+// A CFStringRef is the same object as an NSString, a CFURLRef as an NSURL: both can be sent
+// messages. Functions with Create or Copy in their name give a reference that the caller owns.
+#pragma once
+
+#include "native/objc.h"
+
+namespace zel {
+
+struct CFStringObject;
+struct CFURLObject;
+struct CFAllocatorObject;
+struct CFDictionaryObject;
+
+using CFIndex = std::intptr_t;
+using CFTypeRef = const void*;
+using CFStringRef = const CFStringObject*;
+using CFURLRef = const CFURLObject*;
+using CFDictionaryRef = const CFDictionaryObject*;
+using CFMutableDictionaryRef = CFDictionaryObject*;
+using CFAllocatorRef = const CFAllocatorObject*;
+using CFStringEncoding = std::uint32_t;
+/// Core Foundation's Boolean: one byte.
+using Boolean = unsigned char;
+/// A UTF-16 unit.
+using UniChar = std::uint16_t;
+
+inline constexpr CFAllocatorRef kDefaultAllocator = nullptr;
+
+inline constexpr CFStringEncoding kCFStringEncodingMacRoman = 0;
+inline constexpr CFStringEncoding kCFStringEncodingUnicode = 0x100;  // UTF-16, machine byte order
+inline constexpr CFStringEncoding kCFStringEncodingASCII = 0x600;
+inline constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
+
+extern "C" {
+/// Gives up a reference. @param object not null.
+void CFRelease(CFTypeRef object);
+
+/// A string from bytes up to the first zero byte; owned by the caller. Null when text is null, the
+/// encoding is unknown or the bytes are not valid in it.
+CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text,
+                                      CFStringEncoding encoding);
+/// A string from UTF-16 units in machine byte order; owned by the caller, null on failure.
+/// @param count units, not bytes.
+CFStringRef CFStringCreateWithCharacters(CFAllocatorRef allocator, const UniChar* units,
+                                         CFIndex count);
+/// The length in UTF-16 units. @param string not null.
+CFIndex CFStringGetLength(CFStringRef string);
+/// Writes the string and a terminating zero. False when they don't fit or can't be converted; the
+/// buffer is then undefined. @param size of the buffer in bytes.
+Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
+                           CFStringEncoding encoding);
+
+/// A URL from its text; owned by the caller, null when the text is no valid URL.
+/// @param base nullable.
+CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef text, CFURLRef base);
+
+/// The value of a key, not owned, or null.
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+/// Sets the value of a key, replacing an earlier one.
+void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
+/// Removes a key; an absent one is left alone.
+void CFDictionaryRemoveValue(CFMutableDictionaryRef dictionary, const void* key);
+
+/// Writes a line to the system log. @param format not null; "%@" takes an object, nil included.
+void NSLog(CFStringRef format, ...);
+
+/// The text constant that Foundation exports under that name, not owned; null when it has none.
+CFStringRef zelFoundationConstant(const char* name);
+}
+
+}  // namespace zel

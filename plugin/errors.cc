@@ -1,0 +1,60 @@
+#include "plugin/errors.h"
+
+#include "plugin/build_string.h"
+
+namespace zel {
+
+constinit CFMutableDictionaryRef instances = nullptr;
+constinit bool ExceptionsInitialized = false;
+
+namespace {
+
+void writeToSystemLog(id exception) {
+  const CFStringRef format = autoreleased(
+      CFStringCreateWithCString(kDefaultAllocator, "A %@: %@, Info: %@\n", kCFStringEncodingASCII));
+  if (format == nullptr) return;
+  const id name = send<id, "name">(exception);
+  const id reason = send<id, "reason">(exception);
+  NSLog(format, name, reason, send<id, "userInfo">(exception));
+}
+
+}  // namespace
+
+void CocoaInit() {
+  Class* const hooks = classNamed<"NSException">();
+  if (instances == nullptr && respondsTo<"GetInstancesDictionaryZEL">(hooks)) {
+    instances = send<CFMutableDictionaryRef, "GetInstancesDictionaryZEL">(hooks);
+  }
+  if (!ExceptionsInitialized && respondsTo<"PrepareNSExceptionZEL">(hooks)) {
+    send<void, "PrepareNSExceptionZEL">(hooks);
+    ExceptionsInitialized = true;
+  }
+}
+
+void RaiseException(const char* className, const char* message,
+                    [[maybe_unused]] std::uint32_t errorNumber) {
+  const REALstring text =
+      message == nullptr ? nullptr : buildString(message, kCFStringEncodingASCII);
+  REALobject exception = REALnewInstance(className);
+  if (exception == nullptr) exception = REALnewInstance("RuntimeException");
+  if (exception != nullptr) {
+    REALSetPropValueString(exception, "Message", text);
+    REALSetPropValueInt32(exception, "ErrorNumber", 0);
+    REALRaiseException(exception);
+    REALUnlockObject(exception);
+  }
+  if (text != nullptr) REALUnlockString(text);
+}
+
+void reportNativeException(id exception) {
+  if (exception == nullptr) return;
+  if (!isKindOf<"NSException">(exception)) objc_exception_throw(exception);
+  writeToSystemLog(exception);
+  const auto hostException =
+      send<REALobject, "NewNSExceptionZEL:">(classNamed<"NSException">(), exception);
+  if (hostException == nullptr) return;
+  REALRaiseException(hostException);
+  REALUnlockObject(hostException);
+}
+
+}  // namespace zel

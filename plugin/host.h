@@ -1,0 +1,99 @@
+// The host's services as ordinary functions.
+//
+// The host gives the plugin one resolver; everything else is asked from it by name. A wrapper asks
+// at its first use and remembers what it found. A service that the host lacks is skipped in silence
+// (the wrapper's neutral result, out-arguments untouched) and asked for again at every later use.
+#pragma once
+
+#include <cstdint>
+
+#include "native/files.h"
+#include "plugin/handles.h"
+
+namespace zel {
+
+struct REALclassDefinition;
+
+/// Gives the entry point of that name (NUL-terminated), or null.
+using Resolver = void* (*)(const char* name);
+
+/// The host's resolver; REALPluginMain stores it before anything else happens.
+extern Resolver gResolver;
+/// The host's version, such as 2013.03; 0.0 until the host has told it.
+extern double rbversion;
+
+/// One service of the host.
+template <class Signature>
+class HostRoutine;
+
+template <class R, class... Arguments>
+class HostRoutine<R(Arguments...)> {
+ public:
+  using EntryPoint = R (*)(Arguments...);
+
+  /// @param name of the entry point; never copied.
+  constexpr explicit HostRoutine(const char* name) : name_(name) {}
+
+  /// The entry point, or null while the host doesn't know the name.
+  EntryPoint find() {
+    if (entry_ == nullptr) entry_ = reinterpret_cast<EntryPoint>(gResolver(name_));
+    return entry_;
+  }
+
+  /// Calls the service; R{} when the host lacks it.
+  R operator()(Arguments... arguments) {
+    const EntryPoint entry = find();
+    return entry == nullptr ? R() : entry(arguments...);
+  }
+
+ private:
+  EntryPoint entry_ = nullptr;
+  const char* name_;
+};
+
+/// One service of the host that goes through a procedure of the array itself. The host is asked for
+/// that procedure at every call: only the first step is remembered.
+template <class... Arguments>
+class ArrayRoutine {
+ public:
+  constexpr explicit ArrayRoutine(const char* name) : procedureOf_(name) {}
+
+  /// Calls the array's procedure; does nothing when the host or the array has none.
+  void operator()(REALarray array, Arguments... arguments) {
+    const Procedure procedure = procedureOf_(array);
+    if (procedure != nullptr) procedure(array, arguments...);
+  }
+
+ private:
+  using Procedure = void (*)(REALarray, Arguments...);
+  HostRoutine<Procedure(REALarray)> procedureOf_;
+};
+
+#define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
+  inline constinit HostRoutine<SignatureOf<__VA_ARGS__>> wrapper{entryPoint};
+#define ARRAY_ROUTINE(wrapper, entryPoint, doc, ...) \
+  inline constinit ArrayRoutine<__VA_ARGS__> wrapper{entryPoint};
+
+template <class R, class... Arguments>
+using SignatureOf = R(Arguments...);
+
+#include "plugin/host_routines.def"
+
+#undef HOST_ROUTINE
+#undef ARRAY_ROUTINE
+
+/// The host's own conversion of a string, asked a first time: the service of REALGetStringCFString
+/// behind a cache of its own. Null when it can't; else owned by the caller.
+inline CFStringRef REALCopyStringCFString(REALstring string) {
+  static constinit HostRoutine<CFStringRef(REALstring, unsigned char)> routine{
+      "REALGetStringCFString"};
+  return routine(string, 0);
+}
+
+/// The entry point of a method that the host's framework declares, found by its declaration, or
+/// null. The caller keeps it: the look-up is costly.
+inline void* REALLoadFrameworkMethod(const char* declaration) {
+  return REALLoadGlobalMethod(nullptr, declaration);
+}
+
+}  // namespace zel

@@ -1,0 +1,116 @@
+#include "plugin/tables.h"
+
+#include "plugin/methods.h"
+
+namespace zel {
+namespace {
+
+// What this value means is the host's: it expects it on the class and on every method.
+constexpr std::int32_t kFlags = 4;
+
+}  // namespace
+
+// The host calls every function by the declaration beside it. Macros, because no constant
+// expression may change a function's type.
+#define HOST_FUNCTION(function) reinterpret_cast<HostFunction>(function)
+#define METHOD(declaration, function) \
+  { HOST_FUNCTION(function), nullptr, declaration, kFlags, 0, nullptr }
+// A getter that the host can also assign to: it then calls the setter.
+#define PROPERTY(declaration, getter, setter) \
+  { HOST_FUNCTION(getter), HOST_FUNCTION(setter), declaration, kFlags, 0, nullptr }
+#define NO_FUNCTION(declaration) \
+  { nullptr, nullptr, declaration, kFlags, 0, nullptr }
+
+// The two list getters are the only ones without a setter in their record, deliberately: lists are
+// written through their setter methods alone.
+const REALmethodDefinition NSUserDefaultsMethods[43] = {
+    METHOD("_exception as NSExceptionZEL", DummyException),
+    METHOD("Constructor", Constructor),
+    METHOD("Constructor(username as string)", ConstructorUser),
+    METHOD("synchronize as boolean", synchronize),
+    NO_FUNCTION("removeObjectForKey(defaultName as string)"),
+    NO_FUNCTION("removeVolatileDomainForName(domainName as string)"),
+    NO_FUNCTION("removePersistentDomainForName(domainName as string)"),
+    NO_FUNCTION("addSuiteNamed(suiteName as string)"),
+    NO_FUNCTION("removeSuiteNamed(suiteName as string)"),
+    PROPERTY("integerForKey(key as string) as integer", integerForKey, setIntegerForKey),
+    PROPERTY("floatForKey(key as string) as single", floatForKey, setFloatForKey),
+    PROPERTY("doubleForKey(key as string) as double", doubleForKey, setDoubleForKey),
+    PROPERTY("boolForKey(key as string) as boolean", boolForKey, setBoolForKey),
+    PROPERTY("stringForKey(key as string) as string", stringForKey, setStringForKey),
+    NO_FUNCTION("dataForKey(key as string) as memoryblock"),
+    NO_FUNCTION("variantForKey(key as string) as variant"),
+    NO_FUNCTION("fileForKey(key as string) as folderitem"),
+    PROPERTY("URLForKey(key as string) as string", URLForKey, setURLForKey),
+    NO_FUNCTION("stringArrayForKey(key as string) as string()"),
+    NO_FUNCTION("dictionaryForKey(key as string) as dictionary"),
+    NO_FUNCTION("arrayForKey(key as string) as variant()"),
+    METHOD("setIntegerValue(key as string, value as integer)", setIntegerForKey),
+    METHOD("setFloatValue(key as string, value as single)", setFloatForKey),
+    METHOD("setDoubleValue(key as string, value as double)", setDoubleForKey),
+    METHOD("setBoolValue(key as string, value as boolean)", setBoolForKey),
+    METHOD("setStringValue(key as string, value as string)", setStringForKey),
+    NO_FUNCTION("setDataValue(key as string, value as memoryblock)"),
+    NO_FUNCTION("setVariantValue(key as string, value as variant)"),
+    NO_FUNCTION("setFileValue(key as string, value as folderitem)"),
+    METHOD("setURLValue(key as string, value as string)", setURLForKey),
+    NO_FUNCTION("setStringArrayValue(key as string, values() as string)"),
+    NO_FUNCTION("setDictionaryValue(key as string, value as dictionary)"),
+    NO_FUNCTION("setArrayValue(key as string, values() as variant)"),
+    NO_FUNCTION("registerDefaults(dic as dictionary)"),
+    NO_FUNCTION("dictionaryRepresentation as dictionary"),
+    NO_FUNCTION("objectIsForcedForKey(key as string) as boolean"),
+    NO_FUNCTION("objectIsForcedForKey(key as string, domain as string) as boolean"),
+    NO_FUNCTION("setPersistentDomain(domain as dictionary, domainName as string)"),
+    NO_FUNCTION("setVolatileDomain(domain as dictionary, domainName as string)"),
+    NO_FUNCTION("persistentDomainNames as string()"),
+    NO_FUNCTION("persistentDomainForName(domainName as string) as dictionary"),
+    NO_FUNCTION("volatileDomainNames as string()"),
+    NO_FUNCTION("volatileDomainForName(domainName as string) as dictionary"),
+};
+
+const REALmethodDefinition NSUserDefaultsSharedMethods[6] = {
+    METHOD("NSGlobalDomain as string", getNSGlobalDomain),
+    METHOD("NSArgumentDomain as string", getNSArgumentDomain),
+    METHOD("NSRegistrationDomain as string", getNSRegistrationDomain),
+    METHOD("NSUserDefaultsDidChangeNotification as string", getNSUserDefaultsDidChangeNotification),
+    METHOD("resetStandardUserDefaults", resetStandardUserDefaults),
+    METHOD("standardUserDefaults as NSUserDefaultsZEL", standardUserDefaults),
+};
+
+REALclassDefinition NSUserDefaultsClass = {
+    .base =
+        {
+            .version = kCurrentControlVersion,
+            .name = "NSUserDefaultsZEL",
+            .superName = nullptr,
+            .dataSize = 4,
+            .systemUse = 0,
+            .constructor = HOST_FUNCTION(NSUserDefaultsConstructor),
+            .destructor = HOST_FUNCTION(NSUserDefaultsDestructor),
+            .properties = nullptr,
+            .propertyCount = 0,
+            .methods = NSUserDefaultsMethods,
+            .methodCount = 43,
+            .events = nullptr,
+            .eventCount = 0,
+            .eventInstances = nullptr,
+            .eventInstanceCount = 0,
+            .interfaces = nullptr,
+            .attributes = nullptr,
+            .attributeCount = 0,
+            .constants = nullptr,
+            .constantCount = 0,
+            .flags = kFlags,
+            .sharedProperties = nullptr,
+            .sharedPropertyCount = 0,
+            .sharedMethods = NSUserDefaultsSharedMethods,
+            .sharedMethodCount = 6,
+        },
+    .delegates = nullptr,
+    .delegateCount = 0,
+    .enums = nullptr,
+    .enumCount = 0,
+};
+
+}  // namespace zel

@@ -5,19 +5,9 @@
 namespace zel {
 namespace {
 
-using ByteLengthMethod = std::int32_t (*)(REALstring);
-
 constexpr std::size_t kTerminator = 4;  // zero bytes: they end units of one, two and four bytes
 
-// The host's own method for the length of a text in bytes, or null; kept once it is found.
-ByteLengthMethod byteLengthMethod() {
-  static ByteLengthMethod method = nullptr;
-  if (method == nullptr) {
-    method = reinterpret_cast<ByteLengthMethod>(
-        REALLoadFrameworkMethod("LenB( s as string ) as integer"));
-  }
-  return method;
-}
+std::uint32_t byteLengthOf(REALstring string) { return static_cast<std::uint32_t>(LenB(string)); }
 
 // A copy of the text, `count` bytes of it, in a buffer with room for `room` bytes and the
 // terminator. The allocation isn't tested for failure.
@@ -31,31 +21,26 @@ REALstringData copyOf(REALstring string, std::uint32_t count, std::uint32_t room
 
 }  // namespace
 
-std::uint32_t byteLength(REALstring string) {
-  const ByteLengthMethod method = byteLengthMethod();
-  return method == nullptr ? 0 : static_cast<std::uint32_t>(method(string));
-}
-
 bool REALGetStringData(REALstring string, std::uint32_t encoding, REALstringData* out) {
   if (PluginGetStringData.find() != nullptr) return PluginGetStringData(string, encoding, out) != 0;
 
   const bool hasBytes = StringGetCString.find() != nullptr;
-  const bool hasLength = byteLengthMethod() != nullptr;
+  const bool hasLength = LenB.find() != nullptr;
   if (!hasBytes || !hasLength || string == nullptr) return false;
 
   if (encoding == kNoEncoding) {
     // Deliberately sized by the caller's record, not by the count.
-    *out = copyOf(string, byteLength(string), out->length, kNoEncoding);
+    *out = copyOf(string, byteLengthOf(string), out->length, kNoEncoding);
     return true;
   }
   if (REALGetStringEncoding(string) == encoding) {
-    const std::uint32_t count = byteLength(string);
+    const std::uint32_t count = byteLengthOf(string);
     *out = copyOf(string, count, count, encoding);
     return true;
   }
   const REALstring converted = REALConvertString(string, encoding);
   if (converted == nullptr) return false;
-  const std::uint32_t count = byteLength(converted);
+  const std::uint32_t count = byteLengthOf(converted);
   *out = copyOf(converted, count, count, encoding);
   REALUnlockString(converted);
   return true;

@@ -5,9 +5,6 @@
 
 namespace zel {
 
-/// The length of a host string's text in bytes; 0 when the host has no such method.
-std::uint32_t byteLength(REALstring string);
-
 /// Hands out a host string's bytes in an encoding, by the host's own routine or, where the host
 /// lacks it, by what older hosts have.
 /// @param encoding kNoEncoding: the bytes as stored, labelled so.

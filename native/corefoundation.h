@@ -34,6 +34,8 @@ inline constexpr CFStringEncoding kCFStringEncodingASCII = 0x600;
 inline constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
 
 extern "C" {
+/// Adds a reference, which the caller owns. Gives back the object. @param object not null.
+CFTypeRef CFRetain(CFTypeRef object);
 /// Gives up a reference. @param object not null.
 void CFRelease(CFTypeRef object);
 
@@ -56,6 +58,12 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
 /// @param base nullable.
 CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef text, CFURLRef base);
 
+/// A new, empty dictionary, owned by the caller. With null call-backs, the only ones in use, keys and
+/// values are plain pointers: nothing is retained and keys are compared by identity.
+/// @param capacity 0: no limit known.
+CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
+                                                 const void* keyCallBacks,
+                                                 const void* valueCallBacks);
 /// The value of a key, not owned, or null.
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
 /// Sets the value of a key, replacing an earlier one.

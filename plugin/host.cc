@@ -5,4 +5,8 @@ namespace zel {
 constinit Resolver gResolver = nullptr;
 constinit double rbversion = 0.0;
 
+void* REALLoadFrameworkMethod(const char* declaration) {
+  return pLoadGlobalMethod(nullptr, declaration);
+}
+
 }  // namespace zel

@@ -22,25 +22,32 @@ extern Resolver gResolver;
 /// The host's version, such as 2013.03; 0.0 until the host has told it.
 extern double rbversion;
 
-/// One service of the host.
-template <class Signature>
-class HostRoutine;
+/// The entry point of that name, or null.
+inline void* askResolver(const char* name) { return gResolver(name); }
 
-template <class R, class... Arguments>
-class HostRoutine<R(Arguments...)> {
+/// The entry point of a method that the host's framework declares, found by its declaration, or
+/// null. The caller keeps it: the look-up is costly.
+void* REALLoadFrameworkMethod(const char* declaration);
+
+/// A function of the host, found by its name (or declaration) at the first use that finds it.
+template <void* (*LookUp)(const char*), class Signature>
+class HostFunctionCache;
+
+template <void* (*LookUp)(const char*), class R, class... Arguments>
+class HostFunctionCache<LookUp, R(Arguments...)> {
  public:
   using EntryPoint = R (*)(Arguments...);
 
-  /// @param name of the entry point; never copied.
-  constexpr explicit HostRoutine(const char* name) : name_(name) {}
+  /// @param name never copied.
+  constexpr explicit HostFunctionCache(const char* name) : name_(name) {}
 
-  /// The entry point, or null while the host doesn't know the name.
+  /// The function, or null while the host doesn't know the name.
   EntryPoint find() {
-    if (entry_ == nullptr) entry_ = reinterpret_cast<EntryPoint>(gResolver(name_));
+    if (entry_ == nullptr) entry_ = reinterpret_cast<EntryPoint>(LookUp(name_));
     return entry_;
   }
 
-  /// Calls the service; R{} when the host lacks it.
+  /// Calls the function; R{} when the host lacks it.
   R operator()(Arguments... arguments) {
     const EntryPoint entry = find();
     return entry == nullptr ? R() : entry(arguments...);
@@ -50,6 +57,14 @@ class HostRoutine<R(Arguments...)> {
   EntryPoint entry_ = nullptr;
   const char* name_;
 };
+
+/// One service of the host.
+template <class R, class... Arguments>
+using HostRoutine = HostFunctionCache<askResolver, R(Arguments...)>;
+
+/// One global method of the host's framework.
+template <class R, class... Arguments>
+using FrameworkMethod = HostFunctionCache<REALLoadFrameworkMethod, R(Arguments...)>;
 
 /// One service of the host that goes through a procedure of the array itself. The host is asked for
 /// that procedure at every call: only the first step is remembered.
@@ -66,34 +81,26 @@ class ArrayRoutine {
 
  private:
   using Procedure = void (*)(REALarray, Arguments...);
-  HostRoutine<Procedure(REALarray)> procedureOf_;
+  HostRoutine<Procedure, REALarray> procedureOf_;
 };
 
 #define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
-  inline constinit HostRoutine<SignatureOf<__VA_ARGS__>> wrapper{entryPoint};
+  inline constinit HostRoutine<__VA_ARGS__> wrapper{entryPoint};
 #define ARRAY_ROUTINE(wrapper, entryPoint, doc, ...) \
   inline constinit ArrayRoutine<__VA_ARGS__> wrapper{entryPoint};
-
-template <class R, class... Arguments>
-using SignatureOf = R(Arguments...);
+#define FRAMEWORK_METHOD(wrapper, declaration, doc, ...) \
+  inline constinit FrameworkMethod<__VA_ARGS__> wrapper{declaration};
 
 #include "plugin/host_routines.def"
 
 #undef HOST_ROUTINE
 #undef ARRAY_ROUTINE
+#undef FRAMEWORK_METHOD
 
-/// The host's own conversion of a string, asked a first time: the service of REALGetStringCFString
-/// behind a cache of its own. Null when it can't; else owned by the caller.
+/// The host's own conversion of a string, asked a first time: what REALGetStringCFString does,
+/// behind a cache of its own. Owned by the caller; null when the host can't.
 inline CFStringRef REALCopyStringCFString(REALstring string) {
-  static constinit HostRoutine<CFStringRef(REALstring, unsigned char)> routine{
-      "REALGetStringCFString"};
-  return routine(string, 0);
-}
-
-/// The entry point of a method that the host's framework declares, found by its declaration, or
-/// null. The caller keeps it: the look-up is costly.
-inline void* REALLoadFrameworkMethod(const char* declaration) {
-  return REALLoadGlobalMethod(nullptr, declaration);
+  return pCopyStringCFString(string, 0);
 }
 
 }  // namespace zel

@@ -1,0 +1,34 @@
+// NSString, which is CFString.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "native/corefoundation.h"
+#include "testkit/foundation/accounts.h"
+#include "testkit/foundation/encodings.h"
+
+namespace testkit::objc {
+
+struct StringBody : Body {
+  std::u16string units;
+  std::optional<zel::CFIndex> pretendedLength;
+
+  explicit StringBody(std::u16string text, std::optional<zel::CFIndex> pretended = std::nullopt)
+      : units(std::move(text)), pretendedLength(pretended) {}
+
+  [[nodiscard]] std::optional<std::u16string> text() const override { return units; }
+  [[nodiscard]] zel::CFIndex length() const {
+    return pretendedLength.value_or(static_cast<zel::CFIndex>(units.size()));
+  }
+};
+
+inline StringBody& stringBody(const void* string) { return bodyOf<StringBody>(string, "string"); }
+
+/// A new string with one reference for the caller.
+zel::CFStringRef createString(std::u16string units,
+                              std::optional<zel::CFIndex> pretendedLength = std::nullopt);
+/// The string of that text that lives as long as the process: the same one each time.
+zel::CFStringRef constantString(const std::string& utf8);
+
+}  // namespace testkit::objc

@@ -1,0 +1,32 @@
+// What the current host consists of. The services beside it are functions over this state.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "testkit/host/arrays.h"
+#include "testkit/host/control.h"
+#include "testkit/host/host.h"
+#include "testkit/host/ledger.h"
+#include "testkit/host/objects.h"
+#include "testkit/host/strings.h"
+
+namespace testkit::host {
+
+struct State {
+  explicit State(HostOptions hostOptions);
+
+  HostOptions options;
+  Failures failures;
+  Control control;
+  Ledger ledger{failures};
+  Classes classes;
+  BufferAccounts buffers;
+  std::vector<zel::REALobject> pending;  // raised exceptions, each with a reference of the host
+  std::optional<std::int32_t> announcedVersion;
+};
+
+/// The state of the current host. Without one, prints who asked and aborts.
+State& currentState(std::string_view who);
+
+}  // namespace testkit::host

@@ -1,0 +1,101 @@
+// What a test hands to the methods of host classes and gets back from them.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+
+#include "plugin/handles.h"
+
+namespace testkit {
+
+/// A reference on an object or array of the current host; nullable. It must not outlive its host.
+class ObjectRef {
+ public:
+  ObjectRef() = default;
+  ObjectRef(const ObjectRef& other);
+  ObjectRef(ObjectRef&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+  ObjectRef& operator=(ObjectRef other) noexcept {
+    std::swap(handle_, other.handle_);
+    return *this;
+  }
+  ~ObjectRef() { reset(); }
+
+  /// Takes over the caller's reference.
+  [[nodiscard]] static ObjectRef adopt(zel::REALobject handle);
+  /// Adds a reference of its own.
+  [[nodiscard]] static ObjectRef share(zel::REALobject handle);
+
+  /// The handle, without a reference; null when this refers to nothing.
+  [[nodiscard]] zel::REALobject handle() const { return handle_; }
+  /// The handle of an array as the type that the plugin's functions take.
+  template <class Handle>
+  [[nodiscard]] Handle as() const {
+    return reinterpret_cast<Handle>(handle_);
+  }
+  explicit operator bool() const { return handle_ != nullptr; }
+  /// Identity.
+  friend bool operator==(const ObjectRef&, const ObjectRef&) = default;
+  /// Hands the reference over to the caller and refers to nothing from then on.
+  [[nodiscard]] zel::REALobject release() { return std::exchange(handle_, nullptr); }
+  /// Gives the reference up; when it was the last one, the object dies now.
+  void reset();
+
+ private:
+  explicit ObjectRef(zel::REALobject handle) : handle_(handle) {}
+
+  zel::REALobject handle_ = nullptr;
+};
+
+/// A host string that isn't just UTF-8 text: bytes and the encoding recorded with them.
+struct Text {
+  explicit Text(std::string bytesOfText, std::uint32_t encodingOfText = zel::kNoEncoding)
+      : bytes(std::move(bytesOfText)), encoding(encodingOfText) {}
+  friend bool operator==(const Text&, const Text&) = default;
+
+  std::string bytes;
+  std::uint32_t encoding;
+};
+
+/// A value of the host's language. An argument must have the parameter's own type: nothing is
+/// converted.
+///   std::monostate   no value: the result of a method without one; as an argument, no object
+///   std::int32_t     integer
+///   float, double    single, double
+///   std::int8_t      boolean, the byte as it passes
+///   std::string      string in UTF-8; "" is the null handle
+///   Text             any other string. As a result: a string whose recorded encoding isn't UTF-8,
+///                    or an empty one that is not the null handle
+///   ObjectRef        object or array; a null one is the null handle
+using Value = std::variant<std::monostate, std::int32_t, float, double, std::int8_t, std::string,
+                           ObjectRef, Text>;
+
+/// An exception object that was raised in the host.
+struct Raised {
+  /// Compares all but the encoding of the message.
+  friend bool operator==(const Raised& left, const Raised& right) {
+    return left.className == right.className && left.message == right.message &&
+           left.errorNumber == right.errorNumber;
+  }
+
+  std::string className;
+  std::optional<std::string> message;  // its bytes; nullopt: the exception has no message string
+  std::int32_t errorNumber = 0;
+  std::uint32_t messageEncoding = zel::kNoEncoding;
+};
+
+/// How a call ended.
+struct Outcome {
+  Value value;                   // what the function returned, also when something was raised
+  std::optional<Raised> raised;  // the first exception raised during the call
+  int raisedCount = 0;           // all of them
+};
+
+std::ostream& operator<<(std::ostream& out, const ObjectRef& object);
+std::ostream& operator<<(std::ostream& out, const Text& text);
+std::ostream& operator<<(std::ostream& out, const Raised& raised);
+
+}  // namespace testkit

@@ -1,0 +1,45 @@
+// A folder of user defaults that belongs to one program run, so that tests, examples and
+// benchmarks over the real Foundation never touch the defaults of the person who runs them.
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+namespace testkit {
+
+/// A new temporary folder for user defaults; removed with everything in it at the end.
+class PrivateStore {
+ public:
+  /// Throws std::system_error or std::filesystem::filesystem_error when the folder can't be made.
+  PrivateStore();
+  ~PrivateStore();
+  PrivateStore(const PrivateStore&) = delete;
+  PrivateStore& operator=(const PrivateStore&) = delete;
+
+  /// The folder; the domains are in its subfolder "Defaults".
+  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+  /// The configuration that sends Foundation there: the value for GNUSTEP_CONFIG_FILE, which must
+  /// be in the environment of a process from its start, because Foundation reads it when it is
+  /// loaded.
+  [[nodiscard]] std::filesystem::path configFile() const;
+
+ private:
+  std::filesystem::path folder_;
+};
+
+/// Runs body in a process of its own whose user defaults, and those of every program it starts, are
+/// in a new PrivateStore; removes the store afterwards, however the process ended. Call it first
+/// thing in main and return its result from there:
+///
+///   int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, run); }
+///
+/// What stands before the call is run twice. Inside such a process, and in programs that it starts,
+/// body is simply called.
+/// @return body's result, or 128 and the signal's number when a signal ended the process.
+int runInPrivateStore(int argc, char** argv, int (*body)(int argc, char** argv));
+
+/// The file of a domain in the store that this process runs in; it exists once something in the
+/// domain has been written to disk. Throws std::logic_error outside runInPrivateStore.
+std::filesystem::path storedDomain(std::string_view name);
+
+}  // namespace testkit

@@ -1,0 +1,98 @@
+#include "native/objc.h"
+
+#include "native/corefoundation.h"
+#include "tests/native/support.h"
+
+extern "C" {
+zel::Class* objc_allocateClassPair(zel::Class* superclass, const char* name, std::size_t extra);
+void objc_registerClassPair(zel::Class* made);
+}
+
+namespace native_test {
+namespace {
+
+using zel::id;
+using zel::send;
+
+class ObjcTest : public NativeTest {
+ protected:
+  id object_ = zel::autoreleased(send<id, "new">(zel::classNamed<"NSObject">()));
+};
+
+TEST_F(ObjcTest, MessageToNilYieldsNothing) {
+  const id nil = nullptr;
+  EXPECT_EQ((send<float, "floatValue">(nil)), 0.0F);
+  EXPECT_EQ((send<double, "doubleValue">(nil)), 0.0);
+  EXPECT_EQ((send<zel::NSInteger, "integerValue">(nil)), 0);
+  EXPECT_EQ((send<zel::BOOL, "boolValue">(nil)), 0);
+  EXPECT_EQ((send<id, "description">(nil)), nullptr);
+  send<void, "release">(nil);
+}
+
+TEST_F(ObjcTest, ArgumentsAndRepliesKeepTheirTypes) {
+  zel::Class* const number = zel::classNamed<"NSNumber">();
+  const id single = send<id, "numberWithFloat:">(number, 1.5F);
+  EXPECT_EQ((send<float, "floatValue">(single)), 1.5F);
+  const id large = send<id, "numberWithDouble:">(number, 1e300);
+  EXPECT_EQ((send<double, "doubleValue">(large)), 1e300);
+  const id small = send<id, "numberWithChar:">(number, static_cast<signed char>(-3));
+  EXPECT_EQ((send<signed char, "charValue">(small)), -3);
+  const id wide = send<id, "numberWithLongLong:">(number, -9'000'000'000LL);
+  EXPECT_EQ((send<long long, "longLongValue">(wide)), -9'000'000'000LL);
+}
+
+TEST_F(ObjcTest, ClassesAreFoundByName) {
+  zel::Class* const found = zel::classNamed<"NSString">();
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ((zel::classNamed<"NSString">()), found);
+  EXPECT_EQ((send<zel::Class*, "class">(found)), found);
+  EXPECT_EQ((zel::classNamed<"NoSuchClass">()), nullptr);
+}
+
+TEST_F(ObjcTest, ClassThatIsDefinedLateIsFoundThen) {
+  EXPECT_EQ((zel::classNamed<"DefinedLate">()), nullptr);
+  zel::Class* const made = objc_allocateClassPair(zel::classNamed<"NSObject">(), "DefinedLate", 0);
+  objc_registerClassPair(made);
+  EXPECT_EQ((zel::classNamed<"DefinedLate">()), made);
+}
+
+TEST_F(ObjcTest, SelectorIsRegisteredUnderItsName) {
+  const zel::SEL first = zel::selector<"one:two:">();
+  EXPECT_EQ(first, (zel::selector<"one:two:">()));
+  EXPECT_NE(first, (zel::selector<"one:">()));
+  EXPECT_EQ((zel::selector<"init">()), zel::sel_registerName("init"));
+}
+
+TEST_F(ObjcTest, TellsWhatIsAnswered) {
+  EXPECT_TRUE(zel::respondsTo<"description">(object_));
+  EXPECT_FALSE(zel::respondsTo<"noSuchMessage">(object_));
+  EXPECT_TRUE(zel::respondsTo<"alloc">(zel::classNamed<"NSObject">()));
+  EXPECT_FALSE(zel::respondsTo<"description">(id{nullptr}));
+}
+
+TEST_F(ObjcTest, TellsWhatKindAnObjectIs) {
+  const id list = send<id, "array">(zel::classNamed<"NSMutableArray">());
+  EXPECT_TRUE(zel::isKindOf<"NSArray">(list));
+  EXPECT_TRUE(zel::isKindOf<"NSMutableArray">(list));
+  EXPECT_FALSE(zel::isKindOf<"NSString">(list));
+  EXPECT_FALSE(zel::isKindOf<"NoSuchClass">(list));
+  EXPECT_FALSE(zel::isKindOf<"NSArray">(id{nullptr}));
+}
+
+TEST_F(ObjcTest, ReferencesAreCounted) {
+  id object = send<id, "new">(zel::classNamed<"NSObject">());
+  EXPECT_EQ(referencesOf(object), 1);
+  EXPECT_EQ(zel::retained(object), object);
+  EXPECT_EQ(referencesOf(object), 2);
+  EXPECT_EQ(zel::autoreleased(object), object);
+  EXPECT_EQ(referencesOf(object), 2);  // the pool drains when the test is over
+  zel::release(object);
+  EXPECT_EQ(referencesOf(object), 1);
+  EXPECT_EQ(zel::CFRetain(object), object);
+  EXPECT_EQ(referencesOf(object), 2);
+  zel::CFRelease(object);
+  EXPECT_EQ(referencesOf(object), 1);
+}
+
+}  // namespace
+}  // namespace native_test

@@ -1,0 +1,272 @@
+#include <cstring>
+#include <string_view>
+
+#include "native/corefoundation.h"
+#include "tests/native/support.h"
+
+namespace native_test {
+namespace {
+
+using zel::CFIndex;
+using zel::CFStringRef;
+using zel::id;
+using zel::kCFStringEncodingASCII;
+using zel::kCFStringEncodingMacRoman;
+using zel::kCFStringEncodingUTF8;
+using zel::send;
+using zel::UniChar;
+
+constexpr zel::CFAllocatorRef kAllocator = zel::kDefaultAllocator;
+
+class StringsTest : public NativeTest {};
+
+std::u16string unitsOf(CFStringRef string) {
+  std::u16string units;
+  for (CFIndex i = 0; i < zel::CFStringGetLength(string); ++i) {
+    units.push_back(send<UniChar, "characterAtIndex:">(string, i));
+  }
+  return units;
+}
+
+CFStringRef fromUnits(std::u16string_view units) {
+  const auto* const data = reinterpret_cast<const UniChar*>(units.data());
+  return zel::autoreleased(
+      zel::CFStringCreateWithCharacters(kAllocator, data, static_cast<CFIndex>(units.size())));
+}
+
+/// The bytes with the terminating zero, or nothing when the conversion was refused.
+std::string cString(CFStringRef string, CFIndex size,
+                    zel::CFStringEncoding encoding = kCFStringEncodingUTF8) {
+  std::string buffer(static_cast<std::size_t>(size) + 1, '#');
+  if (zel::CFStringGetCString(string, buffer.data(), size, encoding) == 0) return {};
+  EXPECT_EQ(buffer.back(), '#') << "written past the end";
+  return buffer.substr(0, buffer.find('#'));
+}
+
+using namespace std::string_literals;
+
+TEST_F(StringsTest, MakesStringsFromUtf8) {
+  EXPECT_EQ(unitsOf(string("")), u"");
+  EXPECT_EQ(unitsOf(string("key")), u"key");
+  EXPECT_EQ(unitsOf(string("Gr\xC3\xB6\xC3\x9F"
+                           "e")),
+            u"Größe");
+  EXPECT_EQ(unitsOf(string("\xE2\x82\xAC"
+                           "5")),
+            u"€5");
+  EXPECT_EQ(unitsOf(string("\xF0\x9F\x98\x80")), u"\xD83D\xDE00");
+  EXPECT_EQ(unitsOf(string("\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF")),
+            u"\x80\x7FF\x800\xD7FF\xE000\xFFFF");
+  EXPECT_EQ(unitsOf(string("\xF0\x90\x80\x80\xF4\x8F\xBF\xBF")), u"\xD800\xDC00\xDBFF\xDFFF");
+}
+
+TEST_F(StringsTest, Utf8ByteOrderMarkInFrontIsDropped) {
+  EXPECT_EQ(unitsOf(string("\xEF\xBB\xBF"
+                           "a\xEF\xBB\xBF")),
+            u"a\xFEFF");
+}
+
+TEST_F(StringsTest, InvalidUtf8GivesNull) {
+  for (const char* const bytes : {
+           "\x80",
+           "a\xBF",
+           "\xFE",
+           "\xFF",  // no lead byte
+           "a\xC3",
+           "\xE2\x82",
+           "\xF0\x9F\x98",  // cut off
+           "\xC3"
+           "a",
+           "\xE2\x82z",
+           "\xF0\x9F\x98z",  // broken off
+           "\xC0\x80",
+           "\xC1\xBF",
+           "\xE0\x9F\xBF",
+           "\xF0\x8F\xBF\xBF",  // longer than needed
+           "\xED\xA0\x80",
+           "\xED\xBF\xBF",  // surrogates
+           "\xF4\x90\x80\x80",
+           "\xF5\x80\x80\x80",  // above U+10FFFF
+           "\xF8\x88\x80\x80\x80",
+           "\xEF\xBB\xBF\x80",
+       }) {
+    EXPECT_EQ(zel::CFStringCreateWithCString(kAllocator, bytes, kCFStringEncodingUTF8), nullptr)
+        << testing::PrintToString(std::string(bytes));
+  }
+}
+
+TEST_F(StringsTest, NonAsciiByteIsSeenAtEveryPlace) {
+  for (std::size_t place = 0; place < 20; ++place) {
+    std::string bytes(20, 'a');
+    bytes[place] = '\x80';
+    EXPECT_EQ(zel::CFStringCreateWithCString(kAllocator, bytes.c_str(), kCFStringEncodingASCII),
+              nullptr)
+        << place;
+    bytes.replace(place, 1, "\xC3\xA4");
+    std::u16string units(20, u'a');
+    units[place] = u'ä';
+    EXPECT_EQ(unitsOf(string(bytes.c_str())), units) << place;
+    EXPECT_EQ(cString(fromUnits(units), 22), bytes + "\0"s) << place;
+  }
+}
+
+TEST_F(StringsTest, NullTextAndUnknownEncodingGiveNull) {
+  EXPECT_EQ(zel::CFStringCreateWithCString(kAllocator, nullptr, kCFStringEncodingUTF8), nullptr);
+  EXPECT_EQ(zel::CFStringCreateWithCString(kAllocator, "a", 0xFFFF), nullptr);
+  EXPECT_EQ(zel::CFStringCreateWithCString(kAllocator, "a", 0xFFFFFFFF), nullptr);
+}
+
+TEST_F(StringsTest, NewStringsBelongToTheCaller) {
+  for (const char* const bytes : {"plain",
+                                  "Gr\xC3\xB6\xC3\x9F"
+                                  "e",
+                                  "\xE2\x82\xAC"}) {
+    const CFStringRef made =
+        zel::CFStringCreateWithCString(kAllocator, bytes, kCFStringEncodingUTF8);
+    EXPECT_EQ(referencesOf(made), 1) << bytes;
+    zel::CFRelease(made);
+  }
+  const UniChar unit = 'x';
+  const CFStringRef made = zel::CFStringCreateWithCharacters(kAllocator, &unit, 1);
+  EXPECT_EQ(referencesOf(made), 1);
+  zel::CFRelease(made);
+}
+
+TEST_F(StringsTest, MakesStringsFromUnits) {
+  EXPECT_EQ(unitsOf(fromUnits(u"key")), u"key");
+  EXPECT_EQ(unitsOf(fromUnits(u"Größe €")), u"Größe €");
+  EXPECT_EQ(unitsOf(fromUnits(u"a\0b"s)), u"a\0b"s);
+  EXPECT_EQ(unitsOf(fromUnits(u"\xFEFFz")), u"\xFEFFz");
+  EXPECT_EQ(unitsOf(fromUnits(u"\xFFFEz")), u"\xFFFEz");
+  EXPECT_EQ(unitsOf(fromUnits(u"\xD800")), u"\xD800");
+  EXPECT_EQ(unitsOf(fromUnits(u"\xDC00\xD800")), u"\xDC00\xD800");
+  EXPECT_EQ(unitsOf(fromUnits(u"\xFEFF\0€"s)), u"\xFEFF\0€"s);
+  EXPECT_EQ(unitsOf(fromUnits(u"a\xD83D\xDE00%@\xDE00")), u"a\xD83D\xDE00%@\xDE00");
+}
+
+TEST_F(StringsTest, UnusualStringsAreStringsLikeOthers) {
+  for (const auto* const units : {u"\xFEFFz", u"a\xD800"}) {
+    const CFStringRef made = fromUnits(units);
+    EXPECT_EQ(unitsOf(zel::autoreleased(send<CFStringRef, "copy">(made))), units);
+    EXPECT_NE((send<zel::BOOL, "isEqual:">(made, fromUnits(units))), 0);
+    EXPECT_EQ((send<zel::NSInteger, "hash">(made)),
+              (send<zel::NSInteger, "hash">(fromUnits(units))));
+    const CFStringRef owned =
+        zel::CFStringCreateWithCharacters(kAllocator, reinterpret_cast<const UniChar*>(units), 2);
+    EXPECT_EQ(referencesOf(owned), 1);
+    zel::CFRelease(owned);
+  }
+}
+
+TEST_F(StringsTest, NoUnitsGiveTheEmptyString) {
+  const UniChar unit = 'x';
+  const CFStringRef empty =
+      zel::autoreleased(zel::CFStringCreateWithCharacters(kAllocator, &unit, 0));
+  ASSERT_NE(empty, nullptr);
+  EXPECT_EQ(zel::CFStringGetLength(empty), 0);
+  const CFStringRef ofNull =
+      zel::autoreleased(zel::CFStringCreateWithCharacters(kAllocator, nullptr, 0));
+  ASSERT_NE(ofNull, nullptr);
+  EXPECT_EQ(zel::CFStringGetLength(ofNull), 0);
+}
+
+TEST_F(StringsTest, ImpossibleUnitsGiveNull) {
+  const UniChar unit = 'x';
+  EXPECT_EQ(zel::CFStringCreateWithCharacters(kAllocator, nullptr, 1), nullptr);
+  EXPECT_EQ(zel::CFStringCreateWithCharacters(kAllocator, &unit, -1), nullptr);
+}
+
+TEST_F(StringsTest, LengthCountsUnits) {
+  EXPECT_EQ(zel::CFStringGetLength(string("")), 0);
+  EXPECT_EQ(zel::CFStringGetLength(string("\xE2\x82\xAC")), 1);
+  EXPECT_EQ(zel::CFStringGetLength(string("\xF0\x9F\x98\x80")), 2);
+}
+
+TEST_F(StringsTest, TextFitsWithItsZeroOrNotAtAll) {
+  struct Case {
+    std::u16string text;
+    std::string bytes;
+  };
+  for (const Case& one :
+       {Case{u"", ""}, Case{u"abc", "abc"}, Case{u"a\x7F", "a\x7F"},
+        Case{u"größe",
+             "gr\xC3\xB6\xC3\x9F"
+             "e"},
+        Case{u"\x7FF", "\xDF\xBF"}, Case{u"€", "\xE2\x82\xAC"}, Case{u"\xFFFF", "\xEF\xBF\xBF"},
+        Case{u"\xD83D\xDE00", "\xF0\x9F\x98\x80"},
+        Case{u"a€\xD83D\xDE00z", "a\xE2\x82\xAC\xF0\x9F\x98\x80z"}}) {
+    const auto needed = static_cast<CFIndex>(one.bytes.size()) + 1;
+    EXPECT_EQ(cString(fromUnits(one.text), needed), one.bytes + "\0"s) << one.bytes;
+    EXPECT_EQ(cString(fromUnits(one.text), needed + 7), one.bytes + "\0"s) << one.bytes;
+    for (CFIndex size = 0; size < needed; ++size) {
+      EXPECT_EQ(cString(fromUnits(one.text), size), "") << one.bytes << " in " << size;
+    }
+  }
+}
+
+TEST_F(StringsTest, ZeroCharacterIsWrittenThrough) {
+  EXPECT_EQ(cString(fromUnits(u"a\0b"s), 10), "a\0b\0"s);
+  EXPECT_EQ(cString(fromUnits(u"€\0b"s), 10), "\xE2\x82\xAC\0b\0"s);
+  EXPECT_EQ(cString(fromUnits(u"\0"s), 2), "\0\0"s);
+}
+
+TEST_F(StringsTest, LoneSurrogatesCantBeConverted) {
+  for (const auto* const units :
+       {u"\xD800", u"\xDC00", u"a\xD800z", u"a\xD800\xD800", u"\xDC00\xD800", u"ab\xDFFF"}) {
+    EXPECT_EQ(cString(fromUnits(units), 100), "");
+  }
+}
+
+TEST_F(StringsTest, RefusesWhatIsNotThere) {
+  char buffer[4] = {};
+  EXPECT_EQ(zel::CFStringGetCString(nullptr, buffer, 4, kCFStringEncodingUTF8), 0);
+  EXPECT_EQ(zel::CFStringGetCString(string("a"), nullptr, 4, kCFStringEncodingUTF8), 0);
+  EXPECT_EQ(zel::CFStringGetCString(string("a"), buffer, -1, kCFStringEncodingUTF8), 0);
+  EXPECT_EQ(zel::CFStringGetCString(string("a"), buffer, 4, 0xFFFF), 0);
+}
+
+TEST_F(StringsTest, LongTextsAreWhole) {
+  // Around the size up to which texts are converted without a memory block, and far above.
+  for (const std::size_t count : {255U, 256U, 257U, 100'000U}) {
+    std::string bytes;
+    std::u16string units;
+    for (std::size_t i = 0; i < count; ++i) {
+      bytes += i % 2 == 0 ? "\xE2\x82\xAC" : "x";
+      units += i % 2 == 0 ? u'€' : u'x';
+    }
+    const CFStringRef made = string(bytes.c_str());
+    ASSERT_EQ(zel::CFStringGetLength(made), static_cast<CFIndex>(count));
+    EXPECT_NE((send<zel::BOOL, "isEqual:">(made, fromUnits(units))), 0);
+    EXPECT_EQ(text(made), bytes);
+    const std::string ascii(count, 'k');
+    EXPECT_EQ(text(string(ascii.c_str())), ascii);
+  }
+}
+
+TEST_F(StringsTest, StringsOfEveryKindAreRead) {
+  const id changing =
+      send<id, "stringWithString:">(zel::classNamed<"NSMutableString">(), string("caf\xC3\xA9"));
+  send<void, "appendString:">(changing, string(" \xE2\x82\xAC"));
+  EXPECT_EQ(text(changing), "caf\xC3\xA9 \xE2\x82\xAC");
+  const id part = send<id, "substringFromIndex:">(string("0123456789"), CFIndex{7});
+  EXPECT_EQ(text(part), "789");
+  const id part_of_wide = send<id, "substringFromIndex:">(string("\xE2\x82\xAC"
+                                                                 "123456789"),
+                                                          CFIndex{7});
+  EXPECT_EQ(text(part_of_wide), "789");
+  const id number = send<id, "numberWithInt:">(zel::classNamed<"NSNumber">(), 42);
+  EXPECT_EQ(text(send<id, "description">(number)), "42");
+  const id path = send<id, "stringByAppendingPathComponent:">(string("/tmp"), string("x"));
+  EXPECT_EQ(text(path), "/tmp/x");
+}
+
+TEST_F(StringsTest, AsciiAndMacRomanTakeTheSameShortWay) {
+  EXPECT_EQ(cString(string("plain"), 6, kCFStringEncodingASCII), "plain\0"s);
+  EXPECT_EQ(cString(string("plain"), 5, kCFStringEncodingASCII), "");
+  EXPECT_EQ(cString(string("caf\xC3\xA9"), 10, kCFStringEncodingASCII), "");
+  EXPECT_EQ(cString(string("caf\xC3\xA9"), 5, kCFStringEncodingMacRoman), "caf\x8E\0"s);
+  EXPECT_EQ(cString(string("caf\xC3\xA9"), 4, kCFStringEncodingMacRoman), "");
+}
+
+}  // namespace
+}  // namespace native_test

@@ -1,0 +1,43 @@
+// What the tests of the seam share.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "native/corefoundation.h"
+
+namespace native_test {
+
+/// An autorelease pool in place for every test, as a host has one.
+class NativeTest : public testing::Test {
+ protected:
+  NativeTest();
+  ~NativeTest() override;
+
+ private:
+  zel::id pool_;
+};
+
+/// A native string of that UTF-8 text, autoreleased.
+zel::CFStringRef string(const char* text);
+
+/// The UTF-8 text of a native string; "(null)" for null.
+std::string text(const void* string);
+
+/// A native object's reference count.
+zel::NSInteger referencesOf(const void* object);
+
+/// Runs a program with the name and arguments given and gives back what it wrote to its standard
+/// output. A test failure when it doesn't end with 0.
+/// @param arguments the program's own name comes first.
+std::string outputOf(const std::string& program, std::vector<std::string> arguments);
+
+/// Runs the probe (see probe.cc) under this program's name, so that both have the same domain.
+std::string probe(std::vector<std::string> arguments);
+
+/// The domain in which this program's defaults are kept.
+std::string ownDomain();
+
+}  // namespace native_test

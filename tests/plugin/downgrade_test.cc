@@ -1,0 +1,230 @@
+// The older record layout, field by field.
+#include "plugin/downgrade.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+
+namespace zel {
+namespace {
+
+struct Free {
+  void operator()(void* block) const { std::free(block); }
+};
+using Freed = std::unique_ptr<void, Free>;
+
+// The arrays are the host's for good; a test gives them back itself.
+template <class Record>
+Freed freed(const Record* records) {
+  return Freed(const_cast<Record*>(records));
+}
+
+void firstFunction() {}
+void secondFunction() {}
+
+int delegates;
+int enums;
+int attributes;
+char eventInstances;
+
+TEST(FixPropertiesTest, GivesNothingForNoList) {
+  REALproperty property{};
+  EXPECT_EQ(FixProperties(nullptr, 3), nullptr);
+  EXPECT_EQ(FixProperties(&property, 0), nullptr);
+  EXPECT_EQ(FixProperties(nullptr, 0), nullptr);
+}
+
+TEST(FixPropertiesTest, KeepsTheFirstTenWords) {
+  REALproperty properties[2] = {
+      {{11, 12, 13, 14, 15, 16, 17, 18, 19, 20}, 7, &attributes},
+      {{21, 22, 23, 24, 25, 26, 27, 28, 29, 30}, 8, &attributes},
+  };
+  const OlderPropertyRecord* const older = FixProperties(properties, 2);
+  const Freed guard = freed(older);
+  ASSERT_NE(older, nullptr);
+  for (int word = 0; word < 10; ++word) {
+    EXPECT_EQ(older[0].words[word], 11 + word);
+    EXPECT_EQ(older[1].words[word], 21 + word);
+    EXPECT_EQ(properties[0].words[word], 11 + word);
+  }
+  EXPECT_EQ(properties[0].attributeCount, 7);
+  EXPECT_EQ(properties[0].attributes, &attributes);
+}
+
+TEST(FixPropertiesTest, RefusesSizesThatTheHostCannotCount) {
+  REALproperty property{};
+  constexpr std::int32_t kOneTooMany = 0x7FFFFFFF / sizeof(OlderPropertyRecord) + 1;
+  EXPECT_EQ(FixProperties(&property, kOneTooMany), nullptr);
+  EXPECT_EQ(FixProperties(&property, -1), nullptr);
+  EXPECT_EQ(FixProperties(&property, std::numeric_limits<std::int32_t>::max()), nullptr);
+  EXPECT_EQ(FixProperties(&property, std::numeric_limits<std::int32_t>::min()), nullptr);
+}
+
+// A class with something in every field.
+class DowngradeTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    definition.base = {
+        .version = 12,
+        .name = "Everything",
+        .superName = "Super",
+        .dataSize = 48,
+        .systemUse = 77,
+        .constructor = firstFunction,
+        .destructor = secondFunction,
+        .properties = properties,
+        .propertyCount = 1,
+        .methods = methods,
+        .methodCount = 2,
+        .events = events,
+        .eventCount = 2,
+        .eventInstances = &eventInstances,
+        .eventInstanceCount = 5,
+        .interfaces = "Interfaces",
+        .attributes = &attributes,
+        .attributeCount = 9,
+        .constants = constants,
+        .constantCount = 2,
+        .flags = 4,
+        .sharedProperties = sharedProperties,
+        .sharedPropertyCount = 1,
+        .sharedMethods = sharedMethods,
+        .sharedMethodCount = 1,
+    };
+    definition.delegates = &delegates;
+    definition.delegateCount = 3;
+    definition.enums = &enums;
+    definition.enumCount = 2;
+  }
+  void TearDown() override {
+    for (const void* list :
+         {record.properties, record.events, record.constants, record.sharedProperties,
+          const_cast<void*>(record.methods), const_cast<void*>(record.sharedMethods)}) {
+      std::free(const_cast<void*>(list));
+    }
+  }
+
+  REALproperty properties[1] = {{{1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, 1, &attributes}};
+  REALproperty sharedProperties[1] = {{{31, 32, 33, 34, 35, 36, 37, 38, 39, 40}, 1, &attributes}};
+  REALmethodDefinition methods[2] = {
+      {firstFunction, secondFunction, "first as integer", 4, 1, &attributes},
+      {secondFunction, nullptr, "second", 5, 1, &attributes},
+  };
+  REALmethodDefinition sharedMethods[1] = {{firstFunction, nullptr, "shared", 6, 1, &attributes}};
+  REALevent events[2] = {{"Opened", &attributes, 1, &attributes}, {"Closed", &enums, 0, nullptr}};
+  REALconstant constants[2] = {{{101, 102, 103}, 1, &attributes}, {{111, 112, 113}, 0, nullptr}};
+  REALclassDefinition definition{};
+  OlderClassRecord& record = definition.base;
+};
+
+TEST_F(DowngradeTest, CopiesWhatBothLayoutsHave) {
+  downgrade(definition, 9);
+  EXPECT_EQ(record.version, 9);
+  EXPECT_STREQ(record.name, "Everything");
+  EXPECT_STREQ(record.superName, "Super");
+  EXPECT_EQ(record.dataSize, 48);
+  EXPECT_EQ(record.systemUse, 77);
+  EXPECT_EQ(record.constructor, &firstFunction);
+  EXPECT_EQ(record.destructor, &secondFunction);
+  EXPECT_EQ(record.eventInstances, &eventInstances);
+  EXPECT_EQ(record.eventInstanceCount, 5);
+  EXPECT_STREQ(record.interfaces, "Interfaces");
+  EXPECT_EQ(record.flags, 4);
+}
+
+TEST_F(DowngradeTest, CopiesEveryCount) {
+  downgrade(definition, 9);
+  EXPECT_EQ(record.propertyCount, 1);
+  EXPECT_EQ(record.methodCount, 2);
+  EXPECT_EQ(record.eventCount, 2);
+  EXPECT_EQ(record.constantCount, 2);
+  EXPECT_EQ(record.sharedPropertyCount, 1);
+  EXPECT_EQ(record.sharedMethodCount, 1);
+}
+
+TEST_F(DowngradeTest, DropsTheAttributes) {
+  downgrade(definition, 9);
+  EXPECT_EQ(record.attributes, nullptr);
+  EXPECT_EQ(record.attributeCount, 0);
+}
+
+TEST_F(DowngradeTest, LeavesDelegatesAndEnumsAsTheyWere) {
+  downgrade(definition, 9);
+  EXPECT_EQ(definition.delegates, &delegates);
+  EXPECT_EQ(definition.delegateCount, 3);
+  EXPECT_EQ(definition.enums, &enums);
+  EXPECT_EQ(definition.enumCount, 2);
+}
+
+TEST_F(DowngradeTest, ConvertsMethodsInOrder) {
+  downgrade(definition, 9);
+  const auto* const older = static_cast<const OlderMethodRecord*>(record.methods);
+  EXPECT_EQ(older[0].function, &firstFunction);
+  EXPECT_EQ(older[0].setter, &secondFunction);
+  EXPECT_STREQ(older[0].declaration, "first as integer");
+  EXPECT_EQ(older[0].flags, 4);
+  EXPECT_EQ(older[1].function, &secondFunction);
+  EXPECT_EQ(older[1].setter, nullptr);
+  EXPECT_STREQ(older[1].declaration, "second");
+  EXPECT_EQ(older[1].flags, 5);
+}
+
+TEST_F(DowngradeTest, ConvertsSharedMethods) {
+  downgrade(definition, 9);
+  const auto* const older = static_cast<const OlderMethodRecord*>(record.sharedMethods);
+  EXPECT_EQ(older[0].function, &firstFunction);
+  EXPECT_STREQ(older[0].declaration, "shared");
+  EXPECT_EQ(older[0].flags, 6);
+}
+
+TEST_F(DowngradeTest, LinksEverySourceEventToItsTwin) {
+  downgrade(definition, 9);
+  auto* const older = static_cast<OlderEventRecord*>(record.events);
+  EXPECT_STREQ(older[0].declaration, "Opened");
+  EXPECT_EQ(older[0].systemUse, &attributes);
+  EXPECT_STREQ(older[1].declaration, "Closed");
+  EXPECT_EQ(older[1].systemUse, &enums);
+  EXPECT_EQ(events[0].systemUse, &older[0]);
+  EXPECT_EQ(events[1].systemUse, &older[1]);
+}
+
+TEST_F(DowngradeTest, KeepsThreeWordsOfAConstant) {
+  downgrade(definition, 9);
+  const auto* const older = static_cast<const OlderConstantRecord*>(record.constants);
+  EXPECT_EQ(older[0].words[0], 101);
+  EXPECT_EQ(older[0].words[2], 103);
+  EXPECT_EQ(older[1].words[0], 111);
+  EXPECT_EQ(older[1].words[2], 113);
+}
+
+TEST_F(DowngradeTest, ConvertsBothPropertyLists) {
+  downgrade(definition, 9);
+  EXPECT_EQ(static_cast<const OlderPropertyRecord*>(record.properties)[0].words[9], 10);
+  EXPECT_EQ(static_cast<const OlderPropertyRecord*>(record.sharedProperties)[0].words[9], 40);
+}
+
+TEST_F(DowngradeTest, TurnsListsThatItCannotConvertIntoNothingAndKeepsTheirCounts) {
+  record.properties = nullptr;
+  record.methodCount = 0;
+  record.events = nullptr;
+  record.constantCount = -1;
+  record.sharedProperties = nullptr;
+  record.sharedMethods = nullptr;
+  downgrade(definition, 9);
+  EXPECT_EQ(record.properties, nullptr);
+  EXPECT_EQ(record.propertyCount, 1);
+  EXPECT_EQ(record.methods, nullptr);
+  EXPECT_EQ(record.methodCount, 0);
+  EXPECT_EQ(record.events, nullptr);
+  EXPECT_EQ(record.eventCount, 2);
+  EXPECT_EQ(record.constants, nullptr);
+  EXPECT_EQ(record.constantCount, -1);
+  EXPECT_EQ(record.sharedProperties, nullptr);
+  EXPECT_EQ(record.sharedPropertyCount, 1);
+  EXPECT_EQ(record.sharedMethods, nullptr);
+  EXPECT_EQ(record.sharedMethodCount, 1);
+}
+
+}  // namespace
+}  // namespace zel

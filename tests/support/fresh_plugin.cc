@@ -1,0 +1,28 @@
+#include "tests/support/fresh_plugin.h"
+
+#include "plugin/errors.h"
+#include "plugin/host.h"
+#include "plugin/main.h"
+#include "plugin/tables.h"
+
+namespace tests {
+
+void makePluginFresh() {
+  static const zel::REALclassDefinition declared = zel::NSUserDefaultsClass;
+  zel::NSUserDefaultsClass = declared;
+  zel::gResolver = nullptr;
+  zel::rbversion = 0.0;
+  zel::CurrentREALControlVersion = zel::kCurrentControlVersion;
+  zel::instances = nullptr;
+  zel::ExceptionsInitialized = false;
+#define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
+  zel::wrapper = decltype(zel::wrapper){entryPoint};
+#define ARRAY_ROUTINE HOST_ROUTINE
+#define FRAMEWORK_METHOD HOST_ROUTINE
+#include "plugin/host_routines.def"
+#undef HOST_ROUTINE
+#undef ARRAY_ROUTINE
+#undef FRAMEWORK_METHOD
+}
+
+}  // namespace tests

@@ -1,0 +1,70 @@
+#include "tests/support/plugin_test.h"
+
+#include "plugin/main.h"
+#include "tests/support/fresh_plugin.h"
+
+namespace tests {
+namespace {
+
+void fail(const std::string& what) { ADD_FAILURE() << what; }
+
+}  // namespace
+
+testkit::AddClassMethod addToDouble() {
+  return [](const char* selector, void (*implementation)(), const char* /*types*/) {
+    testkit::Foundation::shared().addClassMethod("NSException", selector, implementation);
+  };
+}
+
+PluginTest::PluginTest() : foundation(testkit::Foundation::shared()) {}
+
+void PluginTest::SetUp() {
+  foundation.reset();
+  foundation.onFailure(fail);
+  startHost({});
+}
+
+void PluginTest::TearDown() {
+  if (host != nullptr) expectBalanced();
+  abandonHost();
+}
+
+void PluginTest::startHost(const HostOptions& options) {
+  if (host != nullptr) expectBalanced();
+  abandonHost();
+  makePluginFresh();
+  host = std::make_unique<Host>(options);
+  host->onFailure(fail);
+  host->load(zel::REALPluginMain);
+  testkit::Allocations::shared().reset();  // an older host keeps what it was given at start
+  foundation.clearRecords();
+  host->clearRecords();
+}
+
+void PluginTest::provideSiblings() {
+  siblings = std::make_unique<testkit::Siblings>(*host, addToDouble());
+  siblings->provideInstances(foundation.pointerTable());
+  siblings->providePreparation();
+  siblings->provideExceptions();
+}
+
+void PluginTest::expectBalanced() {
+  EXPECT_EQ(host->unbalanced(), "");
+  EXPECT_EQ(foundation.unbalanced(), "");
+  EXPECT_EQ(testkit::Allocations::shared().live(), 0U);
+  EXPECT_FALSE(foundation.faultsPending());
+}
+
+void PluginTest::abandonHost() {
+  siblings = nullptr;
+  host = nullptr;
+}
+
+Value PluginTest::ask(const ObjectRef& object, const std::string& method,
+                      const std::vector<Value>& arguments) {
+  const Outcome outcome = host->call(object, method, arguments);
+  EXPECT_EQ(outcome.raised, std::nullopt);
+  return outcome.value;
+}
+
+}  // namespace tests

@@ -1,0 +1,69 @@
+// A freshly loaded plugin between the reference host and the Foundation double, with accounts that
+// must balance when the test ends.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "testkit/foundation/allocations.h"
+#include "testkit/foundation/foundation.h"
+#include "testkit/host/host.h"
+#include "testkit/siblings/siblings.h"
+
+namespace tests {
+
+using Lines = std::vector<std::string>;
+using testkit::Host;
+using testkit::HostOptions;
+using testkit::ObjectRef;
+using testkit::Outcome;
+using testkit::Raised;
+using testkit::Text;
+using testkit::Value;
+
+class PluginTest : public testing::Test {
+ protected:
+  PluginTest();
+  void SetUp() override;
+  void TearDown() override;
+
+  /// Loads the plugin into a new host; the old one, if any, must be balanced.
+  void startHost(const HostOptions& options);
+  /// The whole family is there.
+  void provideSiblings();
+  /// Nothing is left over in the host, in Foundation or of the plugin's own memory.
+  void expectBalanced();
+  /// Ends the host without asking for its accounts: for tests that make it lose references.
+  void abandonHost();
+
+  /// The result of a call that must raise nothing.
+  Value ask(const ObjectRef& object, const std::string& method,
+            const std::vector<Value>& arguments = {});
+
+  testkit::Foundation& foundation;
+  std::unique_ptr<Host> host;
+  std::unique_ptr<testkit::Siblings> siblings;
+};
+
+/// The Foundation double adds the class method to NSException.
+testkit::AddClassMethod addToDouble();
+
+/// A host string, for calling the plugin's functions directly.
+class HostText {
+ public:
+  HostText(Host& host, std::string_view bytes, std::uint32_t encoding = 0x08000100)
+      : host_(host), handle_(host.string(bytes, encoding)) {}
+  ~HostText() { host_.unlock(handle_); }
+  HostText(const HostText&) = delete;
+  HostText& operator=(const HostText&) = delete;
+  [[nodiscard]] zel::REALstring handle() const { return handle_; }
+
+ private:
+  Host& host_;
+  zel::REALstring handle_;
+};
+
+}  // namespace tests

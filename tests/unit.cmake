@@ -1,0 +1,17 @@
+# The product's units, between the reference host and the Foundation double.
+zel_add_tests(unit_tests
+  SOURCES
+    support/fresh_plugin.cc
+    support/plugin_test.cc
+    plugin/host_test.cc
+    plugin/main_test.cc
+    plugin/tables_test.cc
+    plugin/downgrade_test.cc
+    plugin/errors_test.cc
+    bridge/strings_test.cc
+    bridge/string_data_test.cc
+    defaults/lifecycle_test.cc
+    defaults/scalars_test.cc
+    defaults/domains_test.cc
+    defaults/faults_test.cc
+  LIBRARIES plugin_objects reference_host siblings foundation_double)

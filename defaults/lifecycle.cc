@@ -2,8 +2,8 @@
 #include "bridge/strings.h"
 #include "defaults/instance.h"
 #include "plugin/errors.h"
-#include "plugin/host.h"
 #include "plugin/methods.h"
+#include "plugin/references.h"
 
 namespace zel {
 namespace {
@@ -38,17 +38,10 @@ void wrap(REALobject instance, NSUserDefaults* defaults) {
 REALobject newWrapper(NSUserDefaults* defaults) {
   const REALobject instance = REALnewInstance("NSUserDefaultsZEL");
   if (instance == nullptr) return nullptr;
-  bool complete = false;
-  return withCleanup(
-      [&] {
-        wrappedAtFixedPosition(instance) = retained(defaults);
-        remember(defaults, instance);
-        complete = true;
-        return instance;
-      },
-      [&] {
-        if (!complete) REALUnlockObject(instance);
-      });
+  return handingOver(instance, [&](REALobject made) {
+    wrappedAtFixedPosition(made) = retained(defaults);
+    remember(defaults, made);
+  });
 }
 
 REALstring foundationText(const char* constantName) {

@@ -16,6 +16,7 @@ struct CFDictionaryObject;
 using CFIndex = std::intptr_t;
 using CFTypeRef = const void*;
 using CFStringRef = const CFStringObject*;
+using CFMutableStringRef = CFStringObject*;
 using CFURLRef = const CFURLObject*;
 using CFDictionaryRef = const CFDictionaryObject*;
 using CFMutableDictionaryRef = CFDictionaryObject*;
@@ -25,6 +26,12 @@ using CFStringEncoding = std::uint32_t;
 using Boolean = unsigned char;
 /// A UTF-16 unit.
 using UniChar = std::uint16_t;
+
+/// A part of a text or list.
+struct CFRange {
+  CFIndex location;
+  CFIndex length;
+};
 
 inline constexpr CFAllocatorRef kDefaultAllocator = nullptr;
 
@@ -54,12 +61,30 @@ CFIndex CFStringGetLength(CFStringRef string);
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
                            CFStringEncoding encoding);
 
+/// Copies a part of the text as UTF-16 units in machine byte order. @param range within the string.
+void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* units);
+/// A string of the same text that can be changed; owned by the caller, null on failure.
+/// @param maxLength 0: no limit.
+CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef allocator, CFIndex maxLength,
+                                             CFStringRef string);
+/// Rewrites the string in a Unicode normalisation form. @param form 0: D, decomposed.
+void CFStringNormalize(CFMutableStringRef string, CFIndex form);
+
 /// A URL from its text; owned by the caller, null when the text is no valid URL.
 /// @param base nullable.
 CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef text, CFURLRef base);
 
-/// A new, empty dictionary, owned by the caller. With null call-backs, the only ones in use, keys and
-/// values are plain pointers: nothing is retained and keys are compared by identity.
+/// The URL with one more component at the end of its path, which is escaped as needed; owned by the
+/// caller, null on failure. @param isFolder whether the new path ends in a slash.
+CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef allocator, CFURLRef url,
+                                               CFStringRef component, Boolean isFolder);
+/// The URL without its path's last component; owned by the caller, null on failure.
+CFURLRef CFURLCreateCopyDeletingLastPathComponent(CFAllocatorRef allocator, CFURLRef url);
+/// The last component of the path, unescaped; owned by the caller, null when there is none.
+CFStringRef CFURLCopyLastPathComponent(CFURLRef url);
+
+/// A new, empty dictionary, owned by the caller. With null call-backs, the only ones in use, keys
+/// and values are plain pointers: nothing is retained and keys are compared by identity.
 /// @param capacity 0: no limit known.
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const void* keyCallBacks,

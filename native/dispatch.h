@@ -20,6 +20,10 @@ SEL sel_registerName(const char* name);
 void (*objc_msg_lookup(void* receiver, SEL selector))();
 /// The class of that name, not owned, or null.
 Class* objc_lookUpClass(const char* name);
+/// The super class, not owned, or null for a class without one.
+Class* class_getSuperclass(Class* subclass);
+/// The name of the object's class; of a class, its own name. Not owned. @param object not nil.
+const char* object_getClassName(void* object);
 }
 
 inline Class* lookUpClass(const char* name) { return objc_lookUpClass(name); }

@@ -33,18 +33,27 @@ template <class Body>
 template <class Body, class Cleanup>
 inline auto withCleanup(Body&& body, Cleanup&& cleanup) {
   using Result = std::invoke_result_t<Body>;
-  struct Context {
-    std::remove_reference_t<Body>* body;
-    std::remove_reference_t<Cleanup>* cleanup;
-    Result result;
-  } context{&body, &cleanup, Result{}};
-  zelFinally(
-      [](void* raw) {
-        auto* const self = static_cast<Context*>(raw);
-        self->result = (*self->body)();
-      },
-      [](void* raw) { (*static_cast<Context*>(raw)->cleanup)(); }, &context);
-  return context.result;
+  if constexpr (std::is_void_v<Result>) {
+    withCleanup(
+        [&] {
+          body();
+          return true;
+        },
+        cleanup);
+  } else {
+    struct Context {
+      std::remove_reference_t<Body>* body;
+      std::remove_reference_t<Cleanup>* cleanup;
+      Result result;
+    } context{&body, &cleanup, Result{}};
+    zelFinally(
+        [](void* raw) {
+          auto* const self = static_cast<Context*>(raw);
+          self->result = (*self->body)();
+        },
+        [](void* raw) { (*static_cast<Context*>(raw)->cleanup)(); }, &context);
+    return context.result;
+  }
 }
 
 }  // namespace zel

@@ -1,5 +1,6 @@
 // The few C library functions that product code calls.
 #pragma once
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -55,6 +55,14 @@ struct OlderStringRecord {
 };
 static_assert(sizeof(void*) != 4 || sizeof(OlderStringRecord) == 16);
 
+/// The beginning of a host array.
+struct HostArrayRecord {
+  void* hostUse0;
+  void* hostUse1;
+  void* storage;  // the elements, one after the other; null: they are read through the host
+};
+static_assert(sizeof(void*) != 4 || sizeof(HostArrayRecord) == 12);
+
 /// Where a host object's instance data begins, in bytes from the start of the object.
 inline constexpr std::int32_t kInstanceDataOffset = 24;
 

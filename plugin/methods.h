@@ -39,8 +39,37 @@ void setStringForKey(REALobject instance, REALstring key, REALstring value);
 REALstring URLForKey(REALobject instance, REALstring key);
 void setURLForKey(REALobject instance, REALstring key, REALstring value);
 
-// --- the store
+// --- values that are objects
+REALmemoryBlock dataForKey(REALobject instance, REALstring key);
+void setDataForKey(REALobject instance, REALstring key, REALmemoryBlock value);
+REALobject objectForKey(REALobject instance, REALstring key);
+void setObjectForKey(REALobject instance, REALstring key, REALobject value);
+REALfolderItem fileForKey(REALobject instance, REALstring key);
+void setFileForKey(REALobject instance, REALstring key, REALfolderItem value);
+REALstringArray stringArrayForKey(REALobject instance, REALstring key);
+void setStringArrayForKey(REALobject instance, REALstring key, REALstringArray values);
+REALobject dictionaryForKey(REALobject instance, REALstring key);
+void setDictionaryForKey(REALobject instance, REALstring key, REALdictionary value);
+REALobjectArray arrayForKey(REALobject instance, REALstring key);
+void setArrayForKey(REALobject instance, REALstring key, REALobjectArray values);
+
+// --- the store as a whole
 HostBoolean synchronize(REALobject instance);
+void removeObjectForKey(REALobject instance, REALstring key);
+void removeVolatileDomainForName(REALobject instance, REALstring domainName);
+void removePersistentDomainForName(REALobject instance, REALstring domainName);
+void addSuiteNamed(REALobject instance, REALstring suiteName);
+void removeSuiteNamed(REALobject instance, REALstring suiteName);
+void registerDefaults(REALobject instance, REALdictionary values);
+REALobject dictionaryRepresentation(REALobject instance);
+HostBoolean objectIsForcedForKey(REALobject instance, REALstring key);
+HostBoolean objectIsForcedForKey2(REALobject instance, REALstring key, REALstring domain);
+void setPersistentDomain(REALobject instance, REALdictionary domain, REALstring domainName);
+void setVolatileDomain(REALobject instance, REALdictionary domain, REALstring domainName);
+REALstringArray persistentDomainNames(REALobject instance);
+REALobject persistentDomainForName(REALobject instance, REALstring domainName);
+REALstringArray volatileDomainNames(REALobject instance);
+REALobject volatileDomainForName(REALobject instance, REALstring domainName);
 
 }  // extern "C"
 }  // namespace zel

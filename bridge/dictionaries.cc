@@ -1,0 +1,132 @@
+#include "bridge/dictionaries.h"
+
+#include "bridge/native_to_variant.h"
+#include "bridge/strings.h"
+#include "bridge/variant_to_native.h"
+#include "native/geometry.h"
+#include "plugin/references.h"
+
+namespace zel {
+
+constinit REALobject LastDictionary = nullptr;
+constinit DictionarySetter LastDictionarySetter = nullptr;
+constinit DictionaryGetter LastDictionaryGetter = nullptr;
+constinit DictionaryKeyGetter LastDictionaryKeyGetter = nullptr;
+
+namespace {
+
+template <class Method>
+void load(Method& method, REALobject dictionary, const char* declaration) {
+  method = reinterpret_cast<Method>(REALLoadObjectMethod(dictionary, declaration));
+}
+
+// Makes the kept methods those of this object. Deliberately, a method that wasn't found isn't
+// looked for again until another object has been met.
+void meet(REALobject dictionary) {
+  if (LastDictionary == dictionary) return;
+  LastDictionary = dictionary;
+  load(LastDictionarySetter, dictionary, "Value(key As Variant, Assigns _value As Variant)");
+  load(LastDictionaryGetter, dictionary, "Value(key As Variant) As Variant");
+  load(LastDictionaryKeyGetter, dictionary, "Key(index As Integer) As Variant");
+}
+
+// A key or value that is null is handed to the host as it is.
+void setEntry(REALobject dictionary, REALobject key, REALobject value) {
+  meet(dictionary);
+  if (LastDictionarySetter != nullptr) LastDictionarySetter(dictionary, key, value);
+}
+
+REALobject keyAt(REALobject dictionary, std::int32_t index) {
+  meet(dictionary);
+  return LastDictionaryKeyGetter == nullptr ? nullptr : LastDictionaryKeyGetter(dictionary, index);
+}
+
+REALobject valueOf(REALobject dictionary, REALobject key) {
+  meet(dictionary);
+  return LastDictionaryGetter == nullptr ? nullptr : LastDictionaryGetter(dictionary, key);
+}
+
+// --- native to host
+
+void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target) {
+  const id nativeValue = send<id, "objectForKey:">(source, nativeKey);
+  REALobject key = nullptr;
+  REALobject value = nullptr;
+  withCleanup(
+      [&] {
+        key = NewVariantFromNSObject(nativeKey);
+        value = NewVariantFromNSObject(nativeValue);
+        setEntry(target, key, value);
+      },
+      [&] {
+        unlock(key);
+        unlock(value);
+      });
+}
+
+void copyEntries(CFDictionaryRef source, REALobject target) {
+  const id keys = send<id, "allKeys">(source);
+  const auto count = send<NSUInteger, "count">(keys);
+  for (NSUInteger i = 0; i < count; ++i) {
+    copyEntry(source, send<id, "objectAtIndex:">(keys, i), target);
+  }
+}
+
+// --- host to native
+
+id orNull(id object) {
+  return object != nullptr ? object : send<id, "null">(classNamed<"NSNull">());
+}
+
+void addEntry(REALobject source, std::int32_t index, id target) {
+  REALobject key = nullptr;
+  REALobject value = nullptr;
+  withCleanup(
+      [&] {
+        key = keyAt(source, index);
+        value = valueOf(source, key);
+        if (key == nullptr) return;
+        const id nativeKey = GetVariantAsNSObject(key);
+        const id nativeValue = GetVariantAsNSObject(value);
+        send<void, "setObject:forKey:">(target, orNull(nativeValue), orNull(nativeKey));
+      },
+      [&] {
+        unlock(key);
+        unlock(value);
+      });
+}
+
+}  // namespace
+
+REALobject NSDictionaryRB(CFDictionaryRef dictionary) {
+  if (dictionary == nullptr) return nullptr;
+  const REALobject made = REALnewInstance("Dictionary");
+  if (made == nullptr) return nullptr;
+  return handingOver(made, [&](REALobject target) { copyEntries(dictionary, target); });
+}
+
+CFDictionaryRef NewNSDictionary(REALdictionary dictionary) {
+  if (dictionary == nullptr) return nullptr;
+  const auto source = reinterpret_cast<REALobject>(dictionary);
+  std::int32_t count = 0;
+  REALGetPropValueInt32(source, "Count", &count);
+  if (count < 1) return send<CFDictionaryRef, "dictionary">(classNamed<"NSDictionary">());
+  const id made = send<id, "dictionaryWithCapacity:">(classNamed<"NSMutableDictionary">(),
+                                                      static_cast<NSUInteger>(count));
+  if (made == nullptr) return nullptr;
+  for (std::int32_t i = 0; i < count; ++i) addEntry(source, i, made);
+  return reinterpret_cast<CFDictionaryRef>(made);
+}
+
+void FillStringArray(REALstringArray array, id items) {
+  const id enumerator = send<id, "objectEnumerator">(items);
+  std::int32_t index = 0;
+  while (const auto item = send<CFStringRef, "nextObject">(enumerator)) {
+    const REALstring text = CFString2RBString(item);
+    REALInsertArrayValueString(reinterpret_cast<REALarray>(array), index, text);
+    if (text != nullptr) REALUnlockString(text);
+    ++index;
+  }
+}
+
+}  // namespace zel

@@ -1,0 +1,200 @@
+#include "bridge/native_to_variant.h"
+
+#include "bridge/data.h"
+#include "bridge/dates.h"
+#include "bridge/dictionaries.h"
+#include "bridge/files.h"
+#include "bridge/strings.h"
+#include "bridge/struct_data.h"
+#include "native/libc.h"
+#include "native/numbers.h"
+#include "plugin/arrays.h"
+#include "plugin/instance_data.h"
+#include "plugin/references.h"
+
+namespace zel {
+namespace {
+
+// A row of a table in which text decides.
+struct Encoded {
+  const char* encoding;
+  REALobject (*convert)(id);
+};
+
+template <std::size_t Count>
+const Encoded* find(const Encoded (&rows)[Count], const char* encoding) {
+  for (const Encoded& row : rows) {
+    if (std::strcmp(row.encoding, encoding) == 0) return &row;
+  }
+  return nullptr;
+}
+
+template <class Result>
+REALobject asObject(Result* handle) {
+  return reinterpret_cast<REALobject>(handle);
+}
+
+// --- lists, texts, data, dictionaries, addresses
+
+REALobject fromArray(id list) {
+  const REALarray array = REALCreateArray(kObjectElements, kEmptyUpperBound);
+  if (array == nullptr) return nullptr;
+  return handingOver(asObject(array), [&](REALobject) { FillVariantArray(array, list); });
+}
+
+REALobject fromString(id object) {
+  return unlocking(CFString2RBString(reinterpret_cast<CFStringRef>(object)),
+                   [](REALstring text) { return REALNewVariantString(text); });
+}
+
+REALobject fromData(id object) { return asObject(NSDataRB(object)); }
+
+REALobject fromDictionary(id object) {
+  return NSDictionaryRB(reinterpret_cast<CFDictionaryRef>(object));
+}
+
+// A file's address is a file; any other one is its text.
+REALobject fromURL(id object) {
+  const auto url = reinterpret_cast<CFURLRef>(object);
+  const REALfolderItem item = NSURLRBFile(url);
+  return item != nullptr ? asObject(item) : fromString(send<id, "absoluteString">(url));
+}
+
+// --- numbers
+
+template <Name Accessor, class Native, auto& NewVariant, class Host>
+REALobject fromNumberAs(id number) {
+  return NewVariant(static_cast<Host>(send<Native, Accessor>(number)));
+}
+
+// Deliberately reads only the low 32 bits, on every target.
+REALobject fromUnsigned64(id number) {
+  const auto low = static_cast<std::uint32_t>(send<unsigned long, "unsignedLongValue">(number));
+  return REALNewVariantUInt64(low);
+}
+
+// The type code alone decides: a boolean and a plain char are both "c", so both become booleans.
+constexpr Encoded kNumberTypes[] = {
+    {"c", fromNumberAs<"boolValue", BOOL, REALNewVariantBoolean, REALboolean>},
+    {"C", fromNumberAs<"unsignedCharValue", unsigned char, REALNewVariantInteger, std::int32_t>},
+    {"s", fromNumberAs<"shortValue", short, REALNewVariantInteger, std::int32_t>},
+    {"S", fromNumberAs<"unsignedShortValue", unsigned short, REALNewVariantInteger, std::int32_t>},
+    {"i", fromNumberAs<"intValue", int, REALNewVariantInteger, std::int32_t>},
+    {"I", fromNumberAs<"unsignedIntValue", unsigned int, REALNewVariantUInt32, std::uint32_t>},
+    {"l", fromNumberAs<"longValue", long, REALNewVariantInteger, std::int32_t>},
+    {"L", fromNumberAs<"unsignedLongValue", unsigned long, REALNewVariantUInt32, std::uint32_t>},
+    {"q", fromNumberAs<"longLongValue", long long, REALNewVariantInt64, std::int64_t>},
+    {"Q", fromUnsigned64},
+    {"f", fromNumberAs<"floatValue", float, REALNewVariantSingle, float>},
+};
+
+REALobject fromNumber(id number) {
+  const Encoded* const row = find(kNumberTypes, zelNumberType(number));
+  if (row != nullptr) return row->convert(number);
+  return REALNewVariantDouble(send<double, "doubleValue">(number));
+}
+
+// --- structures
+
+// A new host object with the structure as its instance data; null when the host has no such class.
+template <class Data>
+REALobject newStructure(const char* className, Data data) {
+  const REALobject made = REALnewInstance(className);
+  if (made != nullptr) instanceData<Data>(made) = data;
+  return made;
+}
+
+template <Name Accessor, class Native, Name ClassName>
+REALobject fromStructure(id value) {
+  return newStructure(ClassName.text, toHost(send<Native, Accessor>(value)));
+}
+
+// Times are made by methods that other plugins of the family add to NSValue.
+template <Name Method>
+REALobject fromTime(id value) {
+  return respondsTo<Method>(value) ? send<REALobject, Method>(value) : nullptr;
+}
+
+constexpr Encoded kStructures[] = {
+    {kRectEncoding, fromStructure<"rectValue", NSRect, "NSRectZEL">},
+    {kSizeEncoding, fromStructure<"sizeValue", NSSize, "NSSizeZEL">},
+    {kRangeEncoding, fromStructure<"rangeValue", NSRange, "NSRangeZEL">},
+    {kPointEncoding, fromStructure<"pointValue", NSPoint, "NSPointZEL">},
+    {"{?=qll}", fromTime<"QTTimeValueZEL">},
+    {"{?={?=qll}{?=qll}}", fromTime<"QTTimeRangeValueZEL">},
+    {"{?=qiIq}", fromTime<"CMTimeValueZEL">},
+    {"{?={?=qiIq}{?=qiIq}}", fromTime<"CMTimeRangeValueZEL">},
+    {"{?={?={?=qiIq}{?=qiIq}}{?={?=qiIq}{?=qiIq}}}", fromTime<"CMTimeMappingValueZEL">},
+};
+
+REALobject fromValue(id value) {
+  const Encoded* const row = find(kStructures, send<const char*, "objCType">(value));
+  return row == nullptr ? nullptr : row->convert(value);
+}
+
+// --- what the family knows
+
+REALobject unwrapped(id wrapper) { return send<REALobject, "unwrap">(wrapper); }
+
+constexpr std::size_t kLongestClassName = 199;
+constexpr char kSuffix[] = "ZEL";
+
+// A new object of the host class for the native class of that name, or null.
+REALobject newSibling(const char* className) {
+  if (className == nullptr || std::strlen(className) > kLongestClassName) return nullptr;
+  char hostName[kLongestClassName + sizeof kSuffix];
+  std::snprintf(hostName, sizeof hostName, "%s%s", className, kSuffix);
+  return REALnewInstance(hostName);
+}
+
+// The first class of the object's, going up, for which the host has a class.
+REALobject fromClass(id object) {
+  for (Class* native = send<Class*, "class">(object); native != nullptr;
+       native = class_getSuperclass(native)) {
+    const REALobject made = newSibling(object_getClassName(native));
+    if (made == nullptr) continue;
+    return handingOver(made, [&](REALobject) { instanceData<id>(made) = retained(object); });
+  }
+  return nullptr;
+}
+
+// --- the order of tests, which is part of the design: a number is a value too
+
+struct Kind {
+  bool (*matches)(Object*);
+  REALobject (*convert)(id);
+};
+
+constexpr Kind kKinds[] = {
+    {isKindOf<"NSArray", Object>, fromArray},
+    {isKindOf<"NSString", Object>, fromString},
+    {isKindOf<"NSData", Object>, fromData},
+    {isKindOf<"NSNumber", Object>, fromNumber},
+    {isKindOf<"NSDate", Object>, NSDateRB},
+    {isKindOf<"NSDictionary", Object>, fromDictionary},
+    {isKindOf<"NSURL", Object>, fromURL},
+    {isKindOf<"NSValue", Object>, fromValue},
+    {isKindOf<"ZELREALobjectWrapper", Object>, unwrapped},
+};
+
+}  // namespace
+
+REALobject NewVariantFromNSObject(id object) {
+  if (object == nullptr || object == send<id, "null">(classNamed<"NSNull">())) return nullptr;
+  for (const Kind& kind : kKinds) {
+    if (kind.matches(object)) return kind.convert(object);
+  }
+  return fromClass(object);
+}
+
+void FillVariantArray(REALarray array, id list) {
+  const id enumerator = send<id, "objectEnumerator">(list);
+  std::int32_t index = 0;
+  while (const id element = send<id, "nextObject">(enumerator)) {
+    unlocking(NewVariantFromNSObject(element),
+              [&](REALobject value) { REALInsertArrayValueObject(array, index, value); });
+    ++index;
+  }
+}
+
+}  // namespace zel

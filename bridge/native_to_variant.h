@@ -1,0 +1,20 @@
+// Any native object as a host value.
+#pragma once
+
+#include "native/objc.h"
+#include "plugin/handles.h"
+
+namespace zel {
+
+/// A host value of a native object, which is only borrowed, with one reference for the caller: a
+/// Variant of a string, number or boolean, an array, Date, MemoryBlock, FolderItem or Dictionary,
+/// or an object of the host class that another plugin of the family has for it. Null for nil, for
+/// NSNull, and for what has no host value. Native exceptions pass.
+[[nodiscard]] REALobject NewVariantFromNSObject(id object);
+
+/// Inserts the host values of a native list, in its order, into a host array of variants. What has
+/// no host value is inserted as null. Native exceptions pass.
+/// @param list an NSArray; nil: nothing is inserted.
+void FillVariantArray(REALarray array, id list);
+
+}  // namespace zel

@@ -1,0 +1,14 @@
+// Any host value as a native object.
+#pragma once
+
+#include "native/objc.h"
+#include "plugin/handles.h"
+
+namespace zel {
+
+/// A native object of a host value (a Variant, array or object), which is only borrowed. The result
+/// is not the caller's: it is autoreleased, a constant, or owned by the host object that it came
+/// from. Nil for null and for what has no native object. Native exceptions pass.
+id GetVariantAsNSObject(REALobject value);
+
+}  // namespace zel

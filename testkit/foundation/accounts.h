@@ -30,6 +30,8 @@ struct Body {
 
   /// What `description` answers; nullopt: the class and the address.
   [[nodiscard]] virtual std::optional<std::u16string> text() const { return std::nullopt; }
+  /// The object in literals.h's form; nullopt: the name of its class.
+  [[nodiscard]] virtual std::optional<std::string> literal() const { return std::nullopt; }
 };
 
 /// An object as the runtime sees it.

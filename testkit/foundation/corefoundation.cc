@@ -1,4 +1,4 @@
-// The Core Foundation functions, NSLog and the constants.
+// The Core Foundation functions, those of URLs excepted, NSLog and the constants.
 
 #include "native/corefoundation.h"
 
@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "testkit/foundation/normalization.h"
 #include "testkit/foundation/pointer_table.h"
 #include "testkit/foundation/runtime.h"
 #include "testkit/foundation/strings.h"
-#include "testkit/foundation/urls.h"
 
 namespace testkit::objc {
 namespace {
@@ -23,6 +23,10 @@ constexpr const char* kConstants[] = {
     "NSRegistrationDomain",
     "NSUserDefaultsDidChangeNotification",
 };
+
+constexpr zel::CFIndex kFormD = 0;
+/// What a string is full of beyond its real text, when it pretends to be longer.
+constexpr zel::UniChar kPretendedUnit = 'x';
 
 /// Records the call; false when it is to fail.
 bool enter(const char* function) { return Faults::shared().countCall(function); }
@@ -124,10 +128,33 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
   return written;
 }
 
-CFURLRef CFURLCreateWithString(CFAllocatorRef /*allocator*/, CFStringRef text, CFURLRef base) {
-  if (!enter(__func__) || text == nullptr) return nullptr;
-  if (base != nullptr) misuseWithoutAnswer("a URL with a base, which the double doesn't resolve");
-  return createUrl(stringBody(text).units);
+void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* units) {
+  if (!enter(__func__)) return;
+  const StringBody& body = stringBody(string);
+  if (range.location < 0 || range.length < 0 || range.length > body.length() - range.location) {
+    misuseWithoutAnswer("characters outside of the string");
+  }
+  const auto real = static_cast<CFIndex>(body.units.size());
+  for (CFIndex i = range.location; i < range.location + range.length; ++i) {
+    *units++ = i < real ? body.units[static_cast<std::size_t>(i)] : kPretendedUnit;
+  }
+}
+
+CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef /*allocator*/, CFIndex maxLength,
+                                             CFStringRef string) {
+  if (!enter(__func__)) return nullptr;
+  if (maxLength != 0) misuseWithoutAnswer("a limited string, which the double doesn't know");
+  return createMutableString(stringBody(string));
+}
+
+void CFStringNormalize(CFMutableStringRef string, CFIndex form) {
+  if (!enter(__func__)) return;
+  StringBody& body = stringBody(string);
+  if (!isKindOf(*instance(string), Runtime::shared().require("NSMutableString"))) {
+    misuseWithoutAnswer("a string changed that can't be");
+  }
+  if (form != kFormD) misuseWithoutAnswer("a normalisation form other than D");
+  body.units = decomposed(body.units);
 }
 
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,

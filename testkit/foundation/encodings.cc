@@ -159,6 +159,16 @@ std::string encodeLosslessly(std::u16string_view units) {
   return bytes;
 }
 
+std::optional<std::string> encodeMacRoman(std::u16string_view units) {
+  std::string bytes;
+  for (const char16_t unit : units) {
+    const auto* const found = std::find(std::begin(kMacRoman), std::end(kMacRoman), unit);
+    if (unit >= 0x80 && found == std::end(kMacRoman)) return std::nullopt;
+    bytes += static_cast<char>(unit < 0x80 ? unit : 0x80 + (found - std::begin(kMacRoman)));
+  }
+  return bytes;
+}
+
 std::u16string fromUtf8(std::string_view utf8) {
   auto units = decodeUtf8(utf8);
   if (!units) misuseWithoutAnswer("text that is not UTF-8");

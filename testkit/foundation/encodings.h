@@ -20,6 +20,8 @@ std::optional<std::u16string> decode(std::string_view bytes, zel::CFStringEncodi
 std::optional<std::string> encode(std::u16string_view units);
 /// The same, with a lone surrogate in the three bytes that its code would take.
 std::string encodeLosslessly(std::u16string_view units);
+/// The text in Mac Roman; nullopt when it holds a character that Mac Roman lacks.
+std::optional<std::string> encodeMacRoman(std::u16string_view units);
 /// The units of text that is known to be valid UTF-8; anything else is misuse.
 std::u16string fromUtf8(std::string_view utf8);
 

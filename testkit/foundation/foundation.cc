@@ -1,10 +1,12 @@
 #include "testkit/foundation/foundation.h"
 
+#include "testkit/foundation/dates.h"
+#include "testkit/foundation/defaults_database.h"
 #include "testkit/foundation/exceptions.h"
+#include "testkit/foundation/file_tree.h"
 #include "testkit/foundation/pointer_table.h"
 #include "testkit/foundation/runtime.h"
 #include "testkit/foundation/strings.h"
-#include "testkit/foundation/user_defaults.h"
 
 namespace testkit {
 
@@ -26,6 +28,8 @@ void Foundation::reset() {
   Faults::shared().reset();
   Records::shared().clear();
   objc::tableEntries(pointerTable()).clear();
+  objc::FileTree::shared().reset();
+  objc::localZoneSeconds() = 0;
 }
 
 std::string Foundation::unbalanced() { return Accounts::shared().unbalanced(); }

@@ -3,31 +3,37 @@
 
 #include <optional>
 #include <string>
-#include <variant>
 
 #include "native/objc.h"
 #include "testkit/foundation/accounts.h"
+#include "testkit/foundation/number_value.h"
 
 namespace testkit::objc {
 
-/// A number remembers which of these it was made from.
-using NumberValue = std::variant<zel::BOOL, zel::NSInteger, float, double>;
-
+/// A number as it was given and the type that it says it has; the two need not fit.
 struct NumberBody : Body {
+  std::string code;
   NumberValue value;
 
-  explicit NumberBody(NumberValue number) : value(number) {}
+  NumberBody(std::string type, NumberValue number) : code(std::move(type)), value(number) {}
   /// What stringValue answers.
   [[nodiscard]] std::optional<std::u16string> text() const override;
+  [[nodiscard]] std::optional<std::string> literal() const override;
+  /// The same for equal numbers, whatever their types.
+  [[nodiscard]] std::string keyText() const;
 };
 
 /// A new number with one reference for the caller.
-zel::id createNumber(NumberValue value);
+zel::id createNumber(std::string code, NumberValue value);
 
 /// The value of a number, or the number that a string begins with; 0 for anything else, nil
-/// included. A boolean made from a boolean is the same byte, from anything else 0 or 1.
-/// Defined for the alternatives of NumberValue.
+/// included. Defined for NSInteger, float and double.
 template <class Wanted>
 Wanted numericValue(const void* object);
+/// The same for a boolean: the byte of a number of type "c", 0 or 1 for anything else.
+zel::BOOL booleanValue(const void* object);
+
+/// A number in the shortest form of that many digits.
+std::string textOf(double value, int digits = 16);
 
 }  // namespace testkit::objc

@@ -151,6 +151,18 @@ Class* objc_lookUpClass(const char* name) {
   return testkit::objc::handle<Class*>(Runtime::shared().find(name));
 }
 
+Class* class_getSuperclass(Class* subclass) {
+  return testkit::objc::handle<Class*>(testkit::objc::classRecord(subclass).superClass);
+}
+
+const char* object_getClassName(void* object) {
+  const Instance* const found = Accounts::shared().find(object);
+  if (found == nullptr || found->dead) {
+    testkit::objc::misuseWithoutAnswer("the class name of what is no live object");
+  }
+  return found->isa->name.c_str();
+}
+
 void (*objc_msg_lookup(void* receiver, SEL selector))() {
   const Instance* const object = Accounts::shared().find(receiver);
   if (object == nullptr) {

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "testkit/foundation/classes.h"
+#include "testkit/foundation/literals.h"
 
 namespace testkit::objc {
 namespace {
@@ -15,15 +16,26 @@ zel::BOOL isEqualToString(zel::id self, zel::SEL /*selector*/, zel::id other) {
 
 }  // namespace
 
+std::optional<std::string> StringBody::literal() const { return quoted(units); }
+
 ClassDefinition stringClass() {
   return {.name = "NSString",
           .storable = true,
           .methods = {method("length", &length), method("isEqualToString:", &isEqualToString)}};
 }
 
+ClassDefinition mutableStringClass() {
+  return {.name = "NSMutableString", .superName = "NSString", .storable = true};
+}
+
 zel::CFStringRef createString(std::u16string units, std::optional<zel::CFIndex> pretendedLength) {
   return createObject<zel::CFStringRef>(
       "NSString", std::make_unique<StringBody>(std::move(units), pretendedLength));
+}
+
+zel::CFMutableStringRef createMutableString(const StringBody& original) {
+  return createObject<zel::CFMutableStringRef>(
+      "NSMutableString", std::make_unique<StringBody>(original.units, original.pretendedLength));
 }
 
 zel::CFStringRef constantString(const std::string& utf8) {

@@ -18,6 +18,7 @@ struct StringBody : Body {
       : units(std::move(text)), pretendedLength(pretended) {}
 
   [[nodiscard]] std::optional<std::u16string> text() const override { return units; }
+  [[nodiscard]] std::optional<std::string> literal() const override;
   [[nodiscard]] zel::CFIndex length() const {
     return pretendedLength.value_or(static_cast<zel::CFIndex>(units.size()));
   }
@@ -28,6 +29,8 @@ inline StringBody& stringBody(const void* string) { return bodyOf<StringBody>(st
 /// A new string with one reference for the caller.
 zel::CFStringRef createString(std::u16string units,
                               std::optional<zel::CFIndex> pretendedLength = std::nullopt);
+/// A new string that can be changed, with one reference for the caller.
+zel::CFMutableStringRef createMutableString(const StringBody& original);
 /// The string of that text that lives as long as the process: the same one each time.
 zel::CFStringRef constantString(const std::string& utf8);
 

@@ -3,7 +3,9 @@
 #include <string_view>
 
 #include "testkit/foundation/classes.h"
+#include "testkit/foundation/literals.h"
 #include "testkit/foundation/strings.h"
+#include "testkit/foundation/url_paths.h"
 
 namespace testkit::objc {
 namespace {
@@ -40,6 +42,8 @@ std::optional<std::u16string> UrlBody::text() const {
   return stringBody(absoluteString.get()).units;
 }
 
+std::optional<std::string> UrlBody::literal() const { return "url(" + quoted(*text()) + ")"; }
+
 ClassDefinition urlClass() {
   return {.name = "NSURL", .methods = {method("absoluteString", &absoluteString)}};
 }
@@ -49,6 +53,19 @@ zel::CFURLRef createUrl(const std::u16string& text) {
   auto body = std::make_unique<UrlBody>();
   body->absoluteString = kept(createString(text));
   return createObject<zel::CFURLRef>("NSURL", std::move(body));
+}
+
+zel::CFURLRef createFileUrl(std::u16string_view path) {
+  return createUrl(u"file://" + escapedPath(path));
+}
+
+std::optional<std::u16string> filePath(zel::CFURLRef url) {
+  const std::u16string text = *bodyOf<UrlBody>(url, "URL").text();
+  const auto parts = urlParts(text);
+  for (const std::u16string_view head : {u"file://", u"file://localhost", u"file:"}) {
+    if (parts && parts->head == head) return unescaped(parts->path);
+  }
+  return std::nullopt;
 }
 
 }  // namespace testkit::objc

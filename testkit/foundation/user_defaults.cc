@@ -1,6 +1,10 @@
 #include "testkit/foundation/user_defaults.h"
 
+#include <algorithm>
+
+#include "testkit/foundation/arrays.h"
 #include "testkit/foundation/classes.h"
+#include "testkit/foundation/data.h"
 #include "testkit/foundation/exceptions.h"
 #include "testkit/foundation/numbers.h"
 #include "testkit/foundation/strings.h"
@@ -17,36 +21,18 @@ UserDefaultsBody& userDefaultsBody(const void* defaults) {
   return bodyOf<UserDefaultsBody>(defaults, "defaults object");
 }
 
-const std::u16string& checkedKey(zel::CFStringRef key) {
-  if (key == nullptr || stringBody(key).units.empty()) {
-    raise("NSInvalidArgumentException", "the key is nil or empty");
-  }
-  return stringBody(key).units;
-}
-
-DefaultsDatabase::Values& valuesOf(zel::id defaults) {
-  return DefaultsDatabase::shared().valuesOf(userDefaultsBody(defaults).user);
-}
-
 /// The value of a key, not owned, or nil.
 zel::id valueOf(zel::id defaults, zel::CFStringRef key) {
-  const auto& values = valuesOf(defaults);
-  const auto found = values.find(checkedKey(key));
-  return found == values.end() ? nullptr : found->second.get();
+  return domainsOf(defaults).find(checkedKey(key));
 }
 
 void store(zel::id defaults, zel::CFStringRef key, Held value) {
   const std::u16string& name = checkedKey(key);
-  valuesOf(defaults).insert_or_assign(name, std::move(value));
+  domainsOf(defaults).set(name, std::move(value));
 }
 
 void removeObject(zel::id self, zel::SEL /*selector*/, zel::CFStringRef key) {
-  valuesOf(self).erase(checkedKey(key));
-}
-
-[[noreturn]] void raiseUnusable(const Instance& value, zel::CFStringRef key) {
-  raise("NSInvalidArgumentException", "the value for the key " + describe(*instance(key)) +
-                                          " is no property list: " + describe(value));
+  domainsOf(self).remove(checkedKey(key));
 }
 
 /// Stores an object that satisfies the condition; nil removes the key.
@@ -59,18 +45,27 @@ void set(zel::id self, zel::SEL selector, Value value, zel::CFStringRef key) {
   checkedKey(key);
   const Instance* const object = Accounts::shared().find(value);
   if (object == nullptr || object->dead) misuseWithoutAnswer("the value is no live object");
-  if (!IsUsable(*object)) raiseUnusable(*object, key);
-  store(self, key, Held(value));
+  if (!IsUsable(*object))
+    raiseUnusable(*object, "the value for the key " + describe(*instance(key)));
+  store(self, key, frozen(value));
 }
 
-bool isUrl(const Instance& object) {
-  return dynamic_cast<const UrlBody*>(object.body.get()) != nullptr;
+template <class Kind>
+bool is(const Instance& object) {
+  return dynamic_cast<const Kind*>(object.body.get()) != nullptr;
 }
 
-template <class Number>
+bool isListOfTexts(const Instance& object) {
+  const auto* const array = dynamic_cast<const ArrayBody*>(object.body.get());
+  return array != nullptr &&
+         std::all_of(array->elements.begin(), array->elements.end(),
+                     [](const Held& element) { return is<StringBody>(*instance(element.get())); });
+}
+
+template <class Number, char Code>
 void setNumber(zel::id self, zel::SEL /*selector*/, Number value, zel::CFStringRef key) {
   checkedKey(key);
-  store(self, key, kept(createNumber(value)));
+  store(self, key, kept(createNumber(std::string(1, Code), numberValue(value))));
 }
 
 template <class Number>
@@ -78,8 +73,19 @@ Number numberForKey(zel::id self, zel::SEL /*selector*/, zel::CFStringRef key) {
   return numericValue<Number>(valueOf(self, key));
 }
 
+zel::BOOL boolForKey(zel::id self, zel::SEL /*selector*/, zel::CFStringRef key) {
+  return booleanValue(valueOf(self, key));
+}
+
 zel::id objectForKey(zel::id self, zel::SEL /*selector*/, zel::CFStringRef key) {
   return valueOf(self, key);
+}
+
+/// A value that satisfies the condition; nil for any other.
+template <bool (*IsWanted)(const Instance&)>
+zel::id objectOfKind(zel::id self, zel::SEL /*selector*/, zel::CFStringRef key) {
+  const zel::id value = valueOf(self, key);
+  return value != nullptr && IsWanted(*instance(value)) ? value : nullptr;
 }
 
 /// A number's text too, as Foundation documents.
@@ -92,12 +98,6 @@ zel::CFStringRef stringForKey(zel::id self, zel::SEL /*selector*/, zel::CFString
   }
   const auto* const number = dynamic_cast<const NumberBody*>(body);
   return number == nullptr ? nullptr : pooled(createString(*number->text()));
-}
-
-/// Only what setURL:forKey: stored: a text is not taken for a path.
-zel::id urlForKey(zel::id self, zel::SEL /*selector*/, zel::CFStringRef key) {
-  const zel::id value = valueOf(self, key);
-  return value != nullptr && isUrl(*instance(value)) ? value : nullptr;
 }
 
 zel::BOOL synchronize(zel::id /*self*/, zel::SEL /*selector*/) { return 1; }
@@ -133,43 +133,56 @@ void resetStandardUserDefaults(zel::id /*self*/, zel::SEL /*selector*/) {
   DefaultsDatabase::shared().forgetStandard();
 }
 
+/// The messages for single values.
+std::vector<Method> valueMethods() {
+  return {method("integerForKey:", &numberForKey<zel::NSInteger>),
+          method("setInteger:forKey:", &setNumber<zel::NSInteger, 'l'>),
+          method("floatForKey:", &numberForKey<float>),
+          method("setFloat:forKey:", &setNumber<float, 'f'>),
+          method("doubleForKey:", &numberForKey<double>),
+          method("setDouble:forKey:", &setNumber<double, 'd'>), method("boolForKey:", &boolForKey),
+          method("setBool:forKey:", &setNumber<zel::BOOL, 'c'>),
+          method("stringForKey:", &stringForKey), method("objectForKey:", &objectForKey),
+          method("setObject:forKey:", &set<isPropertyList, zel::id>),
+          method("dataForKey:", &objectOfKind<is<DataBody>>),
+          method("arrayForKey:", &objectOfKind<is<ArrayBody>>),
+          method("stringArrayForKey:", &objectOfKind<isListOfTexts>),
+          method("dictionaryForKey:", &objectOfKind<is<DictionaryBody>>),
+          // Only what setURL:forKey: stored: a text is not taken for a path.
+          method("URLForKey:", &objectOfKind<is<UrlBody>>),
+          method("setURL:forKey:", &set<is<UrlBody>, zel::CFURLRef>),
+          method("removeObjectForKey:", &removeObject)};
+}
+
 }  // namespace
 
+DefaultsDomains& domainsOf(const void* defaults) {
+  return DefaultsDatabase::shared().domainsOf(userDefaultsBody(defaults).user);
+}
+
+const std::u16string& checkedKey(zel::CFStringRef key) {
+  if (key == nullptr || stringBody(key).units.empty()) {
+    raise("NSInvalidArgumentException", "the key is nil or empty");
+  }
+  return stringBody(key).units;
+}
+
+void raiseUnusable(const Instance& value, const std::string& place) {
+  raise("NSInvalidArgumentException", place + " is no property list: " + describe(value));
+}
+
 ClassDefinition userDefaultsClass() {
+  std::vector<Method> methods = valueMethods();
+  for (const Method& line : domainMethods()) methods.push_back(line);
+  methods.push_back(method("init", &init));
+  methods.push_back(method("initWithUser:", &initWithUser));
+  methods.push_back(method("synchronize", &synchronize));
   return {
       .name = "NSUserDefaults",
       .makeBody = []() -> std::unique_ptr<Body> { return std::make_unique<UserDefaultsBody>(); },
-      .methods = {method("init", &init), method("initWithUser:", &initWithUser),
-                  method("integerForKey:", &numberForKey<zel::NSInteger>),
-                  method("setInteger:forKey:", &setNumber<zel::NSInteger>),
-                  method("floatForKey:", &numberForKey<float>),
-                  method("setFloat:forKey:", &setNumber<float>),
-                  method("doubleForKey:", &numberForKey<double>),
-                  method("setDouble:forKey:", &setNumber<double>),
-                  method("boolForKey:", &numberForKey<zel::BOOL>),
-                  method("setBool:forKey:", &setNumber<zel::BOOL>),
-                  method("stringForKey:", &stringForKey), method("objectForKey:", &objectForKey),
-                  method("setObject:forKey:", &set<isStorable, zel::id>),
-                  method("URLForKey:", &urlForKey),
-                  method("setURL:forKey:", &set<isUrl, zel::CFURLRef>),
-                  method("removeObjectForKey:", &removeObject),
-                  method("synchronize", &synchronize)},
+      .methods = std::move(methods),
       .classMethods = {method("standardUserDefaults", &standardUserDefaults),
                        method("resetStandardUserDefaults", &resetStandardUserDefaults)}};
-}
-
-DefaultsDatabase& DefaultsDatabase::shared() {
-  static auto* const database = new DefaultsDatabase;  // outlives every static user of it
-  return *database;
-}
-
-void DefaultsDatabase::reset() { *this = DefaultsDatabase(); }
-
-zel::id DefaultsDatabase::standard() {
-  if (standard_.get() == nullptr) {
-    standard_ = kept(createObject("NSUserDefaults", std::make_unique<UserDefaultsBody>()));
-  }
-  return standard_.get();
 }
 
 }  // namespace testkit::objc

@@ -1,41 +1,23 @@
-// NSUserDefaults over a database in memory.
+// NSUserDefaults over the database in memory.
 #pragma once
 
-#include <map>
-#include <optional>
 #include <string>
+#include <vector>
 
-#include "native/objc.h"
-#include "testkit/foundation/accounts.h"
+#include "native/corefoundation.h"
+#include "testkit/foundation/defaults_database.h"
+#include "testkit/foundation/runtime.h"
 
 namespace testkit::objc {
 
-/// The values of every user, the standard defaults object, and what a test makes Foundation refuse.
-/// Every defaults object of the same user reads and writes the same values.
-class DefaultsDatabase {
- public:
-  using Values = std::map<std::u16string, Held, std::less<>>;
+/// What a defaults object reads and writes.
+DefaultsDomains& domainsOf(const void* defaults);
+/// The text of a key; nil and "" raise.
+const std::u16string& checkedKey(zel::CFStringRef key);
+/// @param place what the value was meant for, which begins the reason.
+[[noreturn]] void raiseUnusable(const Instance& value, const std::string& place);
 
-  static DefaultsDatabase& shared();
-  void reset();
-
-  /// A user's values. @param user "" for the user of the process.
-  Values& valuesOf(const std::string& user) { return values_[user]; }
-  /// The standard defaults object, made when there is none; Foundation's.
-  zel::id standard();
-  /// Foundation gives up the standard defaults object; the next one is another.
-  void forgetStandard() { standard_ = Held(); }
-
-  bool standardGivesNil = false;
-  bool initGivesNil = false;
-  bool initWithUserGivesNil = false;
-  std::optional<std::optional<std::string>> lastUserName;
-
- private:
-  DefaultsDatabase() = default;
-
-  std::map<std::string, Values> values_;
-  Held standard_;
-};
+/// The messages for whole domains and suites.
+std::vector<Method> domainMethods();
 
 }  // namespace testkit::objc

@@ -10,11 +10,13 @@
 // to the failure handler; wrong use by the test throws std::invalid_argument.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "plugin/handles.h"
@@ -71,7 +73,8 @@ struct RegisteredClass {
 
 class Host {
  public:
-  /// Element type codes of arrays.
+  /// What "RuntimeArrayCreateSingleDimBoundedArray" makes arrays of. To "VarType" these are arrays
+  /// of codes 4104 and 4105.
   static constexpr std::int32_t kStringElements = 3;
   static constexpr std::int32_t kObjectElements = 4;
 
@@ -123,14 +126,62 @@ class Host {
   /// Drops a reference that the caller owns.
   void unlock(zel::REALstring string);
 
-  // --- arrays and properties
-  /// An array of these elements. @param elementType kStringElements or kObjectElements.
+  // --- variants. Objects and arrays are variants as they are; what else a variant can hold is a
+  // Value. Where variants are elements, keys or values, std::monostate is the null handle, which
+  // variant(std::monostate) is not.
+  /// A new variant. @param type its type code when it isn't the usual one of the value (VariantType);
+  /// std::invalid_argument for an object, which has a code of its own.
+  ObjectRef variant(const Value& value, std::optional<std::int32_t> type = std::nullopt);
+  /// What a variant holds: objects and arrays as they are, std::monostate for the null handle and
+  /// for one that holds nothing. Every other value is given back as it is.
+  [[nodiscard]] Value valueOf(const Value& variant) const;
+  /// The type code, as "VarType" gives it; 0 for no object.
+  [[nodiscard]] std::int32_t typeOf(const ObjectRef& variant) const;
+  /// Any value as a literal, in one line and down to the last element:
+  ///   nil  true  Int32 7  Int64 7  UInt32 7  UInt64 7  Single 2.5  Double 2.5  "text"
+  ///   ["a", nil]  {"key": Int32 1}  Date 2020-01-31 23:59:59  MemoryBlock 0102ff
+  ///   FolderItem /tmp/file  Variant(16) Int32 7  NSSizeZEL
+  /// Double quotes and backslashes in texts follow a backslash. A container must not hold itself.
+  [[nodiscard]] std::string describe(const Value& value) const;
+
+  // --- arrays
+  /// An array of these elements. @param elementType kStringElements, kObjectElements, or the type
+  /// code that the array has as a variant: 4098 Int32, 4099 Int64, 4100 Single, 4101 Double, 4103
+  /// Date, 4104 String, 4105 Object, 4107 Boolean; any other above 4096 is an array of Doubles.
+  /// @param elements of just that type; those of object arrays become variants. Anything else throws
+  /// std::invalid_argument.
   ObjectRef array(std::int32_t elementType, const std::vector<Value>& elements = {});
+  /// The elements, variants among them as what they hold.
   [[nodiscard]] std::vector<Value> elements(const ObjectRef& array) const;
+
+  // --- the host's own classes
+  /// A Dictionary. Keys are equal when they are equal texts (by their bytes: case matters), equal
+  /// numbers of any types, equal booleans, both nothing, or the same object.
+  ObjectRef dictionary(const Entries& entries = {});
+  /// The entries in the order in which their keys were first set.
+  [[nodiscard]] Entries entries(const ObjectRef& dictionary) const;
+  ObjectRef memoryBlock(std::string_view bytes);
+  [[nodiscard]] std::string bytesOf(const ObjectRef& block) const;
+  /// What "memoryBlockGetSize" answers for the block from now on, true or not.
+  void reportSize(const ObjectRef& block, std::int32_t size);
+  ObjectRef date(const DateFields& fields);
+  [[nodiscard]] DateFields fieldsOf(const ObjectRef& date) const;
+  /// An item that exists or not. @param path absolute, in UTF-8.
+  ObjectRef folderItem(const std::string& path);
+  [[nodiscard]] std::string pathOf(const ObjectRef& item) const;
+
+  // --- what every object has
   [[nodiscard]] Value property(const ObjectRef& object, const std::string& name) const;
   void setProperty(const ObjectRef& object, const std::string& name, const Value& value);
+  /// The instance data.
+  template <class Data>
+  [[nodiscard]] static Data& data(const ObjectRef& object) {
+    return *reinterpret_cast<Data*>(object.as<std::byte*>() + zel::kInstanceDataOffset);
+  }
 
-  // --- control. Names of entry points; a global method goes by its own name, "LenB".
+  // --- control. Names of entry points; a global method goes by its own name, "LenB", "VarType", and
+  // those of Dictionary and FolderItem by "Dictionary.Value", "Dictionary.SetValue",
+  // "Dictionary.Key", "FolderItem.TrueItem".
   /// Lets the resolver answer null for the name, for ever.
   void hide(const std::string& entryPoint);
   /// The same for the next look-ups only.
@@ -151,7 +202,8 @@ class Host {
   void clearRecords();
 
   // --- the host's classes. At start: RuntimeException and, below it,
-  // UnsupportedOperationException, OutOfMemoryException, OutOfBoundsException and NSExceptionZEL.
+  // UnsupportedOperationException, OutOfMemoryException, OutOfBoundsException, KeyNotFoundException
+  // and NSExceptionZEL; Date, Dictionary, FolderItem and MemoryBlock.
   /// Adds a class of the host. @param superName "" for none, else a class that exists.
   void addClass(const std::string& name, const std::string& superName, std::int32_t dataSize = 16);
   /// Declares a property, such as "Year as integer", of a class; new objects have it.
@@ -160,6 +212,8 @@ class Host {
   /// assignment to the declaration calls.
   void addMethod(const std::string& className, const std::string& declaration,
                  PluginFunction function, PluginFunction setter = nullptr);
+  /// What runs when an object of the class dies, its data still whole.
+  void setDestructor(const std::string& className, PluginFunction destructor);
   /// Makes a class unknown. Objects that exist keep their class.
   void removeClass(const std::string& name);
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "plugin/handles.h"
 
@@ -64,6 +65,8 @@ struct Text {
 /// converted.
 ///   std::monostate   no value: the result of a method without one; as an argument, no object
 ///   std::int32_t     integer
+///   std::int64_t, std::uint32_t, std::uint64_t
+///                    in variants and arrays only
 ///   float, double    single, double
 ///   std::int8_t      boolean, the byte as it passes
 ///   std::string      string in UTF-8; "" is the null handle
@@ -71,7 +74,39 @@ struct Text {
 ///                    or an empty one that is not the null handle
 ///   ObjectRef        object or array; a null one is the null handle
 using Value = std::variant<std::monostate, std::int32_t, float, double, std::int8_t, std::string,
-                           ObjectRef, Text>;
+                           ObjectRef, Text, std::int64_t, std::uint32_t, std::uint64_t>;
+
+/// The entries of a Dictionary: keys and what they stand for.
+using Entries = std::vector<std::pair<Value, Value>>;
+
+/// The type codes of the host's variants, as "VarType" gives them. An array has kArrayType and the
+/// code of its elements.
+enum VariantType : std::int32_t {
+  kNilType = 0,
+  kInt32Type = 2,
+  kInt64Type = 3,
+  kSingleType = 4,
+  kDoubleType = 5,
+  kDateType = 7,
+  kStringType = 8,
+  kObjectType = 9,
+  kBooleanType = 11,
+  kUInt32Type = 24,  // this host's choice, as is the next
+  kUInt64Type = 25,
+  kArrayType = 4096,
+};
+
+/// A Date's time, as a clock on the wall shows it.
+struct DateFields {
+  friend bool operator==(const DateFields&, const DateFields&) = default;
+
+  std::int32_t year = 1904;
+  std::int32_t month = 1;
+  std::int32_t day = 1;
+  std::int32_t hour = 0;
+  std::int32_t minute = 0;
+  std::int32_t second = 0;
+};
 
 /// An exception object that was raised in the host.
 struct Raised {
@@ -97,5 +132,6 @@ struct Outcome {
 std::ostream& operator<<(std::ostream& out, const ObjectRef& object);
 std::ostream& operator<<(std::ostream& out, const Text& text);
 std::ostream& operator<<(std::ostream& out, const Raised& raised);
+std::ostream& operator<<(std::ostream& out, const DateFields& fields);
 
 }  // namespace testkit

@@ -1,6 +1,7 @@
-// Host arrays of one dimension, of strings or of objects.
+// Host arrays of one dimension.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,16 +9,19 @@
 #include "plugin/handles.h"
 #include "testkit/host/ledger.h"
 #include "testkit/host/memory.h"
+#include "testkit/host/value.h"
 
 namespace testkit::host {
+
+struct ElementType;
 
 class HostArray : public AnyObject {
  public:
   static constexpr std::string_view kWhat = "an array";
 
-  /// @param size elements, all null. @param withStorage whether the third word of the array points
-  /// at its elements, or is null.
-  HostArray(std::int32_t elementType, std::size_t size, bool withStorage);
+  /// @param type its type code as a variant. @param size elements, all 0 or null.
+  /// @param withStorage whether the third word of the array points at its elements, or is null.
+  HostArray(std::int32_t type, std::size_t size, bool withStorage);
 
   [[nodiscard]] const void* handle() const override { return memory_.data(); }
   [[nodiscard]] std::string describe() const override;
@@ -26,25 +30,34 @@ class HostArray : public AnyObject {
   [[nodiscard]] bool intact() const override { return memory_.intact(); }
 
   [[nodiscard]] zel::REALarray array() const { return static_cast<zel::REALarray>(memory_.data()); }
-  [[nodiscard]] std::int32_t elementType() const { return elementType_; }
-  [[nodiscard]] std::size_t size() const { return elements_.size() - 1; }
-  [[nodiscard]] void* element(std::size_t index) const { return elements_[index]; }
-  /// Takes over a reference of the caller. @param index no more than size().
-  void insert(std::size_t index, void* element);
+  [[nodiscard]] std::int32_t type() const { return type_; }
+  [[nodiscard]] const ElementType& elementType() const { return elementType_; }
+  [[nodiscard]] std::size_t size() const;
+  /// An element's own bytes. @param index less than size().
+  [[nodiscard]] const std::byte* at(std::size_t index) const;
+  /// An element as a test sees it; objects and variants as an ObjectRef. @param index less than
+  /// size().
+  [[nodiscard]] Value value(State& state, std::size_t index) const;
+  /// Takes over the reference that the element may carry. @param index no more than size().
+  void insert(std::size_t index, const std::byte* element);
+  /// Throws std::invalid_argument when the value isn't of the elements' type.
+  void append(State& state, const Value& value);
 
  private:
   void publishStorage();
 
   Memory memory_;
-  std::int32_t elementType_;
+  std::int32_t type_;
+  const ElementType& elementType_;
   bool withStorage_;
-  std::vector<void*> elements_;  // and a null behind the last one: storage is never empty
+  std::vector<std::byte> elements_;  // and some zeros behind the last one: never empty
 };
 
-/// Null when the host has no arrays of that element type.
+/// Null when the host has no arrays of that element type. @param elementType as Host::array takes.
 HostArray* newArray(State& state, std::int32_t elementType, std::size_t size);
 
 // --- entry points. An index outside of the array raises OutOfBoundsException.
+/// Null for every other element type than strings (3) and objects (4).
 zel::REALarray createArray(State& state, std::int32_t elementType, std::int32_t upperBound);
 std::int32_t arrayUpperBound(State& state, zel::REALarray array);
 zel::REALstring readStringArray(State& state, zel::REALstringArray array, std::int32_t index);

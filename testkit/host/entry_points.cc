@@ -1,14 +1,17 @@
 #include "testkit/host/entry_points.h"
 
 #include <algorithm>
-#include <iterator>
 #include <typeinfo>
 
+#include "testkit/host/dictionaries.h"
 #include "testkit/host/exceptions.h"
+#include "testkit/host/folder_items.h"
+#include "testkit/host/memory_blocks.h"
 #include "testkit/host/methods.h"
 #include "testkit/host/properties.h"
 #include "testkit/host/registration.h"
 #include "testkit/host/state.h"
+#include "testkit/host/variants.h"
 
 namespace testkit::host {
 namespace {
@@ -66,6 +69,20 @@ const std::vector<Row>& entryPoints() {
       row<"REALGetPropValueObject", getPropertyValue<zel::REALobject>>(),
       row<"REALSetPropValueInt", setPropertyValue<std::int32_t>>(),
       row<"REALSetPropValueString", setPropertyValue<zel::REALstring>>(),
+      // variants
+      row<"StringToVariant", stringToVariant>(),
+      row<"Int32ToVariant", numberToVariant<std::int32_t>>(),
+      row<"UInt32ToVariant", numberToVariant<std::uint32_t>>(),
+      row<"Int64ToVariant", numberToVariant<std::int64_t>>(),
+      row<"UInt64ToVariant", numberToVariant<std::uint64_t>>(),
+      row<"SingleToVariant", numberToVariant<float>>(),
+      row<"DoubleToVariant", numberToVariant<double>>(),
+      row<"BooleanToVariant", booleanToVariant>(),
+      row<"VariantToInt32", variantTo<std::int32_t>>(),
+      row<"VariantToInt64", variantTo<std::int64_t>>(),
+      row<"VariantToSingle", variantTo<float>>(),
+      row<"VariantToDouble", variantTo<double>>(),
+      row<"VariantToString", variantToString>(),
       // strings
       row<"REALLockString", lockString>(),
       row<"REALUnlockString", unlockString>(),
@@ -84,18 +101,17 @@ const std::vector<Row>& entryPoints() {
       row<"RuntimeDirectReadObjectArray", readObjectArray>(),
       row<"RuntimeArrayDirectGetInsertProc", arrayInsertProcedure>(),
       row<"RuntimeArrayDirectGetGetProc", arrayReadProcedure>(),
+      // memory blocks and files
+      row<"newMemoryBlock", newMemoryBlock>(),
+      row<"memoryBlockGetPtr", memoryBlockPointer>(),
+      row<"memoryBlockGetSize", memoryBlockSize>(),
+      row<"FolderItemFromFSSpec", folderItemFromFSSpec>(),
+      row<"REALFSSpecFromFolderItem", fsSpecFromFolderItem>(),
+      row<"REALFSRefFromFolderItem", fsRefFromFolderItem>(),
+      row<"REALFolderItemFromParentFSRef", folderItemFromParentFSRef>(),
   };
   return kRows;
 }
-
-// What plugins may ask for and this host doesn't offer.
-constexpr std::string_view kMissing[] = {
-    "StringToVariant",          "Int32ToVariant",          "UInt32ToVariant",
-    "Int64ToVariant",           "UInt64ToVariant",         "SingleToVariant",
-    "DoubleToVariant",          "BooleanToVariant",        "newMemoryBlock",
-    "memoryBlockGetPtr",        "memoryBlockGetSize",      "FolderItemFromFSSpec",
-    "REALFSSpecFromFolderItem", "REALFSRefFromFolderItem", "REALFolderItemFromParentFSRef",
-};
 
 const Row* findRow(std::string_view name) {
   const std::vector<Row>& rows = entryPoints();
@@ -112,6 +128,26 @@ struct GlobalMethod {
 const std::vector<GlobalMethod>& globalMethods() {
   static const std::vector<GlobalMethod> kMethods = {
       {row<"LenB", lenB>(), parseDeclaration("LenB( s as string ) as integer")},
+      {row<"VarType", varType>(), parseDeclaration("VarType(value As Variant) As Int32")},
+  };
+  return kMethods;
+}
+
+struct ClassMethod {
+  std::string_view className;
+  Row row;
+  const char* declaration;
+};
+
+const std::vector<ClassMethod>& classMethods() {
+  static const std::vector<ClassMethod> kMethods = {
+      {"Dictionary", row<"Dictionary.Value", dictionaryValue>(),
+       "Value(key As Variant) As Variant"},
+      {"Dictionary", row<"Dictionary.SetValue", setDictionaryValue>(),
+       "Value(key As Variant, Assigns _value As Variant)"},
+      {"Dictionary", row<"Dictionary.Key", dictionaryKey>(), "Key(index As Integer) As Variant"},
+      {"FolderItem", row<"FolderItem.TrueItem", trueItem>(),
+       "TrueItem(Index as integer) as Folderitem"},
   };
   return kMethods;
 }
@@ -132,10 +168,29 @@ void* loadGlobalMethod(State& state, zel::REALobject object, const char* declara
 }  // namespace
 
 std::vector<std::string> entryPointNames() {
-  std::vector<std::string> names(std::begin(kMissing), std::end(kMissing));
+  std::vector<std::string> names;
   for (const Row& row : entryPoints()) names.emplace_back(row.name);
   for (const GlobalMethod& method : globalMethods()) names.emplace_back(method.row.name);
+  for (const ClassMethod& method : classMethods()) names.emplace_back(method.row.name);
   return names;
+}
+
+std::vector<RegisteredMethod> methodsOf(std::string_view className) {
+  std::vector<RegisteredMethod> methods;
+  for (const ClassMethod& method : classMethods()) {
+    if (method.className != className) continue;
+    methods.push_back({method.declaration, parseDeclaration(method.declaration),
+                       reinterpret_cast<PluginFunction>(method.row.function), nullptr, 0});
+  }
+  return methods;
+}
+
+std::string_view nameOfMethod(PluginFunction function) {
+  const std::vector<ClassMethod>& methods = classMethods();
+  const auto found = std::find_if(methods.begin(), methods.end(), [function](const auto& method) {
+    return method.row.function == reinterpret_cast<void*>(function);
+  });
+  return found == methods.end() ? std::string_view() : found->row.name;
 }
 
 void* findEntryPoint(std::string_view name) {

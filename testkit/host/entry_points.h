@@ -6,11 +6,17 @@
 #include <typeinfo>
 #include <vector>
 
+#include "testkit/host/host.h"
+
 namespace testkit::host {
 
-/// All names that can be asked for, those that this host doesn't offer included, and the names of
-/// the global methods.
+/// The names of all entry points, of the global methods and of the methods of built-in classes.
 std::vector<std::string> entryPointNames();
+
+/// The methods of a built-in class, as C functions.
+std::vector<RegisteredMethod> methodsOf(std::string_view className);
+/// The name by which such a method is controlled, or "" for any other function.
+std::string_view nameOfMethod(PluginFunction function);
 
 /// The entry point of that name as a C function, or null.
 void* findEntryPoint(std::string_view name);

@@ -24,9 +24,9 @@ Raised describe(const State& state, HostObject& exception) {
 }  // namespace
 
 void raiseByName(State& state, const char* className) {
-  std::shared_ptr<HostClass> found = state.classes.find(className);
+  const std::shared_ptr<HostClass> found = state.classes.find(className);
   if (found == nullptr) return;
-  state.pending.push_back(newObject(state, std::move(found)).object());
+  state.pending.push_back(newObject(state, found).object());
 }
 
 std::vector<Raised> takePending(State& state, std::size_t from) {

@@ -12,6 +12,8 @@ struct State;
 
 /// The class below which all exceptions are.
 inline constexpr char kExceptionClass[] = "RuntimeException";
+/// What a bad index raises.
+inline constexpr char kOutOfBounds[] = "OutOfBoundsException";
 
 /// Raises a new exception of the host's own, without message.
 void raiseByName(State& state, const char* className);

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "testkit/host/built_in_classes.h"
 #include "testkit/host/encodings.h"
 #include "testkit/host/entry_points.h"
 #include "testkit/host/exceptions.h"
@@ -39,13 +40,6 @@ std::shared_ptr<HostClass> classNamed(const State& state, const std::string& nam
   std::shared_ptr<HostClass> found = state.classes.find(name);
   if (found == nullptr) throw std::invalid_argument("the host has no class \"" + name + "\"");
   return found;
-}
-
-template <class T>
-T& thingOf(const State& state, const ObjectRef& object) {
-  T* const found = state.ledger.peek<T>(object.handle());
-  if (found == nullptr) throw std::invalid_argument("not " + std::string(T::kWhat));
-  return *found;
 }
 
 // Runs a call; what it raises belongs to its outcome.
@@ -161,35 +155,6 @@ void Host::unlock(zel::REALstring string) {
     state_->ledger.dropReference(*state_, *found, "Host::unlock");
 }
 
-ObjectRef Host::array(std::int32_t elementType, const std::vector<Value>& elements) {
-  HostArray* const array = newArray(*state_, elementType, 0);
-  if (array == nullptr)
-    throw std::invalid_argument("no arrays of element type " + std::to_string(elementType));
-  ObjectRef made = ObjectRef::adopt(reinterpret_cast<zel::REALobject>(array->array()));
-  const Type type{elementType == kStringElements ? "string" : "variant"};
-  const TypeRules& rules = rulesOf(type);
-  for (const Value& element : elements) {
-    if (!rules.accepts(*state_, type, element))
-      throw std::invalid_argument("an element isn't a " + type.name);
-    array->insert(array->size(), rules.pack(*state_, element).handle);
-  }
-  return made;
-}
-
-std::vector<Value> Host::elements(const ObjectRef& array) const {
-  const auto& found = thingOf<HostArray>(*state_, array);
-  std::vector<Value> values;
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    void* const element = found.element(i);
-    if (found.elementType() == kStringElements) {
-      values.push_back(valueOf(*state_, static_cast<zel::REALstring>(element)));
-    } else {
-      values.emplace_back(ObjectRef::share(static_cast<zel::REALobject>(element)));
-    }
-  }
-  return values;
-}
-
 Value Host::property(const ObjectRef& object, const std::string& name) const {
   return readProperty(*state_, thingOf<HostObject>(*state_, object), name);
 }
@@ -241,6 +206,10 @@ void Host::addMethod(const std::string& className, const std::string& declaratio
   classNamed(*state_, className)
       ->description.methods.push_back(
           {declaration, parseDeclaration(declaration), function, setter, 0});
+}
+
+void Host::setDestructor(const std::string& className, PluginFunction destructor) {
+  classNamed(*state_, className)->description.destructor = destructor;
 }
 
 void Host::removeClass(const std::string& name) {

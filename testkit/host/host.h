@@ -129,8 +129,8 @@ class Host {
   // --- variants. Objects and arrays are variants as they are; what else a variant can hold is a
   // Value. Where variants are elements, keys or values, std::monostate is the null handle, which
   // variant(std::monostate) is not.
-  /// A new variant. @param type its type code when it isn't the usual one of the value (VariantType);
-  /// std::invalid_argument for an object, which has a code of its own.
+  /// A new variant. @param type its type code when it isn't the usual one of the value
+  /// (VariantType); std::invalid_argument for an object, which has a code of its own.
   ObjectRef variant(const Value& value, std::optional<std::int32_t> type = std::nullopt);
   /// What a variant holds: objects and arrays as they are, std::monostate for the null handle and
   /// for one that holds nothing. Every other value is given back as it is.
@@ -148,8 +148,8 @@ class Host {
   /// An array of these elements. @param elementType kStringElements, kObjectElements, or the type
   /// code that the array has as a variant: 4098 Int32, 4099 Int64, 4100 Single, 4101 Double, 4103
   /// Date, 4104 String, 4105 Object, 4107 Boolean; any other above 4096 is an array of Doubles.
-  /// @param elements of just that type; those of object arrays become variants. Anything else throws
-  /// std::invalid_argument.
+  /// @param elements of just that type; those of object arrays become variants. Anything else
+  /// throws std::invalid_argument.
   ObjectRef array(std::int32_t elementType, const std::vector<Value>& elements = {});
   /// The elements, variants among them as what they hold.
   [[nodiscard]] std::vector<Value> elements(const ObjectRef& array) const;
@@ -179,8 +179,8 @@ class Host {
     return *reinterpret_cast<Data*>(object.as<std::byte*>() + zel::kInstanceDataOffset);
   }
 
-  // --- control. Names of entry points; a global method goes by its own name, "LenB", "VarType", and
-  // those of Dictionary and FolderItem by "Dictionary.Value", "Dictionary.SetValue",
+  // --- control. Names of entry points; a global method goes by its own name, "LenB", "VarType",
+  // and those of Dictionary and FolderItem by "Dictionary.Value", "Dictionary.SetValue",
   // "Dictionary.Key", "FolderItem.TrueItem".
   /// Lets the resolver answer null for the name, for ever.
   void hide(const std::string& entryPoint);

@@ -6,6 +6,7 @@
 
 #include "testkit/host/encodings.h"
 #include "testkit/host/state.h"
+#include "testkit/host/variants.h"
 
 namespace testkit::host {
 namespace {
@@ -56,9 +57,11 @@ bool isObject(const State& state, const Type& type, const Value& value) {
   if (object == nullptr) return false;
   if (!*object) return true;
   if (const auto* const array = state.ledger.peek<HostArray>(object->handle())) {
-    const bool strings = array->elementType() == Host::kStringElements;
-    return type.array ? strings == sameName(type.name, "string") : sameName(type.name, "variant");
+    const std::int32_t elements = sameName(type.name, "string") ? kStringType : kObjectType;
+    return type.array ? array->type() == kArrayType + elements : sameName(type.name, "variant");
   }
+  if (state.ledger.peek<HostVariant>(object->handle()) != nullptr)
+    return !type.array && sameName(type.name, "variant");
   const auto* const instance = state.ledger.peek<HostObject>(object->handle());
   return instance != nullptr && !type.array &&
          (sameName(type.name, "variant") || sameName(type.name, "object") ||

@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "testkit/host/entry_points.h"
 #include "testkit/host/invoke.h"
 #include "testkit/host/state.h"
 
@@ -156,7 +157,10 @@ void* loadObjectMethod(State& state, zel::REALobject object, const char* declara
   const std::optional<Declaration> wanted = declarationFor(state, declaration, kWho);
   const auto* const instance = dynamic_cast<const HostObject*>(any);  // an array has no methods
   if (instance == nullptr || !wanted) return nullptr;
-  return reinterpret_cast<void*>(findFunction(instance->hostClass(), *wanted));
+  const PluginFunction found = findFunction(instance->hostClass(), *wanted);
+  const std::string_view name = nameOfMethod(found);
+  if (!name.empty() && !state.control.lookUp(name)) return nullptr;
+  return reinterpret_cast<void*>(found);
 }
 
 }  // namespace testkit::host

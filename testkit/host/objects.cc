@@ -89,25 +89,16 @@ PropertyValue* HostObject::property(std::string_view name) {
   return found == properties_.end() ? nullptr : &found->value;
 }
 
-void addBuiltInClasses(Classes& classes) {
-  const auto exception = std::make_shared<HostClass>();
-  exception->description.name = "RuntimeException";
-  exception->properties = {{"Message", zel::REALstring{}}, {"ErrorNumber", std::int32_t{}}};
-  classes.add(exception);
-  for (const char* const name : {"UnsupportedOperationException", "OutOfMemoryException",
-                                 "OutOfBoundsException", "NSExceptionZEL"}) {
-    const auto derived = std::make_shared<HostClass>();
-    derived->description.name = name;
-    derived->description.superName = "RuntimeException";
-    derived->super = exception;
-    classes.add(derived);
-  }
+HostObject& enter(State& state, std::unique_ptr<HostObject> object) {
+  HostObject& entered = state.ledger.add(std::move(object));
+  runConstructors(&entered.hostClass(), entered.object());
+  return entered;
 }
 
-HostObject& newObject(State& state, std::shared_ptr<const HostClass> objectClass) {
-  HostObject& object = state.ledger.add(std::make_unique<HostObject>(std::move(objectClass)));
-  runConstructors(&object.hostClass(), object.object());
-  return object;
+HostObject& newObject(State& state, const std::shared_ptr<const HostClass>& objectClass) {
+  for (const HostClass* c = objectClass.get(); c != nullptr; c = c->super.get())
+    if (c->create != nullptr) return enter(state, c->create(objectClass));
+  return enter(state, std::make_unique<HostObject>(objectClass));
 }
 
 void lockObject(State& state, zel::REALobject object) {

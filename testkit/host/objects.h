@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -25,10 +26,17 @@ struct Property {
   PropertyValue initial;  // 0 or null; also says of which type the property is
 };
 
+class HostObject;
+struct HostClass;
+
+/// Makes a plain object of a class; hooks don't run.
+using ObjectFactory = std::unique_ptr<HostObject> (*)(std::shared_ptr<const HostClass>);
+
 struct HostClass {
   RegisteredClass description;
   std::shared_ptr<const HostClass> super;  // nullable
   std::vector<Property> properties;        // its own, without those of its super classes
+  ObjectFactory create = nullptr;          // null: as the super class does
 
   /// Whether this is the named class or one below it, by the language's rule for names.
   [[nodiscard]] bool isA(std::string_view name) const;
@@ -80,10 +88,14 @@ class HostObject : public AnyObject {
   std::vector<Slot> properties_;
 };
 
-/// The classes that every host starts with.
-void addBuiltInClasses(Classes& classes);
-/// A new object with one reference for the caller, constructor hooks run.
-HostObject& newObject(State& state, std::shared_ptr<const HostClass> objectClass);
+/// Enters a new object, with one reference for the caller, and runs the constructor hooks.
+HostObject& enter(State& state, std::unique_ptr<HostObject> object);
+template <class T>
+T& addObject(State& state, std::unique_ptr<T> object) {
+  return static_cast<T&>(enter(state, std::move(object)));
+}
+/// A new object of the class with one reference for the caller, constructor hooks run.
+HostObject& newObject(State& state, const std::shared_ptr<const HostClass>& objectClass);
 
 // --- entry points
 void lockObject(State& state, zel::REALobject object);

@@ -9,6 +9,7 @@
 
 #include "testkit/host/invoke.h"
 #include "testkit/host/state.h"
+#include "testkit/host/variants.h"
 
 namespace testkit::host {
 namespace {
@@ -23,6 +24,13 @@ const PropertyType kTypes[] = {
     {"integer", std::int32_t{}}, {"int32", std::int32_t{}}, {"int64", std::int64_t{}},
     {"single", float{}},         {"double", double{}},      {"string", zel::REALstring{}},
 };
+
+// A property of the object's own, or one that it has as a variant.
+std::optional<PropertyValue> propertyOf(AnyObject& object, std::string_view name) {
+  auto* const instance = dynamic_cast<HostObject*>(&object);
+  const PropertyValue* const own = instance == nullptr ? nullptr : instance->property(name);
+  return own != nullptr ? *own : variantProperty(object, name);
+}
 
 [[noreturn]] void failToUse(const HostObject& object, const std::string& name) {
   throw std::invalid_argument(object.describe() + " has no property \"" + name + "\" of that type");
@@ -68,14 +76,12 @@ bool setProperty(State& state, HostObject& object, std::string_view name, Proper
 Value readProperty(State& state, HostObject& object, const std::string& name) {
   const PropertyValue* const property = object.property(name);
   if (property == nullptr) failToUse(object, name);
-  const auto asValue = [&state, &object, &name](auto held) -> Value {
+  const auto asValue = [&state](auto held) -> Value {
     using Held = decltype(held);
     if constexpr (std::is_same_v<Held, zel::REALstring>) {
       return valueOf(state, held);
     } else if constexpr (std::is_same_v<Held, zel::REALobject>) {
       return ObjectRef::share(held);
-    } else if constexpr (std::is_same_v<Held, std::int64_t>) {
-      failToUse(object, name);
     } else {
       return held;
     }
@@ -108,9 +114,10 @@ void writeProperty(State& state, HostObject& object, const std::string& name, co
 template <class T>
 zel::REALboolean getPropertyValue(State& state, zel::REALobject object, const char* name, T* out) {
   constexpr std::string_view kWho = "an entry point that reads a property";
-  auto* const found = state.ledger.find<HostObject>(object, kWho);
-  PropertyValue* const property = found == nullptr ? nullptr : found->property(name);
-  const T* const value = property == nullptr ? nullptr : std::get_if<T>(property);
+  auto* const found = state.ledger.find<AnyObject>(object, kWho);
+  const std::optional<PropertyValue> property =
+      found == nullptr ? std::nullopt : propertyOf(*found, name);
+  const T* const value = property ? std::get_if<T>(&*property) : nullptr;
   if (value == nullptr) return 0;
   if constexpr (std::is_pointer_v<T>)
     if (!state.ledger.hold<typename ThingOf<T>::type>(*value, kWho)) return 0;

@@ -19,8 +19,7 @@ const void* referenceIn(const PropertyValue& value);
 bool setProperty(State& state, HostObject& object, std::string_view name, PropertyValue value,
                  std::string_view who);
 
-/// A property for a test. Throws std::invalid_argument when there is none of that name, or when a
-/// test's values can't express it.
+/// A property for a test. Throws std::invalid_argument when there is none of that name.
 Value readProperty(State& state, HostObject& object, const std::string& name);
 /// Sets a property to a value of its own type; otherwise throws std::invalid_argument.
 void writeProperty(State& state, HostObject& object, const std::string& name, const Value& value);

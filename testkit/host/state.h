@@ -1,6 +1,7 @@
 // What the current host consists of. The services beside it are functions over this state.
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,14 @@ struct State {
   std::vector<zel::REALobject> pending;  // raised exceptions, each with a reference of the host
   std::optional<std::int32_t> announcedVersion;
 };
+
+/// The live thing that a test refers to; throws std::invalid_argument when it is of another class.
+template <class T>
+T& thingOf(const State& state, const ObjectRef& object) {
+  T* const found = state.ledger.peek<T>(object.handle());
+  if (found == nullptr) throw std::invalid_argument("not " + std::string(T::kWhat));
+  return *found;
+}
 
 /// The state of the current host. Without one, prints who asked and aborts.
 State& currentState(std::string_view who);

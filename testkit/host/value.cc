@@ -1,6 +1,7 @@
 #include "testkit/host/value.h"
 
 #include <cstdint>
+#include <iomanip>
 #include <ostream>
 
 #include "testkit/host/state.h"
@@ -52,6 +53,15 @@ std::ostream& operator<<(std::ostream& out, const Raised& raised) {
   out << raised.className << "(";
   if (raised.message) out << "\"" << *raised.message << "\"";
   return out << ", " << raised.errorNumber << ")";
+}
+
+std::ostream& operator<<(std::ostream& out, const DateFields& fields) {
+  const char filler = out.fill('0');
+  out << std::setw(4) << fields.year << "-" << std::setw(2) << fields.month << "-" << std::setw(2)
+      << fields.day << " " << std::setw(2) << fields.hour << ":" << std::setw(2) << fields.minute
+      << ":" << std::setw(2) << fields.second;
+  out.fill(filler);
+  return out;
 }
 
 }  // namespace testkit

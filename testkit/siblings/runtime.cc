@@ -2,17 +2,32 @@
 
 extern "C" {
 // Of the Objective-C runtime.
+zel::Class* objc_getClass(const char* className);
 zel::Class* objc_getMetaClass(const char* className);
+zel::Class* objc_allocateClassPair(zel::Class* superClass, const char* name,
+                                   std::size_t extraBytes);
+void objc_registerClassPair(zel::Class* made);
 bool class_addMethod(zel::Class* owner, zel::SEL selector, void (*implementation)(),
                      const char* types);
 }
 
 namespace testkit {
+namespace {
 
-AddClassMethod addToRuntime() {
-  return [](const char* selector, void (*implementation)(), const char* types) {
-    class_addMethod(objc_getMetaClass("NSException"), zel::sel_registerName(selector),
-                    implementation, types);
+void defineClass(const char* name, const char* superName) {
+  if (objc_getClass(name) == nullptr)
+    objc_registerClassPair(objc_allocateClassPair(objc_getClass(superName), name, 0));
+}
+
+}  // namespace
+
+AddMethod addToRuntime() {
+  return [](const NativeMethod& method) {
+    defineClass(method.className, method.superName);
+    zel::Class* const owner =
+        (method.ofClass ? objc_getMetaClass : objc_getClass)(method.className);
+    class_addMethod(owner, zel::sel_registerName(method.selector), method.implementation,
+                    method.types);
   };
 }
 

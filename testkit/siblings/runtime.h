@@ -1,11 +1,11 @@
-// Adding class methods in a real Objective-C runtime.
+// Adding methods in a real Objective-C runtime.
 #pragma once
 
 #include "testkit/siblings/siblings.h"
 
 namespace testkit {
 
-/// The running process's NSException gets the method, for good.
-AddClassMethod addToRuntime();
+/// The classes of the running process get the methods, for good.
+AddMethod addToRuntime();
 
 }  // namespace testkit

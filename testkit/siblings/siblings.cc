@@ -4,15 +4,12 @@
 #include <utility>
 #include <vector>
 
+#include "testkit/siblings/erased.h"
+
 namespace testkit {
 namespace {
 
 Siblings* currentSiblings = nullptr;
-
-template <class Function>
-auto erased(Function* function) {
-  return reinterpret_cast<void (*)()>(function);
-}
 
 std::string utf8(zel::CFStringRef string) {
   if (string == nullptr) return "";
@@ -25,7 +22,7 @@ std::string utf8(zel::CFStringRef string) {
 
 }  // namespace
 
-Siblings::Siblings(Host& host, AddClassMethod add) : host_(host), add_(std::move(add)) {
+Siblings::Siblings(Host& host, AddMethod add) : host_(host), add_(std::move(add)) {
   if (currentSiblings != nullptr) throw std::logic_error("there is a family of plugins already");
   currentSiblings = this;
 }
@@ -39,14 +36,20 @@ Siblings& Siblings::current() {
 
 void Siblings::provideInstances(zel::CFMutableDictionaryRef instances) {
   instances_ = instances;
-  add_("GetInstancesDictionaryZEL", erased(getInstancesDictionary), "^v@:");
+  addToException("GetInstancesDictionaryZEL", erased(getInstancesDictionary), "^v@:");
 }
 
 void Siblings::providePreparation() {
-  add_("PrepareNSExceptionZEL", erased(prepareNSException), "v@:");
+  addToException("PrepareNSExceptionZEL", erased(prepareNSException), "v@:");
 }
 
-void Siblings::provideExceptions() { add_("NewNSExceptionZEL:", erased(newNSException), "^v@:@"); }
+void Siblings::provideExceptions() {
+  addToException("NewNSExceptionZEL:", erased(newNSException), "^v@:@");
+}
+
+void Siblings::addToException(const char* selector, void (*implementation)(), const char* types) {
+  add_({"NSException", "NSObject", true, selector, implementation, types});
+}
 
 zel::CFMutableDictionaryRef Siblings::getInstancesDictionary(zel::id /*self*/,
                                                              zel::SEL /*selector*/) {

@@ -10,12 +10,6 @@ void fail(const std::string& what) { ADD_FAILURE() << what; }
 
 }  // namespace
 
-testkit::AddClassMethod addToDouble() {
-  return [](const char* selector, void (*implementation)(), const char* /*types*/) {
-    testkit::Foundation::shared().addClassMethod("NSException", selector, implementation);
-  };
-}
-
 PluginTest::PluginTest() : foundation(testkit::Foundation::shared()) {}
 
 void PluginTest::SetUp() {

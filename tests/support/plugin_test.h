@@ -11,11 +11,13 @@
 #include "testkit/foundation/allocations.h"
 #include "testkit/foundation/foundation.h"
 #include "testkit/host/host.h"
+#include "testkit/siblings/double.h"
 #include "testkit/siblings/siblings.h"
 
 namespace tests {
 
 using Lines = std::vector<std::string>;
+using testkit::addToDouble;
 using testkit::Host;
 using testkit::HostOptions;
 using testkit::ObjectRef;
@@ -47,9 +49,6 @@ class PluginTest : public testing::Test {
   std::unique_ptr<Host> host;
   std::unique_ptr<testkit::Siblings> siblings;
 };
-
-/// The Foundation double adds the class method to NSException.
-testkit::AddClassMethod addToDouble();
 
 /// A host string, for calling the plugin's functions directly.
 class HostText {

@@ -77,7 +77,7 @@ void DefaultsDomains::remove(std::u16string_view key) {
   if (found != domain->second.end()) domain->second.erase(found);
 }
 
-void DefaultsDomains::registerValues(DefaultsValues values) {
+void DefaultsDomains::registerValues(DefaultsValues&& values) {
   DefaultsValues& registered = volatiles[std::u16string(kRegistrationDomain)];
   for (auto& [key, value] : values) registered.insert_or_assign(key, std::move(value));
 }

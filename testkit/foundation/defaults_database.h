@@ -35,7 +35,7 @@ class DefaultsDomains {
   void set(const std::u16string& key, Held value);
   void remove(std::u16string_view key);
   /// Adds to the domain of registered values.
-  void registerValues(DefaultsValues values);
+  void registerValues(DefaultsValues&& values);
   /// A suite added again is searched as the first of the suites.
   void addSuite(const std::u16string& name);
   void removeSuite(const std::u16string& name);

@@ -56,9 +56,7 @@ void Foundation::setTimeZone(std::int32_t secondsEast) { objc::localZoneSeconds(
 zel::id Foundation::null() { return objc::sharedNull(); }
 
 zel::id Foundation::array(const std::vector<zel::id>& elements) {
-  std::vector<Held> held;
-  for (const zel::id element : elements) held.emplace_back(element);
-  return pooled(objc::createArray(std::move(held)));
+  return pooled(objc::createArray(std::vector<Held>(elements.begin(), elements.end())));
 }
 
 zel::id Foundation::dictionary(const std::vector<std::pair<zel::id, zel::id>>& entries) {

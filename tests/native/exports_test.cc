@@ -15,14 +15,27 @@ TEST_F(ExportsTest, LibraryExportsItsFunctionsAndNothingElse) {
             "CFDictionarySetValue\n"
             "CFRelease\n"
             "CFRetain\n"
+            "CFStringCreateMutableCopy\n"
             "CFStringCreateWithCString\n"
             "CFStringCreateWithCharacters\n"
             "CFStringGetCString\n"
+            "CFStringGetCharacters\n"
             "CFStringGetLength\n"
+            "CFStringNormalize\n"
+            "CFURLCopyLastPathComponent\n"
+            "CFURLCreateCopyAppendingPathComponent\n"
+            "CFURLCreateCopyDeletingLastPathComponent\n"
+            "CFURLCreateFromFSRef\n"
             "CFURLCreateWithString\n"
+            "CFURLGetFSRef\n"
+            "FSGetCatalogInfo\n"
+            "FSPathMakeRef\n"
+            "FSRefMakePath\n"
+            "FSpMakeFSRef\n"
             "zelCatch\n"
             "zelFinally\n"
-            "zelFoundationConstant\n");
+            "zelFoundationConstant\n"
+            "zelNumberType\n");
 }
 
 }  // namespace

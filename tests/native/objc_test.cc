@@ -56,6 +56,26 @@ TEST_F(ObjcTest, ClassThatIsDefinedLateIsFoundThen) {
   EXPECT_EQ((zel::classNamed<"DefinedLate">()), made);
 }
 
+TEST_F(ObjcTest, ClassesAreWalkedUpwardsAndNamed) {
+  zel::Class* const root = zel::classNamed<"NSObject">();
+  zel::Class* const text = zel::classNamed<"NSString">();
+  EXPECT_EQ(zel::class_getSuperclass(zel::classNamed<"NSMutableString">()), text);
+  EXPECT_EQ(zel::class_getSuperclass(text), root);
+  EXPECT_EQ(zel::class_getSuperclass(root), nullptr);
+  EXPECT_STREQ(zel::object_getClassName(object_), "NSObject");
+  EXPECT_STREQ(zel::object_getClassName(text), "NSString");  // a class's own name
+}
+
+TEST_F(ObjcTest, PrivateSubclassLeadsToItsPublicOne) {
+  const id list = send<id, "array">(zel::classNamed<"NSArray">());
+  zel::Class* walked = send<zel::Class*, "class">(list);
+  EXPECT_NE(walked, zel::classNamed<"NSArray">());
+  while (walked != nullptr && walked != zel::classNamed<"NSArray">()) {
+    walked = zel::class_getSuperclass(walked);
+  }
+  EXPECT_EQ(walked, zel::classNamed<"NSArray">());
+}
+
 TEST_F(ObjcTest, SelectorIsRegisteredUnderItsName) {
   const zel::SEL first = zel::selector<"one:two:">();
   EXPECT_EQ(first, (zel::selector<"one:two:">()));

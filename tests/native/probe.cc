@@ -3,6 +3,7 @@
 //
 //   probe [-argument value ...] COMMAND KEY [VALUE]
 //     string KEY      the standard object's text
+//     type KEY        the type code of the standard object's number
 //     url KEY         the absolute text of the standard object's URL
 //     private KEY     a private object's text
 //     set KEY VALUE   through the standard object, and synchronised
@@ -16,6 +17,7 @@
 #include <string>
 
 #include "native/corefoundation.h"
+#include "native/numbers.h"
 #include "testkit/store/private_store.h"
 
 namespace {
@@ -40,6 +42,12 @@ id standard() { return send<id, "standardUserDefaults">(zel::classNamed<"NSUserD
 
 void printString(const char* key, const char*) {
   print(send<id, "stringForKey:">(standard(), string(key)));
+}
+
+void printType(const char* key, const char*) {
+  id value = send<id, "objectForKey:">(standard(), string(key));
+  const bool isNumber = zel::isKindOf<"NSNumber">(value);
+  std::fputs(isNumber ? zel::zelNumberType(value) : "(no number)", stdout);
 }
 
 void printUrl(const char* key, const char*) {
@@ -69,8 +77,9 @@ void printStore(const char*, const char*) {
 
 int run(int argc, char** argv) {
   static const std::map<std::string, void (*)(const char*, const char*)> commands = {
-      {"string", printString}, {"url", printUrl}, {"private", printPrivate}, {"set", set},
-      {"keep", keep},          {"crash", crash},  {"store", printStore}};
+      {"string", printString},   {"type", printType},  {"url", printUrl},
+      {"private", printPrivate}, {"set", set},         {"keep", keep},
+      {"crash", crash},          {"store", printStore}};
   int next = 1;
   while (next < argc && argv[next][0] == '-') next += 2;  // the argument domain's
   const auto command = next < argc ? commands.find(argv[next]) : commands.end();

@@ -184,6 +184,7 @@ TEST_F(HostPropertiesTest, ReadsByTypeAndName) {
   host->setProperty(record, "Year", 2013);
   host->setProperty(record, "Size", 0.5F);
   host->setProperty(record, "Exact", 0.25);
+  host->setProperty(record, "Long", std::int64_t{5000000000});
   std::int32_t year = 0;
   std::int64_t longest = -1;
   float size = 0;
@@ -191,7 +192,8 @@ TEST_F(HostPropertiesTest, ReadsByTypeAndName) {
   EXPECT_TRUE(get("REALGetPropValueInt", record, "year", &year));
   EXPECT_EQ(year, 2013);
   EXPECT_TRUE(get("REALGetPropValueInt64", record, "Long", &longest));
-  EXPECT_EQ(longest, 0);
+  EXPECT_EQ(longest, 5000000000);
+  EXPECT_EQ(host->property(record, "Long"), Value(std::int64_t{5000000000}));
   EXPECT_TRUE(get("REALGetPropValueSingle", record, "Size", &size));
   EXPECT_EQ(size, 0.5F);
   EXPECT_TRUE(get("REALGetPropValueDouble", record, "Exact", &exact));
@@ -244,7 +246,7 @@ TEST_F(HostPropertiesTest, ReportsPropertiesThatThereAreNot) {
   EXPECT_THROW(host->setProperty(record, "Title", 1), std::invalid_argument);
   EXPECT_THROW(host->setProperty(record, "Year", "1"), std::invalid_argument);
   EXPECT_THROW((void)host->property(record, "Month"), std::invalid_argument);
-  EXPECT_THROW((void)host->property(record, "Long"), std::invalid_argument);
+  EXPECT_THROW(host->setProperty(record, "Long", 1), std::invalid_argument);
   EXPECT_THROW(host->addProperty("Record", "f(a as string) as string"), std::invalid_argument);
 }
 

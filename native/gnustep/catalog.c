@@ -132,7 +132,7 @@ static int compareItems(const void* one, const void* other) {
 static bool makeRoom(void) {
   if (itemCount < itemRoom) return true;
   const uint32_t room = itemRoom == 0 ? kFirstRoom : 2 * itemRoom;
-  struct Item** const grown = realloc(items, room * sizeof *items);
+  struct Item** const grown = realloc(items, room * sizeof(void*));
   if (grown == NULL) return false;
   items = grown;
   itemRoom = room;

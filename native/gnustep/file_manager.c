@@ -33,12 +33,12 @@ static uint64_t ownMark(void) {
 static OSErr codeOf(int error) {
   static const struct {
     int error;
-    OSErr code;
+    int code;
   } kCodes[] = {{ENOENT, kItemNotFound},  {ENOTDIR, kItemNotFound}, {ELOOP, kItemNotFound},
                 {ENAMETOOLONG, kBadName}, {EINVAL, kBadName},       {EACCES, kAccessDenied},
                 {ENOMEM, kMemoryFull}};
   for (size_t i = 0; i < sizeof kCodes / sizeof *kCodes; ++i) {
-    if (kCodes[i].error == error) return kCodes[i].code;
+    if (kCodes[i].error == error) return (OSErr)kCodes[i].code;
   }
   return kIoError;
 }
@@ -63,7 +63,8 @@ static OSErr referred(const FSRef* ref, struct Item** item) {
   memcpy(&reference, ref, sizeof reference);
   *item = reference.mark == ownMark() ? zelItemWithNumber(reference.number) : NULL;
   if (*item == NULL) return kBadReference;
-  return zelLocate(*item) ? kNoError : codeOf(errno);
+  if (!zelLocate(*item)) return codeOf(errno);
+  return kNoError;
 }
 
 static void fillInfo(struct Item* item, uint32_t which, FSCatalogInfo* info) {

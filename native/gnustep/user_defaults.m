@@ -41,12 +41,13 @@ static NSURL* archivedURL(NSData* data) {
   return [value isKindOfClass:[NSData class]] ? archivedURL(value) : nil;
 }
 
-// A file URL is kept as its path, with the home folder as "~"; any other as an archive. Nil removes
-// the key.
+// A file URL is kept as its path, with the home folder as "~"; any other as an archive, and so is
+// one whose path is no UTF-8, which Foundation has no text for. Nil removes the key.
 - (void)setURL:(NSURL*)url forKey:(NSString*)key {
   id value = nil;
-  if ([url isFileURL]) {
-    value = [[url path] stringByAbbreviatingWithTildeInPath];
+  NSString* const path = [url isFileURL] ? [url path] : nil;
+  if (path != nil) {
+    value = [path stringByAbbreviatingWithTildeInPath];
   } else if (url != nil) {
     value = [NSKeyedArchiver archivedDataWithRootObject:url];
   }

@@ -38,6 +38,13 @@ class UserDefaultsTest : public NativeTest {
 /// A folder of the user database's, which is what Foundation goes by.
 std::string homeFolder() { return text(send<id, "stringByExpandingTildeInPath">(string("~"))); }
 
+TEST_F(UserDefaultsTest, FileUrlThatIsNoUtf8IsNotLost) {
+  setUrl("url.bytes", "file:///tmp/caf%E9");
+  synchronize();
+  EXPECT_EQ(urlText("url.bytes"), "file:///tmp/caf%E9");
+  EXPECT_EQ(probe({"url", "url.bytes"}), "file:///tmp/caf%E9");
+}
+
 TEST_F(UserDefaultsTest, UrlComesBackAsItWas) {
   for (const char* const address : {"http://example.com/a?b=c#d", "mailto:someone@example.com",
                                     "https://host/%20x", "relative/path"}) {

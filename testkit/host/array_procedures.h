@@ -47,7 +47,7 @@ template <class Element>
 bool readFrom(State& state, const void* handle, std::int32_t index, Element* out, const char* who) {
   const auto* const array = arrayOf<Element>(state, handle, who);
   if (array == nullptr || !within(state, index, array->size())) return false;
-  std::memcpy(out, array->at(static_cast<std::size_t>(index)), sizeof *out);
+  std::memcpy(out, array->at(static_cast<std::size_t>(index)), kSizeOf<Element>);
   return holdElement(state, *out, who);
 }
 

@@ -17,13 +17,13 @@ namespace {
 template <class Element>
 Element load(const std::byte* from) {
   Element element;
-  std::memcpy(&element, from, sizeof element);
+  std::memcpy(&element, from, kSizeOf<Element>);
   return element;
 }
 
 template <class Element>
 void store(Element element, std::byte* to) {
-  std::memcpy(to, &element, sizeof element);
+  std::memcpy(to, &element, kSizeOf<Element>);
 }
 
 // A number, which a test has as an Alternative of its Value.
@@ -75,7 +75,7 @@ ElementType row(std::int32_t type, const char* name) {
   return {kArrayType + type,
           name,
           &typeid(Element),
-          sizeof(Element),
+          kSizeOf<Element>,
           std::is_pointer_v<Element>,
           reinterpret_cast<void*>(&insertElement<Element>),
           reinterpret_cast<void*>(&readElement<Element>),

@@ -25,6 +25,9 @@ struct ElementType {
   bool (*fromValue)(State& state, const Value& value, std::byte* element);
 };
 
+/// The size of an element, in bytes; that of a handle is its own.
+template <class Element>
+inline constexpr std::size_t kSizeOf = sizeof(Element);  // NOLINT(bugprone-sizeof-expression)
 /// The largest element, in bytes.
 inline constexpr std::size_t kLargestElement = 8;
 

@@ -24,6 +24,11 @@ constexpr const char* kCoreFoundationClasses[] = {"CFStringZEL", "CFNumberZEL", 
                                                   "CFURLZEL",    "CFArrayZEL",  "CFDictionaryZEL",
                                                   "CFDateZEL"};
 
+// The instance data of an object class.
+struct ObjectData {
+  zel::id object;
+};
+
 // The destructor of every class whose data begins with a native object.
 void releaseNative(zel::REALobject object) {
   zel::release(std::exchange(zel::instanceData<zel::id>(object), nullptr));
@@ -66,7 +71,7 @@ void Siblings::provideStructures() {
 }
 
 void Siblings::provideObjectClass(const std::string& name, const std::string& superName) {
-  addKeepingClass(host_, name, superName, sizeof(zel::id));
+  addKeepingClass(host_, name, superName, sizeof(ObjectData));
 }
 
 void Siblings::provideCoreFoundation() {

@@ -119,12 +119,13 @@ CFDictionaryRef NewNSDictionary(REALdictionary dictionary) {
 }
 
 void FillStringArray(REALstringArray array, id items) {
+  if (array == nullptr) return;
   const id enumerator = send<id, "objectEnumerator">(items);
   std::int32_t index = 0;
   while (const auto item = send<CFStringRef, "nextObject">(enumerator)) {
-    const REALstring text = CFString2RBString(item);
-    REALInsertArrayValueString(reinterpret_cast<REALarray>(array), index, text);
-    if (text != nullptr) REALUnlockString(text);
+    unlocking(CFString2RBString(item), [&](REALstring text) {
+      REALInsertArrayValueString(reinterpret_cast<REALarray>(array), index, text);
+    });
     ++index;
   }
 }

@@ -31,6 +31,7 @@ extern DictionaryKeyGetter LastDictionaryKeyGetter;
 CFDictionaryRef NewNSDictionary(REALdictionary dictionary);
 
 /// Inserts the texts of a native list, in its order, at the front of a host string array.
+/// @param array nullable: then nothing happens.
 /// @param items an NSArray of strings, which isn't checked; nil: nothing is inserted.
 void FillStringArray(REALstringArray array, id items);
 

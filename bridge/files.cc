@@ -23,8 +23,16 @@ auto releasing(CFTypeRef object, Body body) {
 CFStringRef decomposed(CFStringRef name) {
   const CFMutableStringRef copy = CFStringCreateMutableCopy(kDefaultAllocator, 0, name);
   if (copy == nullptr) return static_cast<CFStringRef>(CFRetain(name));
-  CFStringNormalize(copy, kDecomposed);
-  return copy;
+  bool complete = false;
+  return withCleanup(
+      [&]() -> CFStringRef {
+        CFStringNormalize(copy, kDecomposed);
+        complete = true;
+        return copy;
+      },
+      [&] {
+        if (!complete) CFRelease(copy);
+      });
 }
 
 // --- host to native

@@ -134,6 +134,12 @@ REALobject fromValue(id value) {
 
 // --- what the family knows
 
+// Another plugin may define the class at any time.
+bool isWrapper(id object) {
+  Class* const wrapper = lookUpClass("ZELREALobjectWrapper");
+  return wrapper != nullptr && send<BOOL, "isKindOfClass:">(object, wrapper) != 0;
+}
+
 REALobject unwrapped(id wrapper) { return send<REALobject, "unwrap">(wrapper); }
 
 constexpr std::size_t kLongestClassName = 199;
@@ -174,7 +180,7 @@ constexpr Kind kKinds[] = {
     {isKindOf<"NSDictionary", Object>, fromDictionary},
     {isKindOf<"NSURL", Object>, fromURL},
     {isKindOf<"NSValue", Object>, fromValue},
-    {isKindOf<"ZELREALobjectWrapper", Object>, unwrapped},
+    {isWrapper, unwrapped},
 };
 
 }  // namespace
@@ -188,6 +194,7 @@ REALobject NewVariantFromNSObject(id object) {
 }
 
 void FillVariantArray(REALarray array, id list) {
+  if (array == nullptr) return;
   const id enumerator = send<id, "objectEnumerator">(list);
   std::int32_t index = 0;
   while (const id element = send<id, "nextObject">(enumerator)) {

@@ -14,7 +14,8 @@ namespace zel {
 
 /// Inserts the host values of a native list, in its order, into a host array of variants. What has
 /// no host value is inserted as null. Native exceptions pass.
-/// @param list an NSArray; nil: nothing is inserted.
+/// @param array nullable: then nothing happens.
+/// @param list  an NSArray; nil: nothing is inserted.
 void FillVariantArray(REALarray array, id list);
 
 }  // namespace zel

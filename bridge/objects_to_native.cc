@@ -122,8 +122,8 @@ id fromHostObject(REALobject object) {
   for (const Kind& kind : kKinds) {
     if (kind.matches(object, kind.text)) return kind.convert(object);
   }
-  // Without a class for wrappers this is a message to nil.
-  return send<id, "wrap:">(classNamed<"ZELREALobjectWrapper">(), object);
+  // Another plugin may define the class at any time; without it, this is a message to nil.
+  return send<id, "wrap:">(lookUpClass("ZELREALobjectWrapper"), object);
 }
 
 }  // namespace zel

@@ -10,8 +10,16 @@ zel_add_tests(unit_tests
     plugin/errors_test.cc
     bridge/strings_test.cc
     bridge/string_data_test.cc
+    bridge/data_test.cc
+    bridge/dates_test.cc
+    bridge/files_test.cc
+    bridge/dictionaries_test.cc
+    bridge/native_to_variant_test.cc
+    bridge/variant_to_native_test.cc
+    bridge/objects_to_native_test.cc
     defaults/lifecycle_test.cc
     defaults/scalars_test.cc
+    defaults/objects_test.cc
     defaults/domains_test.cc
     defaults/faults_test.cc
   LIBRARIES plugin_objects reference_host siblings foundation_double)

@@ -1,4 +1,7 @@
 // The store as a whole.
+#include <functional>
+
+#include "native/exceptions.h"
 #include "plugin/methods.h"
 #include "plugin/tables.h"
 #include "tests/support/plugin_test.h"
@@ -7,6 +10,7 @@ namespace zel {
 namespace {
 
 using namespace tests;  // NOLINT(google-build-using-namespace): the kit of these tests
+using namespace std::string_literals;
 
 const char* const kClass = "NSUserDefaultsZEL";
 
@@ -15,39 +19,248 @@ class DomainsTest : public PluginTest {
   void SetUp() override {
     PluginTest::SetUp();
     provideSiblings();
+    defaults = host->construct(kClass);
+    host->clearRecords();
+    foundation.clearRecords();
   }
+  void TearDown() override {
+    defaults.reset();
+    PluginTest::TearDown();
+  }
+  std::string call(const std::string& method, const std::vector<Value>& arguments = {}) {
+    return host->describe(ask(defaults, method, arguments));
+  }
+  Lines sentToDefaults() {
+    Lines sent;
+    for (const std::string& message : foundation.messages()) {
+      if (message.starts_with("-[NSUserDefaults ")) sent.push_back(message);
+    }
+    return sent;
+  }
+
+  ObjectRef defaults;
 };
+
+// --- every method
+
+struct MethodCase {
+  const char* name;
+  const char* method;
+  const char* selector;
+  std::function<std::vector<Value>(Host&)> arguments;
+  const char* nothing;  // on an unconstructed object, and after an exception
+  bool fixedPosition;
+};
+
+void PrintTo(const MethodCase& row, std::ostream* out) { *out << row.name; }
+
+class MethodTest : public DomainsTest, public testing::WithParamInterface<MethodCase> {
+ protected:
+  std::vector<Value> arguments() { return GetParam().arguments(*host); }
+  Lines message() { return {"-[NSUserDefaults "s + GetParam().selector + "]"}; }
+};
+
+TEST_P(MethodTest, SendsItsMessage) {
+  const std::vector<Value> values = arguments();
+  foundation.clearRecords();
+  call(GetParam().method, values);
+  EXPECT_EQ(sentToDefaults(), message());
+}
+
+TEST_P(MethodTest, DoesNothingOnAnUnconstructedObject) {
+  defaults = host->make(kClass);
+  EXPECT_EQ(call(GetParam().method, arguments()), GetParam().nothing);
+}
+
+TEST_P(MethodTest, ReportsAnExceptionAndGivesTheDefault) {
+  foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL) {
+    objc_exception_throw(testkit::Foundation::shared().exception("Broken", "Store damaged."));
+  });
+  const Outcome outcome = host->call(defaults, GetParam().method, arguments());
+  EXPECT_EQ(host->describe(outcome.value), GetParam().nothing);
+  EXPECT_EQ(outcome.raised, (Raised{"NSExceptionZEL", "Store damaged.", 0}));
+  EXPECT_EQ(foundation.log(), Lines{"A Broken: Store damaged., Info: (null)\n"});
+}
+
+TEST_P(MethodTest, IsNotAssignable) { EXPECT_FALSE(host->assignable(kClass, GetParam().method)); }
+
+TEST_P(MethodTest, FindsTheObjectWhereItAlwaysHas) {
+  const std::vector<Value> values = arguments();
+  NSUserDefaultsClass.base.systemUse = 32;  // the second word of the instance data, which is nil
+  foundation.clearRecords();
+  call(GetParam().method, values);
+  EXPECT_EQ(sentToDefaults(), GetParam().fixedPosition ? message() : Lines{});
+}
+
+const std::function<std::vector<Value>(Host&)> kNoArguments = [](Host&) {
+  return std::vector<Value>{};
+};
+const std::function<std::vector<Value>(Host&)> kOneName = [](Host&) {
+  return std::vector<Value>{"name"s};
+};
+const std::function<std::vector<Value>(Host&)> kTwoNames = [](Host&) {
+  return std::vector<Value>{"name"s, "domain"s};
+};
+const std::function<std::vector<Value>(Host&)> kContents = [](Host& host) {
+  return std::vector<Value>{host.dictionary({{"a"s, std::int32_t{1}}})};
+};
+const std::function<std::vector<Value>(Host&)> kDomain = [](Host& host) {
+  return std::vector<Value>{host.dictionary({{"a"s, std::int32_t{1}}}), "name"s};
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Methods, MethodTest,
+    testing::Values(
+        MethodCase{"synchronize", "synchronize", "synchronize", kNoArguments, "false", true},
+        MethodCase{"removeObject", "removeObjectForKey", "removeObjectForKey:", kOneName, "nil",
+                   true},
+        MethodCase{"removeVolatile", "removeVolatileDomainForName",
+                   "removeVolatileDomainForName:", kOneName, "nil", true},
+        MethodCase{"removePersistent", "removePersistentDomainForName",
+                   "removePersistentDomainForName:", kOneName, "nil", true},
+        MethodCase{"addSuite", "addSuiteNamed", "addSuiteNamed:", kOneName, "nil", true},
+        MethodCase{"removeSuite", "removeSuiteNamed", "removeSuiteNamed:", kOneName, "nil", true},
+        MethodCase{"register", "registerDefaults", "registerDefaults:", kContents, "nil", false},
+        MethodCase{"representation", "dictionaryRepresentation", "dictionaryRepresentation",
+                   kNoArguments, "nil", false},
+        MethodCase{"forced", "objectIsForcedForKey", "objectIsForcedForKey:", kOneName, "false",
+                   false},
+        MethodCase{"forcedInDomain", "objectIsForcedForKey",
+                   "objectIsForcedForKey:inDomain:", kTwoNames, "false", false},
+        MethodCase{"setPersistent", "setPersistentDomain", "setPersistentDomain:forName:", kDomain,
+                   "nil", false},
+        MethodCase{"setVolatile", "setVolatileDomain", "setVolatileDomain:forName:", kDomain, "nil",
+                   false},
+        MethodCase{"persistentNames", "persistentDomainNames", "persistentDomainNames",
+                   kNoArguments, "[]", false},
+        MethodCase{"persistent", "persistentDomainForName", "persistentDomainForName:", kOneName,
+                   "nil", false},
+        MethodCase{"volatileNames", "volatileDomainNames", "volatileDomainNames", kNoArguments,
+                   "[]", false},
+        MethodCase{"volatile", "volatileDomainForName", "volatileDomainForName:", kOneName, "nil",
+                   false}),
+    [](const auto& row) { return row.param.name; });
+
+// --- synchronise
 
 std::uint8_t reply = 0;
 
-TEST_F(DomainsTest, SynchronizeGivesTheReplyUnchanged) {
-  const ObjectRef defaults = host->construct(kClass);
+TEST_F(DomainsTest, BooleanRepliesPassUnchanged) {
   foundation.addMethod("NSUserDefaults", "synchronize", [](id, SEL) -> BOOL { return reply; });
+  foundation.addMethod("NSUserDefaults",
+                       "objectIsForcedForKey:", [](id, SEL, CFStringRef) -> BOOL { return reply; });
+  foundation.addMethod("NSUserDefaults", "objectIsForcedForKey:inDomain:",
+                       [](id, SEL, CFStringRef, CFStringRef) -> BOOL { return reply; });
   for (const int byte : {0, 1, 2, 255}) {
     reply = static_cast<std::uint8_t>(byte);
-    EXPECT_EQ(ask(defaults, "synchronize"), Value(static_cast<std::int8_t>(reply)));
+    const Value expected(static_cast<std::int8_t>(reply));
+    EXPECT_EQ(ask(defaults, "synchronize"), expected);
+    EXPECT_EQ(ask(defaults, "objectIsForcedForKey", {"k"s}), expected);
+    EXPECT_EQ(ask(defaults, "objectIsForcedForKey", {"k"s, "d"s}), expected);
   }
 }
 
-TEST_F(DomainsTest, SynchronizeGivesFalseAfterAnException) {
-  const ObjectRef defaults = host->construct(kClass);
-  foundation.throwAtMessage(1);
-  const Outcome outcome = host->call(defaults, "synchronize");
-  EXPECT_EQ(outcome.value, Value(std::int8_t{0}));
-  EXPECT_EQ(outcome.raised, (Raised{"NSExceptionZEL", "told to fail", 0}));
+// --- keys and suites
+
+TEST_F(DomainsTest, ARemovedKeyIsGone) {
+  ask(defaults, "setIntegerValue", {"key"s, std::int32_t{5}});
+  EXPECT_EQ(call("removeObjectForKey", {"key"s}), "nil");
+  EXPECT_EQ(call("integerForKey", {"key"s}), "Int32 0");
 }
 
-TEST_F(DomainsTest, SynchronizeGivesFalseOnAnUnconstructedObject) {
-  const ObjectRef defaults = host->make(kClass);
-  EXPECT_EQ(ask(defaults, "synchronize"), Value(std::int8_t{0}));
+TEST_F(DomainsTest, ASuitesValuesAreSeen) {
+  call("setPersistentDomain", {host->dictionary({{"shared"s, std::int32_t{5}}}), "suite"s});
+  EXPECT_EQ(call("integerForKey", {"shared"s}), "Int32 0");
+  call("addSuiteNamed", {"suite"s});
+  EXPECT_EQ(call("integerForKey", {"shared"s}), "Int32 5");
+  call("removeSuiteNamed", {"suite"s});
+  EXPECT_EQ(call("integerForKey", {"shared"s}), "Int32 0");
 }
 
-TEST_F(DomainsTest, SynchronizeFindsTheObjectAtTheFixedPosition) {
-  const ObjectRef defaults = host->construct(kClass);
-  NSUserDefaultsClass.base.systemUse = 1000;
-  foundation.clearRecords();
-  EXPECT_EQ(ask(defaults, "synchronize"), Value(std::int8_t{1}));
-  EXPECT_EQ(foundation.messages(), Lines{"-[NSUserDefaults synchronize]"});
+TEST_F(DomainsTest, RegisteredValuesStandInForKeysThatAreNotSet) {
+  call("registerDefaults", {host->dictionary({{"key"s, std::int32_t{7}}, {"b"s, "text"s}})});
+  EXPECT_EQ(call("integerForKey", {"key"s}), "Int32 7");
+  ask(defaults, "setIntegerValue", {"key"s, std::int32_t{8}});
+  EXPECT_EQ(call("dictionaryRepresentation"), R"({"b": "text", "key": Int32 8})");
+}
+
+// --- whole domains
+
+TEST_F(DomainsTest, APersistentDomainIsWrittenReadAndRemoved) {
+  EXPECT_EQ(call("persistentDomainForName", {"com.example.other"s}), "nil");
+  call("setPersistentDomain", {host->dictionary({{"a"s, "x"s}}), "com.example.other"s});
+  EXPECT_EQ(call("persistentDomainNames"), R"(["com.example.other"])");
+  EXPECT_EQ(call("persistentDomainForName", {"com.example.other"s}), R"({"a": "x"})");
+  call("removePersistentDomainForName", {"com.example.other"s});
+  EXPECT_EQ(call("persistentDomainNames"), "[]");
+}
+
+TEST_F(DomainsTest, AVolatileDomainIsWrittenReadAndRemoved) {
+  call("setVolatileDomain", {host->dictionary({{"a"s, 0.5}}), "temporary"s});
+  EXPECT_EQ(call("volatileDomainForName", {"temporary"s}), R"({"a": Double 0.5})");
+  EXPECT_EQ(call("volatileDomainNames"),
+            R"(["NSArgumentDomain", "NSRegistrationDomain", "temporary"])");
+  call("removeVolatileDomainForName", {"temporary"s});
+  EXPECT_EQ(call("volatileDomainForName", {"temporary"s}), "nil");
+}
+
+TEST_F(DomainsTest, ADomainThatExistsAlreadyIsAnException) {
+  call("setVolatileDomain", {host->dictionary({{"a"s, 0.5}}), "temporary"s});
+  const Outcome outcome =
+      host->call(defaults, "setVolatileDomain", {host->dictionary({{"b"s, 1.5}}), "temporary"s});
+  EXPECT_EQ(outcome.raised.value_or(Raised{}).className, "NSExceptionZEL");
+  EXPECT_EQ(foundation.log().size(), 1U);
+  EXPECT_EQ(call("volatileDomainForName", {"temporary"s}), R"({"a": Double 0.5})");
+}
+
+TEST_F(DomainsTest, TheNameIsConvertedBeforeTheContents) {
+  for (const char* method : {"setPersistentDomain", "setVolatileDomain"}) {
+    const ObjectRef contents = host->dictionary({{"a"s, std::int32_t{1}}});
+    host->clearRecords();
+    call(method, {contents, "name"s});
+    EXPECT_EQ(host->sequence().at(0), "REALGetStringCFString");
+    EXPECT_EQ(host->sequence().at(1), "REALGetPropValueInt");
+  }
+}
+
+TEST_F(DomainsTest, TheKeyIsConvertedBeforeTheDomain) {
+  static std::string handed;
+  foundation.addMethod("NSUserDefaults", "objectIsForcedForKey:inDomain:",
+                       [](id, SEL, CFStringRef key, CFStringRef domain) -> BOOL {
+                         auto& kit = testkit::Foundation::shared();
+                         handed = kit.utf8(key) + " in " + kit.utf8(domain);
+                         return 1;
+                       });
+  EXPECT_EQ(call("objectIsForcedForKey", {"key"s, "domain"s}), "true");
+  EXPECT_EQ(handed, "key in domain");
+}
+
+TEST_F(DomainsTest, ForcedKeysAreForced) {
+  foundation.force("key");
+  EXPECT_EQ(call("objectIsForcedForKey", {"key"s}), "true");
+  EXPECT_EQ(call("objectIsForcedForKey", {"other"s}), "false");
+  EXPECT_EQ(call("objectIsForcedForKey", {"key"s, "com.example.program"s}), "true");
+  EXPECT_EQ(call("objectIsForcedForKey", {"key"s, "elsewhere"s}), "false");
+}
+
+TEST_F(DomainsTest, NoContentsAreHandedOnAsNil) {
+  static bool nil = false;
+  foundation.addMethod("NSUserDefaults", "registerDefaults:", [](id, SEL, id contents) {
+    nil = contents == nullptr;
+  });
+  call("registerDefaults", {ObjectRef()});
+  EXPECT_TRUE(nil);
+}
+
+TEST_F(DomainsTest, NameListsAreMadeBeforeAnythingElse) {
+  for (const char* method : {"persistentDomainNames", "volatileDomainNames"}) {
+    host->clearRecords();
+    call(method);
+    EXPECT_EQ(host->sequence().at(0), "RuntimeArrayCreateSingleDimBoundedArray");
+  }
+  host->answerNull("RuntimeArrayCreateSingleDimBoundedArray");
+  EXPECT_EQ(call("persistentDomainNames"), "nil");
+  EXPECT_EQ(call("volatileDomainNames"), "nil");
 }
 
 }  // namespace

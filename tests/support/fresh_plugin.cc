@@ -1,5 +1,6 @@
 #include "tests/support/fresh_plugin.h"
 
+#include "bridge/dictionaries.h"
 #include "plugin/errors.h"
 #include "plugin/host.h"
 #include "plugin/main.h"
@@ -15,6 +16,7 @@ void makePluginFresh() {
   zel::CurrentREALControlVersion = zel::kCurrentControlVersion;
   zel::instances = nullptr;
   zel::ExceptionsInitialized = false;
+  zel::LastDictionary = nullptr;
 #define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
   zel::wrapper = decltype(zel::wrapper){entryPoint};
 #define ARRAY_ROUTINE HOST_ROUTINE

@@ -1,0 +1,172 @@
+// Host objects as native objects.
+#include "bridge/objects_to_native.h"
+
+#include <algorithm>
+
+#include "bridge/struct_data.h"
+#include "tests/support/plugin_test.h"
+
+namespace zel {
+namespace {
+
+using namespace tests;  // NOLINT(google-build-using-namespace): the kit of these tests
+using namespace std::string_literals;
+
+class ObjectsToNativeTest : public PluginTest {
+ protected:
+  id converted(const ObjectRef& object) { return fromHostObject(object.handle()); }
+  std::string toNative(const ObjectRef& object) { return foundation.describe(converted(object)); }
+  ObjectRef objectOf(const std::string& className) {
+    host->addClass(className, "", 32);
+    return host->make(className);
+  }
+};
+
+TEST_F(ObjectsToNativeTest, MemoryBlocksFilesAndDictionaries) {
+  foundation.makeFile("/folder/file.txt");
+  EXPECT_EQ(toNative(host->memoryBlock("ab")), "<6162>");
+  EXPECT_EQ(toNative(host->folderItem("/folder/file.txt")), "url(\"file:///folder/file.txt\")");
+  EXPECT_EQ(toNative(host->dictionary({{"a"s, std::int32_t{1}}})), R"({"a" = 1})");
+}
+
+TEST_F(ObjectsToNativeTest, AFileIsKnownByItsMethod) {
+  const ObjectRef file = host->folderItem("/folder/file.txt");
+  host->removeClass("FolderItem");
+  EXPECT_EQ(toNative(file), "nil");  // no such folder
+  foundation.makeFile("/folder/file.txt");
+  EXPECT_EQ(toNative(file), "url(\"file:///folder/file.txt\")");
+}
+
+// --- wrapped native objects
+
+class WrapperTest : public ObjectsToNativeTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(WrapperTest, GivesWhatItWrapsAsItIs) {
+  const ObjectRef wrapper = objectOf(GetParam());
+  const id wrapped = foundation.object("NSObject");
+  Host::data<id>(wrapper) = wrapped;
+  foundation.clearRecords();
+  EXPECT_EQ(converted(wrapper), wrapped);
+  EXPECT_EQ(foundation.messages(), Lines{});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Classes, WrapperTest,
+    testing::Values("QuartzFilterZEL", "NSImageZEL", "NSImageRepZEL", "NSFontZEL", "NSResponderZEL",
+                    "NSAttributedStringZEL", "NSIndexSetZEL", "NSColorZEL", "NSToolbarItemZEL",
+                    "NSToolbarZEL", "NSURLRequestZEL", "NSCharacterSetZEL", "NSParagraphStyleZEL",
+                    "NSTextContainerZEL", "WebUIDelegateZEL", "WebResourceLoadDelegateZEL",
+                    "WebFrameLoadDelegateZEL", "WebDownloadDelegateZEL", "DRBurnZEL",
+                    "PDFAnnotationZEL", "PDFActionZEL", "WebPolicyDelegateZEL"),
+    [](const auto& row) { return row.param; });
+
+TEST_F(ObjectsToNativeTest, ASubclassOfAWrapperIsAWrapper) {
+  host->addClass("NSResponderZEL", "");
+  host->addClass("NSViewZEL", "NSResponderZEL");
+  const ObjectRef wrapper = host->make("NSViewZEL");
+  Host::data<id>(wrapper) = foundation.null();
+  EXPECT_EQ(toNative(wrapper), "null");
+}
+
+// --- structures
+
+TEST_F(ObjectsToNativeTest, Structures) {
+  const ObjectRef size = objectOf("NSSizeZEL");
+  Host::data<HostSize>(size) = {1.5F, 2};
+  EXPECT_EQ(toNative(size), "size(1.5, 2)");
+  const ObjectRef rect = objectOf("NSRectZEL");
+  Host::data<HostRect>(rect) = {{1, 2}, {3, 4.5F}};
+  EXPECT_EQ(toNative(rect), "rect(1, 2, 3, 4.5)");
+  const ObjectRef range = objectOf("NSRangeZEL");
+  Host::data<HostRange>(range) = {4000000000U, 5};
+  EXPECT_EQ(toNative(range), "range(4000000000, 5)");
+  const ObjectRef point = objectOf("NSPointZEL");
+  Host::data<HostPoint>(point) = {-1, 0.25F};
+  EXPECT_EQ(toNative(point), "point(-1, 0.25)");
+}
+
+struct TimeCase {
+  const char* className;
+  const char* factory;
+};
+
+class HostTimeTest : public ObjectsToNativeTest, public testing::WithParamInterface<TimeCase> {};
+
+TEST_P(HostTimeTest, AnotherPluginMakesTheValueOfTheObject) {
+  static REALobject handed = nullptr;
+  foundation.addClassMethod("NSValue", GetParam().factory, [](id, SEL, REALobject object) -> id {
+    handed = object;
+    return testkit::Foundation::shared().null();
+  });
+  const ObjectRef object = objectOf(GetParam().className);
+  foundation.clearRecords();
+  EXPECT_EQ(toNative(object), "null");
+  EXPECT_EQ(handed, object.handle());
+  EXPECT_EQ(foundation.messages(), Lines{"+[NSValue "s + GetParam().factory + "]"});
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, HostTimeTest,
+                         testing::Values(TimeCase{"QTKitTimeZEL", "valueWithQTTimeZEL:"},
+                                         TimeCase{"QTKitTimeRangeZEL", "valueWithQTTimeRangeZEL:"},
+                                         TimeCase{"CMTimeMappingZEL", "valueWithCMTimeMappingZEL:"},
+                                         TimeCase{"CMTimeRangeZEL", "valueWithCMTimeRangeZEL:"},
+                                         TimeCase{"CMTimeZEL", "valueWithCMTimeZEL:"}),
+                         [](const auto& row) { return row.param.className; });
+
+// --- Core Foundation objects
+
+class CoreFoundationTest : public ObjectsToNativeTest,
+                           public testing::WithParamInterface<const char*> {};
+
+TEST_P(CoreFoundationTest, AMarkedObjectGivesWhatItKeeps) {
+  const ObjectRef object = objectOf(GetParam());
+  Host::data<CoreFoundationData>(object) = {foundation.null(), 0, 0x52424346};
+  EXPECT_EQ(toNative(object), "null");
+}
+
+TEST_P(CoreFoundationTest, WithoutTheMarkerItIsNothingAndNothingElseIsTried) {
+  foundation.addClass("ZELREALobjectWrapper", "NSObject");
+  const ObjectRef object = objectOf(GetParam());
+  Host::data<CoreFoundationData>(object) = {foundation.null(), 0, 0x46434252};
+  foundation.clearRecords();
+  EXPECT_EQ(toNative(object), "nil");
+  EXPECT_EQ(foundation.messages(), Lines{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, CoreFoundationTest,
+                         testing::Values("CFStringZEL", "CFNumberZEL", "CFBinaryDataZEL",
+                                         "CFURLZEL", "CFArrayZEL", "CFDictionaryZEL", "CFDateZEL"),
+                         [](const auto& row) { return row.param; });
+
+// --- everything else
+
+TEST_F(ObjectsToNativeTest, AnUnknownObjectIsWrapped) {
+  static REALobject handed = nullptr;
+  foundation.addClass("ZELREALobjectWrapper", "NSObject");
+  foundation.addClassMethod("ZELREALobjectWrapper", "wrap:", [](id, SEL, REALobject object) -> id {
+    handed = object;
+    return testkit::Foundation::shared().object("ZELREALobjectWrapper");
+  });
+  const ObjectRef object = objectOf("Anything");
+  EXPECT_EQ(toNative(object), "ZELREALobjectWrapper");
+  EXPECT_EQ(handed, object.handle());
+}
+
+TEST_F(ObjectsToNativeTest, WithoutWrappersAnUnknownObjectIsNothing) {
+  EXPECT_EQ(toNative(objectOf("Anything")), "nil");
+}
+
+TEST_F(ObjectsToNativeTest, AHostWithoutClassesKnowsOnlyWrappers) {
+  host->hide("pluginObjectType");
+  EXPECT_EQ(toNative(host->memoryBlock("ab")), "nil");
+}
+
+TEST_F(ObjectsToNativeTest, AClassThatTheHostDoesNotKnowIsNotAskedFor) {
+  const ObjectRef object = objectOf("Anything");
+  host->clearRecords();
+  EXPECT_EQ(toNative(object), "nil");
+  EXPECT_EQ(host->calls("RuntimeObjectIsa"), 2);  // MemoryBlock and Dictionary
+}
+
+}  // namespace
+}  // namespace zel

@@ -73,8 +73,8 @@ static id standardUserDefaults(id self, SEL selector) {
 + (void)load {
   // No message may be sent to NSUserDefaults yet: it would set itself up.
   Class const userDefaults = objc_getClass("NSUserDefaults");
-  Method const initialise = class_getInstanceMethod(userDefaults, @selector(initWithUser:));
-  Method const shared = class_getClassMethod(userDefaults, @selector(standardUserDefaults));
+  Method initialise = class_getInstanceMethod(userDefaults, @selector(initWithUser:));
+  Method shared = class_getClassMethod(userDefaults, @selector(standardUserDefaults));
   originalInitWithUser = (InitWithUser)method_setImplementation(initialise, (IMP)initWithUser);
   originalStandardUserDefaults =
       (StandardUserDefaults)method_setImplementation(shared, (IMP)standardUserDefaults);

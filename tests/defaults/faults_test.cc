@@ -23,7 +23,7 @@ struct Call {
 
 void PrintTo(const Call& call, std::ostream* out) { *out << call.name; }
 
-Call method(const char* name, std::vector<Value> arguments) {
+Call method(const char* name, const std::vector<Value>& arguments) {
   return {name,
           [=](Host& host, const ObjectRef& object) { return host.call(object, name, arguments); }};
 }

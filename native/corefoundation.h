@@ -58,8 +58,8 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
 /// @param base nullable.
 CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef text, CFURLRef base);
 
-/// A new, empty dictionary, owned by the caller. With null call-backs, the only ones in use, keys and
-/// values are plain pointers: nothing is retained and keys are compared by identity.
+/// A new, empty dictionary, owned by the caller. With null call-backs, the only ones in use, keys
+/// and values are plain pointers: nothing is retained and keys are compared by identity.
 /// @param capacity 0: no limit known.
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const void* keyCallBacks,

@@ -174,6 +174,19 @@ TEST_F(PrivateDefaultsTest, OwnUserNameGivesTheOwnDefaults) {
   EXPECT_EQ(probe({"string", "byName"}), "mine");
 }
 
+TEST_F(PrivateDefaultsTest, WhatTheStandardObjectHoldsIsSeen) {
+  set(standard(), "heldByStandard", "not written yet");
+  EXPECT_EQ(get(made(), "heldByStandard"), "not written yet");
+}
+
+TEST_F(PrivateDefaultsTest, FirstValuesOfADomainAreAllKept) {
+  const std::string domain = "never.used.before";
+  ASSERT_FALSE(std::filesystem::exists(testkit::storedDomain(domain)));
+  EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "both", "key", "value"}), "");
+  EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "string", "key"}), "value");
+  EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "string", "key2"}), "value");
+}
+
 TEST_F(PrivateDefaultsTest, ManyObjectsAndProcessesKeepAllValues) {
   const id first = made();
   set(first, "existing", "1");

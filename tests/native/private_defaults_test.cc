@@ -1,11 +1,10 @@
 // Private defaults objects see what the standard object sees, and the standard object is what it
 // would be without libzelnative.
-#include <fstream>
-#include <sstream>
-#include <sys/stat.h>
+#include <filesystem>
+#include <pwd.h>
+#include <unistd.h>
 
 #include "native/corefoundation.h"
-#include "native/exceptions.h"
 #include "testkit/store/private_store.h"
 #include "tests/native/support.h"
 
@@ -39,9 +38,6 @@ class PrivateDefaultsTest : public NativeTest {
   static std::string searchList(id defaults) {
     const id list = send<id, "searchList">(defaults);
     return text(send<id, "componentsJoinedByString:">(list, string(" ")));
-  }
-  static std::string ownName() {
-    return text(send<id, "userName">(send<id, "processInfo">(zel::classNamed<"NSProcessInfo">())));
   }
 };
 

@@ -94,6 +94,7 @@ void storeEverything(Host& host, const ObjectRef& defaults) {
 void runProgram(const std::string& file, std::vector<std::string> arguments) {
   std::cout.flush();
   std::vector<char*> raw;
+  raw.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) raw.push_back(argument.data());
   raw.push_back(nullptr);
   pid_t child = 0;

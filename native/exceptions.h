@@ -15,7 +15,7 @@ extern "C" {
 /// when it completed. Anything else that is thrown passes through.
 Object* zelCatch(void (*body)(void*), void* context);
 /// Runs body(context) and then, also when anything is thrown out of the body, cleanup(context);
-/// what was thrown then goes on.
+/// what was thrown then goes on. The clean-up must not throw.
 void zelFinally(void (*body)(void*), void (*cleanup)(void*), void* context);
 /// Throws a native object. @param exception not null.
 [[noreturn]] void objc_exception_throw(Object* exception);
@@ -29,7 +29,8 @@ template <class Body>
 }
 
 /// Runs the body, then the clean-up, and gives back the body's result. The clean-up also runs,
-/// once, when a native exception leaves the body; the exception then goes on.
+/// once, when a native exception leaves the body; the exception then goes on. The clean-up must not
+/// raise.
 template <class Body, class Cleanup>
 inline auto withCleanup(Body&& body, Cleanup&& cleanup) {
   using Result = std::invoke_result_t<Body>;

@@ -30,10 +30,11 @@ struct Known {
 static const struct Known* known;
 
 static void remember(const char* name, CFStringRef value) {
-  struct Known* const entry = malloc(sizeof(struct Known) + strlen(name) + 1);
+  const size_t size = strlen(name) + 1;
+  struct Known* const entry = malloc(sizeof(struct Known) + size);
   if (entry == NULL) return;
   entry->value = value;
-  strcpy(entry->name, name);
+  memcpy(entry->name, name, size);
   entry->next = __atomic_load_n(&known, __ATOMIC_ACQUIRE);
   while (!__atomic_compare_exchange_n(&known, &entry->next, entry, false, __ATOMIC_RELEASE,
                                       __ATOMIC_ACQUIRE)) {

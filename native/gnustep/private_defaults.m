@@ -34,6 +34,9 @@ static NSArray* standardSearchList(void) {
 // configuration it has already.
 static void complete(NSUserDefaults* defaults) {
   NSUserDefaults* const standard = [NSUserDefaults standardUserDefaults];
+  // What was set through the standard object is for the new one to see. It also has to be on disk
+  // first: when another object is the one to write a domain's first file, GNUstep base drops it.
+  [standard synchronize];
   NSArray* const list = standardSearchList();
   for (NSUInteger i = 0; i < [list count]; ++i) {
     NSString* const name = [list objectAtIndex:i];
@@ -73,8 +76,8 @@ static id standardUserDefaults(id self, SEL selector) {
 + (void)load {
   // No message may be sent to NSUserDefaults yet: it would set itself up.
   Class const userDefaults = objc_getClass("NSUserDefaults");
-  Method const initialise = class_getInstanceMethod(userDefaults, @selector(initWithUser:));
-  Method const shared = class_getClassMethod(userDefaults, @selector(standardUserDefaults));
+  Method initialise = class_getInstanceMethod(userDefaults, @selector(initWithUser:));
+  Method shared = class_getClassMethod(userDefaults, @selector(standardUserDefaults));
   originalInitWithUser = (InitWithUser)method_setImplementation(initialise, (IMP)initWithUser);
   originalStandardUserDefaults =
       (StandardUserDefaults)method_setImplementation(shared, (IMP)standardUserDefaults);

@@ -214,7 +214,7 @@ class ToHostTest : public PluginTest {
     if (made == nullptr) return "(null)";
     EXPECT_EQ(host->encoding(made), kUtf8);
     EXPECT_EQ(host->references(made), 1);
-    const std::string bytes = host->bytes(made);
+    std::string bytes = host->bytes(made);
     host->unlock(made);
     return bytes;
   }

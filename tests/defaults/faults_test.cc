@@ -3,7 +3,9 @@
 #include <functional>
 
 #include "native/exceptions.h"
+#include "plugin/host.h"
 #include "plugin/methods.h"
+#include "plugin/tables.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -23,7 +25,7 @@ struct Call {
 
 void PrintTo(const Call& call, std::ostream* out) { *out << call.name; }
 
-Call method(const char* name, std::vector<Value> arguments) {
+Call method(const char* name, const std::vector<Value>& arguments) {
   return {name,
           [=](Host& host, const ObjectRef& object) { return host.call(object, name, arguments); }};
 }
@@ -114,6 +116,57 @@ TEST_P(FaultsTest, AFailedAllocationLosesNothing) {
     if (!hit) break;
     ASSERT_LT(n, 50);
   }
+}
+
+// A host whose resolver knows nothing: every call ends, with nothing.
+class EmptyHostTest : public PluginTest {
+ protected:
+  void SetUp() override {
+    PluginTest::SetUp();
+    provideSiblings();
+    siblings->giveNoExceptions();
+    gResolver = [](const char* /*name*/) -> void* { return nullptr; };
+    NSUserDefaultsClass.base.systemUse = 24;
+  }
+  char object_[64] = {};
+  char string_[64] = {};
+  REALobject object = reinterpret_cast<REALobject>(object_);
+  REALstring string = reinterpret_cast<REALstring>(string_);
+};
+
+TEST_F(EmptyHostTest, EveryGetterGivesItsDefault) {
+  Constructor(object);
+  EXPECT_EQ(integerForKey(object, string), 0);
+  EXPECT_EQ(floatForKey(object, string), 0.0F);
+  EXPECT_EQ(doubleForKey(object, string), 0.0);
+  EXPECT_EQ(boolForKey(object, string), 0);
+  EXPECT_EQ(stringForKey(object, string), nullptr);
+  EXPECT_EQ(URLForKey(object, string), nullptr);
+  NSUserDefaultsDestructor(object);
+}
+
+TEST_F(EmptyHostTest, EverySetterStoresNothing) {
+  ConstructorUser(object, string);
+  setIntegerForKey(object, string, 1);
+  setFloatForKey(object, string, 1);
+  setDoubleForKey(object, string, 1);
+  setBoolForKey(object, string, 1);
+  setStringForKey(object, string, string);
+  setURLForKey(object, string, string);
+  EXPECT_EQ(foundation.log().size(), 6U);  // each handed on a nil key, which Foundation rejects
+  NSUserDefaultsDestructor(object);
+}
+
+TEST_F(EmptyHostTest, TheOtherMethodsEndToo) {
+  NSUserDefaultsConstructor(object);
+  Constructor(object);
+  Constructor(object);
+  EXPECT_EQ(synchronize(object), 1);
+  EXPECT_EQ(standardUserDefaults(), nullptr);
+  resetStandardUserDefaults();
+  EXPECT_EQ(getNSGlobalDomain(), nullptr);
+  EXPECT_EQ(DummyException(object), nullptr);
+  NSUserDefaultsDestructor(object);
 }
 
 INSTANTIATE_TEST_SUITE_P(

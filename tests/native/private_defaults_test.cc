@@ -1,11 +1,10 @@
 // Private defaults objects see what the standard object sees, and the standard object is what it
 // would be without libzelnative.
-#include <fstream>
-#include <sstream>
-#include <sys/stat.h>
+#include <filesystem>
+#include <pwd.h>
+#include <unistd.h>
 
 #include "native/corefoundation.h"
-#include "native/exceptions.h"
 #include "testkit/store/private_store.h"
 #include "tests/native/support.h"
 
@@ -39,9 +38,6 @@ class PrivateDefaultsTest : public NativeTest {
   static std::string searchList(id defaults) {
     const id list = send<id, "searchList">(defaults);
     return text(send<id, "componentsJoinedByString:">(list, string(" ")));
-  }
-  static std::string ownName() {
-    return text(send<id, "userName">(send<id, "processInfo">(zel::classNamed<"NSProcessInfo">())));
   }
 };
 
@@ -172,6 +168,19 @@ TEST_F(PrivateDefaultsTest, OwnUserNameGivesTheOwnDefaults) {
   synchronize(defaults);
   EXPECT_EQ(get(made(), "byName"), "mine");
   EXPECT_EQ(probe({"string", "byName"}), "mine");
+}
+
+TEST_F(PrivateDefaultsTest, WhatTheStandardObjectHoldsIsSeen) {
+  set(standard(), "heldByStandard", "not written yet");
+  EXPECT_EQ(get(made(), "heldByStandard"), "not written yet");
+}
+
+TEST_F(PrivateDefaultsTest, FirstValuesOfADomainAreAllKept) {
+  const std::string domain = "never.used.before";
+  ASSERT_FALSE(std::filesystem::exists(testkit::storedDomain(domain)));
+  EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "both", "key", "value"}), "");
+  EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "string", "key"}), "value");
+  EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "string", "key2"}), "value");
 }
 
 TEST_F(PrivateDefaultsTest, ManyObjectsAndProcessesKeepAllValues) {

@@ -8,6 +8,8 @@
 //     private KEY     a private object's text
 //     set KEY VALUE   through the standard object, and synchronised
 //     keep KEY VALUE  through the standard object, and not synchronised
+//     both KEY VALUE  the key through the standard object and the key with a 2 behind it through a
+//                     private one that is made then; synchronised in the opposite order
 //     crash           ends by a signal
 //     store           the folder that the domains are in
 #include <csignal>
@@ -54,8 +56,10 @@ void printUrl(const char* key, const char*) {
   print(send<id, "absoluteString">(send<id, "URLForKey:">(standard(), string(key))));
 }
 
+id newPrivate() { return send<id, "init">(send<id, "alloc">(zel::classNamed<"NSUserDefaults">())); }
+
 void printPrivate(const char* key, const char*) {
-  id defaults = send<id, "init">(send<id, "alloc">(zel::classNamed<"NSUserDefaults">()));
+  id defaults = newPrivate();
   print(send<id, "stringForKey:">(defaults, string(key)));
   zel::release(defaults);
 }
@@ -69,6 +73,16 @@ void set(const char* key, const char* value) {
   if (send<zel::BOOL, "synchronize">(standard()) == 0) std::fputs("not synchronised", stdout);
 }
 
+void both(const char* key, const char* value) {
+  keep(key, value);
+  id defaults = newPrivate();
+  const std::string second = std::string(key) + "2";
+  send<void, "setObject:forKey:">(defaults, string(value), string(second.c_str()));
+  send<zel::BOOL, "synchronize">(defaults);
+  send<zel::BOOL, "synchronize">(standard());
+  zel::release(defaults);
+}
+
 void crash(const char*, const char*) { std::raise(SIGKILL); }
 
 void printStore(const char*, const char*) {
@@ -77,9 +91,15 @@ void printStore(const char*, const char*) {
 
 int run(int argc, char** argv) {
   static const std::map<std::string, void (*)(const char*, const char*)> commands = {
-      {"string", printString},   {"type", printType},  {"url", printUrl},
-      {"private", printPrivate}, {"set", set},         {"keep", keep},
-      {"crash", crash},          {"store", printStore}};
+      {"string", printString},
+      {"type", printType},
+      {"url", printUrl},
+      {"private", printPrivate},
+      {"set", set},
+      {"keep", keep},
+      {"crash", crash},
+      {"both", both},
+      {"store", printStore}};
   int next = 1;
   while (next < argc && argv[next][0] == '-') next += 2;  // the argument domain's
   const auto command = next < argc ? commands.find(argv[next]) : commands.end();

@@ -75,8 +75,7 @@ TEST_F(StringsTest, InvalidUtf8GivesNull) {
            "a\xC3",
            "\xE2\x82",
            "\xF0\x9F\x98",  // cut off
-           "\xC3"
-           "a",
+           "\xC3z",
            "\xE2\x82z",
            "\xF0\x9F\x98z",  // broken off
            "\xC0\x80",

@@ -1,10 +1,5 @@
 #include "tests/native/support.h"
 
-#include <array>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 namespace native_test {
 
 using zel::autoreleased;
@@ -32,33 +27,6 @@ std::string text(const void* string) {
 
 zel::NSInteger referencesOf(const void* object) {
   return send<zel::NSInteger, "retainCount">(object);
-}
-
-std::string outputOf(const std::string& program, std::vector<std::string> arguments) {
-  std::vector<char*> argv;
-  for (std::string& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  std::array<int, 2> ends = {};
-  EXPECT_EQ(pipe(ends.data()), 0);
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-  posix_spawn_file_actions_addclose(&actions, ends[0]);
-  pid_t child = 0;
-  EXPECT_EQ(posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ), 0)
-      << program;
-  posix_spawn_file_actions_destroy(&actions);
-  close(ends[1]);
-  std::string output;
-  std::array<char, 4096> block = {};
-  for (ssize_t got = 0; (got = read(ends[0], block.data(), block.size())) > 0;) {
-    output.append(block.data(), static_cast<std::size_t>(got));
-  }
-  close(ends[0]);
-  int status = -1;
-  EXPECT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_EQ(status, 0) << program;
-  return output;
 }
 
 std::string probe(std::vector<std::string> arguments) {

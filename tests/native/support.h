@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "native/corefoundation.h"
+#include "tests/support/process.h"
 
 namespace native_test {
 
@@ -29,10 +30,7 @@ std::string text(const void* string);
 /// A native object's reference count.
 zel::NSInteger referencesOf(const void* object);
 
-/// Runs a program with the name and arguments given and gives back what it wrote to its standard
-/// output. A test failure when it doesn't end with 0.
-/// @param arguments the program's own name comes first.
-std::string outputOf(const std::string& program, std::vector<std::string> arguments);
+using tests::outputOf;
 
 /// Runs the probe (see probe.cc) under this program's name, so that both have the same domain.
 std::string probe(std::vector<std::string> arguments);

@@ -60,7 +60,9 @@ class LongText {
     EXPECT_NE(whole, MAP_FAILED);
     text_ = static_cast<char*>(whole);
     for (std::size_t at = 0; at <= letters; at += kChunk) {
-      mmap(text_ + at, kChunk, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_FIXED, file, 0);
+      void* const part =
+          mmap(text_ + at, kChunk, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_FIXED, file, 0);
+      EXPECT_EQ(part, text_ + at);
     }
     text_[letters] = '\0';
     close(file);

@@ -158,6 +158,30 @@ TEST_F(MainTest, OldHostsGetOlderTables) {
   EXPECT_EQ(registered, std::vector{&NSUserDefaultsClass});
 }
 
+template <std::size_t Count>
+void expectOlderRecords(const void* list, const REALmethodDefinition (&declared)[Count]) {
+  const auto* const older = static_cast<const OlderMethodRecord*>(list);
+  for (std::size_t i = 0; i < Count; ++i) {
+    SCOPED_TRACE(declared[i].declaration);
+    EXPECT_STREQ(older[i].declaration, declared[i].declaration);
+    EXPECT_EQ(older[i].function, declared[i].function);
+    EXPECT_EQ(older[i].setter, declared[i].setter);
+    EXPECT_EQ(older[i].flags, 4);
+  }
+}
+
+TEST_F(MainTest, OldHostsGetEveryRecordInOrder) {
+  startIn(2011.04);
+  const OlderClassRecord& record = NSUserDefaultsClass.base;
+  expectOlderRecords(record.methods, NSUserDefaultsMethods);
+  expectOlderRecords(record.sharedMethods, NSUserDefaultsSharedMethods);
+  EXPECT_EQ(record.attributes, nullptr);
+  EXPECT_EQ(record.properties, nullptr);
+  EXPECT_EQ(record.events, nullptr);
+  EXPECT_EQ(record.constants, nullptr);
+  EXPECT_EQ(record.sharedProperties, nullptr);
+}
+
 TEST_F(MainTest, AHostThatRegistersNoClassesIsLeftAlone) {
   hostRegistersClasses = false;
   REALPluginMain(resolve);

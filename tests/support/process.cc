@@ -10,6 +10,7 @@ namespace tests {
 
 std::string outputOf(const std::string& program, std::vector<std::string> arguments) {
   std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) argv.push_back(argument.data());
   argv.push_back(nullptr);
   std::array<int, 2> ends = {};

@@ -1,10 +1,11 @@
 // The work of a call as an Objective-C programmer would write it, without host and plugin.
 #pragma once
 
-#include <stdint.h>
-
 #ifdef __cplusplus
+#include <cstdint>
 extern "C" {
+#else
+#include <stdint.h>
 #endif
 
 /// The integer under that key of the standard defaults, 0 after a native exception.

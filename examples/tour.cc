@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 #include "native/objc.h"
@@ -20,8 +21,6 @@
 #include "testkit/library/plugin_library.h"
 #include "testkit/siblings/runtime.h"
 #include "testkit/store/private_store.h"
-
-extern char** environ;
 
 namespace {
 

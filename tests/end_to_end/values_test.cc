@@ -81,6 +81,7 @@ TEST_P(ValuesTest, KeysOfEveryScript) {
   for (const std::string& key : {"ключ"s, "鍵"s, "🔑"s, "a key with spaces"s}) {
     set("setIntegerValue", key, std::int32_t{7});
     EXPECT_EQ(get("integerForKey", key), Value(std::int32_t{7}));
+    set("setStringValue", key, ""s);  // GNUstep can't write every one of them to disk
   }
 }
 
@@ -161,6 +162,7 @@ TEST_P(ValuesTest, AnUnconstructedObjectReadsDefaults) {
 }
 
 TEST_P(ValuesTest, APrivateObjectReadsWhatItStored) {
+  EXPECT_EQ(ask(defaults, "synchronize"), Value(std::int8_t{1}));
   const ObjectRef object = host->construct(kClass);
   EXPECT_EQ(ask(object, "setStringValue", {"private"s, "kept"s}), Value());
   EXPECT_EQ(ask(object, "stringForKey", {"private"s}), Value("kept"s));

@@ -91,15 +91,9 @@ void printStore(const char*, const char*) {
 
 int run(int argc, char** argv) {
   static const std::map<std::string, void (*)(const char*, const char*)> commands = {
-      {"string", printString},
-      {"type", printType},
-      {"url", printUrl},
-      {"private", printPrivate},
-      {"set", set},
-      {"keep", keep},
-      {"crash", crash},
-      {"both", both},
-      {"store", printStore}};
+      {"string", printString},   {"type", printType}, {"url", printUrl},
+      {"private", printPrivate}, {"set", set},        {"keep", keep},
+      {"crash", crash},          {"both", both},      {"store", printStore}};
   int next = 1;
   while (next < argc && argv[next][0] == '-') next += 2;  // the argument domain's
   const auto command = next < argc ? commands.find(argv[next]) : commands.end();

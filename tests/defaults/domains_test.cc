@@ -30,13 +30,6 @@ class DomainsTest : public PluginTest {
   std::string call(const std::string& method, const std::vector<Value>& arguments = {}) {
     return host->describe(ask(defaults, method, arguments));
   }
-  Lines sentToDefaults() {
-    Lines sent;
-    for (const std::string& message : foundation.messages()) {
-      if (message.starts_with("-[NSUserDefaults ")) sent.push_back(message);
-    }
-    return sent;
-  }
 
   ObjectRef defaults;
 };

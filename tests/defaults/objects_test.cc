@@ -50,13 +50,6 @@ class ObjectsTest : public PluginTest {
       stored = testkit::Foundation::shared().describe(value);
     });
   }
-  Lines sentToDefaults() {
-    Lines sent;
-    for (const std::string& message : foundation.messages()) {
-      if (message.starts_with("-[NSUserDefaults ")) sent.push_back(message);
-    }
-    return sent;
-  }
 
   ObjectRef defaults;
   static inline std::string stored;

@@ -37,14 +37,6 @@ class ScalarsTest : public PluginTest {
   void set(const std::string& setter, const Value& value, const std::string& key = "key") {
     EXPECT_EQ(ask(defaults, setter, {key, value}), Value());
   }
-  // The messages that the wrapped object got, without the reference counting.
-  Lines sentToDefaults() {
-    Lines sent;
-    for (const std::string& message : foundation.messages()) {
-      if (message.starts_with("-[NSUserDefaults ")) sent.push_back(message);
-    }
-    return sent;
-  }
 
   ObjectRef defaults;
 };

@@ -61,4 +61,12 @@ Value PluginTest::ask(const ObjectRef& object, const std::string& method,
   return outcome.value;
 }
 
+Lines PluginTest::sentToDefaults() {
+  Lines sent;
+  for (const std::string& message : foundation.messages()) {
+    if (message.starts_with("-[NSUserDefaults ")) sent.push_back(message);
+  }
+  return sent;
+}
+
 }  // namespace tests

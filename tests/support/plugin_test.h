@@ -45,6 +45,9 @@ class PluginTest : public testing::Test {
   Value ask(const ObjectRef& object, const std::string& method,
             const std::vector<Value>& arguments = {});
 
+  /// The messages that defaults objects got.
+  Lines sentToDefaults();
+
   testkit::Foundation& foundation;
   std::unique_ptr<Host> host;
   std::unique_ptr<testkit::Siblings> siblings;

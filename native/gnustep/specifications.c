@@ -135,7 +135,7 @@ static struct Item* itemInFolder(const struct Item* folder, const char* name) {
   return item;
 }
 
-// The item if the specification's name is its own; or else null with the reason in errno.
+// The item if the name in its file specification is its own; or else null with the reason in errno.
 static struct Item* ifNamed(struct Item* item, const FSSpec* spec) {
   errno = ENOENT;
   return item != NULL && hasName(item, spec->name) ? item : NULL;

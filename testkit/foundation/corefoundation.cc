@@ -113,7 +113,10 @@ CFStringRef CFStringCreateWithCharacters(CFAllocatorRef /*allocator*/, const Uni
   if (!enter(__func__)) return nullptr;
   if (count < 0) misuseWithoutAnswer("a string of a negative number of characters");
   if (units == nullptr && count > 0) return nullptr;
-  return createString(std::u16string(units, units + count));
+  // The units of an older host's string begin at any address.
+  std::u16string text(static_cast<std::size_t>(count), u'\0');
+  if (count > 0) std::memcpy(text.data(), units, text.size() * sizeof(UniChar));
+  return createString(text);
 }
 
 CFIndex CFStringGetLength(CFStringRef string) {

@@ -47,7 +47,7 @@ std::optional<zel::FSSpec> specificationOf(const FileNode& node) {
   return spec;
 }
 
-/// The item that the specification names, or null.
+/// The item that a file specification names, or null.
 FileNode* findBySpecification(const zel::FSSpec& spec) {
   FileTree& tree = FileTree::shared();
   const auto* const bytes = reinterpret_cast<const char*>(spec.name) + 1;

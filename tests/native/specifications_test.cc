@@ -23,7 +23,7 @@ class SpecificationsTest : public FolderTest {
   static std::string nameIn(const FSSpec& spec) {
     return {reinterpret_cast<const char*>(spec.name) + 1, spec.name[0]};
   }
-  /// The specification of a name in the folder of another one.
+  /// A file specification of a name in the folder of another one.
   static FSSpec sibling(FSSpec spec, std::string_view name) {
     spec.name[0] = static_cast<std::uint8_t>(name.size());
     std::memcpy(spec.name + 1, name.data(), name.size());

@@ -1,5 +1,7 @@
 #include "tests/support/fresh_plugin.h"
 
+#include <cstdlib>
+
 #include "bridge/dictionaries.h"
 #include "plugin/errors.h"
 #include "plugin/host.h"
@@ -7,8 +9,20 @@
 #include "plugin/tables.h"
 
 namespace tests {
+namespace {
+
+// What an older host keeps for good goes with the host of a test.
+void freeOlderTables() {
+  const zel::OlderClassRecord& record = zel::NSUserDefaultsClass.base;
+  if (record.methods != zel::NSUserDefaultsMethods) std::free(const_cast<void*>(record.methods));
+  if (record.sharedMethods != zel::NSUserDefaultsSharedMethods)
+    std::free(const_cast<void*>(record.sharedMethods));
+}
+
+}  // namespace
 
 void makePluginFresh() {
+  freeOlderTables();
   static const zel::REALclassDefinition declared = zel::NSUserDefaultsClass;
   zel::NSUserDefaultsClass = declared;
   zel::gResolver = nullptr;

@@ -212,14 +212,14 @@ TEST_F(FoundationFileTest, ASpecificationNamesAVolume) {
   foundation_.makeFile("/Volumes/Stick/x");
   const FSSpec root = specificationOf(refTo("/Volumes/Stick"));
   EXPECT_EQ(root.vRefNum, -101);
-  EXPECT_EQ(root.parID, 1);
+  EXPECT_EQ(std::int32_t{root.parID}, 1);
   EXPECT_EQ(std::memcmp(root.name, "\x05Stick", 6), 0);
   FSRef ref{};
   EXPECT_EQ(zel::FSpMakeFSRef(&root, &ref), kNoError);
   EXPECT_EQ(pathOf(ref), "/Volumes/Stick");
   const FSSpec file = specificationOf(refTo("/Volumes/Stick/x"));
   EXPECT_EQ(file.vRefNum, -101);
-  EXPECT_EQ(file.parID, 2);
+  EXPECT_EQ(std::int32_t{file.parID}, 2);
   EXPECT_EQ(zel::FSpMakeFSRef(&file, &ref), kNoError);
   EXPECT_EQ(pathOf(ref), "/Volumes/Stick/x");
 }

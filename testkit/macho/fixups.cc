@@ -46,7 +46,7 @@ class Place {
 // Every pointer can be adjusted once, so there can't be more of them than fit into the image.
 template <class List>
 void expectRoom(const Reader& stream, const Image& image, const List& list) {
-  if (list.size() > image.size / kPointerSize) stream.fail("adjusts more pointers than there are");
+  if (list.size() >= image.size / kPointerSize) stream.fail("adjusts more pointers than there are");
 }
 
 class RebaseStream {

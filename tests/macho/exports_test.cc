@@ -50,7 +50,7 @@ TEST(ExportsTest, RefusalsAreTold) {
             "the tree of exports has an export that is longer than it says");
   EXPECT_EQ(refusal({0, 1, 'a', 0, 5, 3, 8, 1, 0, 0}),
             "the tree of exports has an export of a kind that can't be loaded: a");
-  EXPECT_EQ(refusal({0, 1, 'a', 0, 5, 4, 0, 0x80, 0x80, 0x01, 0}),
+  EXPECT_EQ(refusal({0, 1, 'a', 0, 5, 4, 0, 0x80, 0x80, 0x05, 0}),
             "the tree of exports has an export that lies outside the image: a");
   ByteList longName{0, 1};
   longName.insert(longName.end(), 1025, 'a');

@@ -40,7 +40,8 @@ struct Command {
 };
 
 std::vector<Command> commandsOf(Bytes file) {
-  Bytes rest = partOf(file, kHeaderSize, wordAt(file, kHeaderCommandSize), "the list of load commands");
+  Bytes rest =
+      partOf(file, kHeaderSize, wordAt(file, kHeaderCommandSize), "the list of load commands");
   std::vector<Command> commands;
   for (std::uint32_t count = wordAt(file, kHeaderCommandCount); count > 0; --count) {
     const std::uint32_t size = rest.size() < kCommandHeadSize ? 0 : wordAt(rest, 4);

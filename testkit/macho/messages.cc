@@ -16,7 +16,6 @@ extern "C" {
 struct objc_method;
 objc_method* class_getInstanceMethod(zel::Class* owner, zel::SEL selector);
 const char* method_getTypeEncoding(objc_method* method);
-zel::Class* object_getClass(zel::id object);
 const char* sel_getName(zel::SEL selector);
 const char* objc_skip_type_qualifiers(const char* type);
 int objc_sizeof_type(const char* type);
@@ -106,9 +105,12 @@ Returning returningOf(const char* type) {
   return returnAsItIs;
 }
 
+// Every object begins with its class, a class with its own.
+zel::Class* classOf(zel::id object) { return *reinterpret_cast<zel::Class**>(object); }
+
 // The type of what the method gives back; "" when the receiver only answers by forwarding.
 const char* resultType(zel::id receiver, zel::SEL selector) {
-  objc_method* const method = class_getInstanceMethod(object_getClass(receiver), selector);
+  objc_method* const method = class_getInstanceMethod(classOf(receiver), selector);
   const char* const types = method == nullptr ? nullptr : method_getTypeEncoding(method);
   return types == nullptr ? "" : objc_skip_type_qualifiers(types);
 }

@@ -2,34 +2,18 @@
 #
 #   zel_add_bundle(NAME LIBRARIES TARGET...)   NAME.bundle in the product folder
 #
-# The bundle is linked against libraries that are made here from the list of imports, under the
-# install names of macOS's own.
+# The bundle is linked against stand-ins for macOS's libraries, which are made here from the list of
+# imports and carry macOS's own install names.
 set_property(GLOBAL PROPERTY TARGET_SUPPORTS_SHARED_LIBS TRUE)
 set(zel_darwin ${PROJECT_SOURCE_DIR}/native/darwin)
+set(zel_stand_ins ${CMAKE_BINARY_DIR}/imports)
+
+# --- the list of imports
+
 set(zel_imports ${zel_darwin}/imports.txt)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${zel_imports})
-find_program(ZEL_AWK awk REQUIRED)
 
-# --- compiling and linking, by processor
-
-# ld64.lld-14 has no 32-bit targets; this is the last linker of LLVM that has.
-find_program(ZEL_MACOS_LINKER_i386 ld64.lld.darwinold-13 REQUIRED)
-set(zel_link "${ZEL_MACOS_LINKER_i386} -arch i386 -sdk_version 10.6")
-string(APPEND zel_link " -macosx_version_min ${ZEL_MACOS_MINIMUM}")
-
-# indirect_imports.awk says why the assembly can't stay as the compiler writes it.
-set(rewrite ${zel_darwin}/indirect_imports.awk)
-set(CMAKE_CXX_COMPILE_OBJECT
-  "<CMAKE_CXX_COMPILER> <DEFINES> <INCLUDES> <FLAGS> -S -o <OBJECT>.compiled.s <SOURCE>"
-  "${ZEL_AWK} -v imports=${zel_imports} -f ${rewrite} <OBJECT>.compiled.s ><OBJECT>.s"
-  "<CMAKE_CXX_COMPILER> --target=${CMAKE_CXX_COMPILER_TARGET} -c -o <OBJECT> <OBJECT>.s")
-
-set(CMAKE_CXX_CREATE_SHARED_MODULE
-  "${zel_link} -bundle -dead_strip <LINK_FLAGS> -o <TARGET> <OBJECTS> <LINK_LIBRARIES>")
-
-# --- the libraries
-
-# The lines of the list's section that aren't comments.
+# The lines of a section of the list.
 function(zel_import_lines section result)
   file(STRINGS ${zel_imports} lines)
   set(within FALSE)
@@ -44,53 +28,57 @@ function(zel_import_lines section result)
   set(${result} "${found}" PARENT_SCOPE)
 endfunction()
 
-# zel_import_library(NAME VERSION INSTALL_NAME): a library that defines the symbols which the list has
-# for it, as nothing.
-function(zel_import_library name version install_name)
-  set(file ${CMAKE_BINARY_DIR}/imports/${name})
-  set(source)
-  zel_import_lines(symbols symbols)
-  foreach(line IN LISTS symbols)
-    if(line MATCHES "^${name} +(any|${ZEL_MACOS_ARCH}) +([^ ]+)")
-      string(APPEND source "\t.globl\t${CMAKE_MATCH_2}\n${CMAKE_MATCH_2}:\n\tnop\n")
+# The symbols that the bundle for this processor takes from the library.
+function(zel_symbols_of library result)
+  zel_import_lines(symbols lines)
+  set(found)
+  foreach(line IN LISTS lines)
+    if(line MATCHES "^${library} +(any|[^ ]*${ZEL_MACOS_ARCH}[^ ]*) +([^ ]+)")
+      list(APPEND found ${CMAKE_MATCH_2})
     endif()
   endforeach()
-  file(CONFIGURE OUTPUT ${file}.s CONTENT "${source}" @ONLY)
-  # Every library of the system's needs the first one.
-  set(system)
-  if(NOT name STREQUAL "libSystem")
-    set(system ${CMAKE_BINARY_DIR}/imports/libSystem.dylib)
-  endif()
-  separate_arguments(link UNIX_COMMAND "${zel_link}")
-  add_custom_command(OUTPUT ${file}.dylib
-    COMMAND ${CMAKE_C_COMPILER} --target=${CMAKE_C_COMPILER_TARGET} -c -o ${file}.o ${file}.s
-    COMMAND ${link} -dylib -install_name ${install_name} -compatibility_version ${version}
-      -current_version ${version} -o ${file}.dylib ${file}.o ${system}
-    DEPENDS ${file}.s ${system}
-    COMMENT "Making the import library ${name}" VERBATIM)
-  set_property(GLOBAL APPEND PROPERTY zel_import_libraries ${file}.dylib)
+  set(${result} "${found}" PARENT_SCOPE)
 endfunction()
+
+# --- the processors: how they are compiled and linked, and zel_stand_in(LIBRARY VERSION INSTALL_NAME)
+
+if(ZEL_MACOS_ARCH STREQUAL "i386")
+  include(${CMAKE_CURRENT_LIST_DIR}/macos_link_32.cmake)
+else()
+  include(${CMAKE_CURRENT_LIST_DIR}/macos_link_64.cmake)
+endif()
 
 zel_import_lines(libraries libraries)
 foreach(line IN LISTS libraries)
   separate_arguments(words UNIX_COMMAND "${line}")
-  zel_import_library(${words})
+  zel_stand_in(${words})
 endforeach()
-get_property(zel_import_libraries GLOBAL PROPERTY zel_import_libraries)
-add_custom_target(import_libraries DEPENDS ${zel_import_libraries})
 
 # --- the bundle
+
+# The names in the file that nobody looks for are left out, where that doesn't break a signature.
+find_program(ZEL_STRIP llvm-strip-14 REQUIRED)
+set(CMAKE_CXX_CREATE_SHARED_MODULE
+  "${zel_link} -bundle -dead_strip <LINK_FLAGS> -o <TARGET> <OBJECTS> <LINK_LIBRARIES>")
+if(NOT ZEL_MACOS_ARCH STREQUAL "arm64")
+  list(APPEND CMAKE_CXX_CREATE_SHARED_MODULE "${ZEL_STRIP} -x <TARGET>")
+endif()
 
 function(zel_add_bundle name)
   cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
   set(contents ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${name}.bundle/Contents)
+  get_property(stand_ins GLOBAL PROPERTY zel_stand_ins)
+  foreach(library IN LISTS arg_LIBRARIES)
+    get_target_property(sources ${library} SOURCES)
+    set_property(SOURCE ${sources} TARGET_DIRECTORY ${library} APPEND PROPERTY
+      OBJECT_DEPENDS ${zel_compile_depends})
+  endforeach()
   add_library(${name} MODULE)
-  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${zel_import_libraries})
-  add_dependencies(${name} import_libraries)
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${stand_ins})
   set_target_properties(${name} PROPERTIES
     PREFIX "" SUFFIX "" LINKER_LANGUAGE CXX LIBRARY_OUTPUT_DIRECTORY ${contents}/MacOS
     LINK_FLAGS "-exported_symbols_list ${zel_darwin}/exports.txt"
-    LINK_DEPENDS "${zel_darwin}/exports.txt;${zel_import_libraries}")
+    LINK_DEPENDS "${zel_darwin}/exports.txt;${stand_ins}")
   configure_file(${zel_darwin}/Info.plist.in ${contents}/Info.plist @ONLY)
   file(WRITE ${contents}/PkgInfo "BNDL????")
 endfunction()

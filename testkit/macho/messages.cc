@@ -4,7 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <unordered_map>
+#include <map>
+#include <utility>
 
 #include "native/numbers.h"
 
@@ -115,10 +116,10 @@ const char* resultType(zel::id receiver, zel::SEL selector) {
   return types == nullptr ? "" : objc_skip_type_qualifiers(types);
 }
 
-// Remembered for every method, because the look-up goes through all of a class's methods.
+// Remembered, because the look-up goes through all of a class's methods.
 Returning returningOf(Method method, zel::id receiver, zel::SEL selector) {
-  thread_local std::unordered_map<Method, Returning> known;
-  const auto [entry, isNew] = known.try_emplace(method, nullptr);
+  thread_local std::map<std::pair<Method, zel::SEL>, Returning> known;
+  const auto [entry, isNew] = known.try_emplace({method, selector}, nullptr);
   if (isNew) entry->second = returningOf(resultType(receiver, selector));
   return entry->second;
 }

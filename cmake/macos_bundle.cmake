@@ -53,6 +53,8 @@ foreach(line IN LISTS libraries)
   separate_arguments(words UNIX_COMMAND "${line}")
   zel_stand_in(${words})
 endforeach()
+get_property(zel_stand_ins_made GLOBAL PROPERTY zel_stand_ins)
+add_custom_target(stand_ins DEPENDS ${zel_stand_ins_made})
 
 # --- the bundle
 
@@ -67,18 +69,18 @@ endif()
 function(zel_add_bundle name)
   cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
   set(contents ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${name}.bundle/Contents)
-  get_property(stand_ins GLOBAL PROPERTY zel_stand_ins)
   foreach(library IN LISTS arg_LIBRARIES)
     get_target_property(sources ${library} SOURCES)
     set_property(SOURCE ${sources} TARGET_DIRECTORY ${library} APPEND PROPERTY
       OBJECT_DEPENDS ${zel_compile_depends})
   endforeach()
   add_library(${name} MODULE)
-  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${stand_ins})
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${zel_stand_ins_made})
+  add_dependencies(${name} stand_ins)
   set_target_properties(${name} PROPERTIES
     PREFIX "" SUFFIX "" LINKER_LANGUAGE CXX LIBRARY_OUTPUT_DIRECTORY ${contents}/MacOS
     LINK_FLAGS "-exported_symbols_list ${zel_darwin}/exports.txt"
-    LINK_DEPENDS "${zel_darwin}/exports.txt;${stand_ins}")
+    LINK_DEPENDS "${zel_darwin}/exports.txt;${zel_stand_ins_made}")
   configure_file(${zel_darwin}/Info.plist.in ${contents}/Info.plist @ONLY)
   file(WRITE ${contents}/PkgInfo "BNDL????")
 endfunction()

@@ -21,7 +21,7 @@ constexpr std::size_t kNameSize = 16;
 }  // namespace
 
 std::string executable(const std::string& processor) {
-  std::ifstream file(std::string(ZEL_MACOS_BUILDS) + "/macos-" + processor +
+  std::ifstream file(std::string(ZEL_PROJECT "/build/macos-") + processor +
                          "/product/NSUserDefaultsZEL.bundle/Contents/MacOS/NSUserDefaultsZEL",
                      std::ios::binary);
   EXPECT_TRUE(file) << processor;
@@ -29,7 +29,7 @@ std::string executable(const std::string& processor) {
 }
 
 macho_check::Requirements requirements(const std::string& processor) {
-  std::ifstream imports(ZEL_IMPORTS);
+  std::ifstream imports(ZEL_PROJECT "/native/darwin/imports.txt");
   return {processor, macho_check::readImportList(imports, processor), {"_REALPluginMain"}};
 }
 

@@ -18,9 +18,6 @@ id standardDefaults() {
   return send<id, "standardUserDefaults">(zel::classNamed<"NSUserDefaults">());
 }
 
-// Foundation forgets what it holds, and reads the files again.
-void readAnew() { send<void, "resetStandardUserDefaults">(zel::classNamed<"NSUserDefaults">()); }
-
 class DatesTest : public FamilyTest {
  protected:
   void SetUp() override {
@@ -41,7 +38,7 @@ class DatesTest : public FamilyTest {
   void throughTheDisk() {
     EXPECT_EQ(ask(defaults_, "synchronize"), Value(std::int8_t{1}));
     defaults_.reset();
-    readAnew();
+    readDefaultsAnew();
     defaults_ = standard();
   }
   // What is stored, in seconds since the beginning of 2001 in UTC.

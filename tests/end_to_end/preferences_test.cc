@@ -111,9 +111,6 @@ const File kFiles[] = {
       "SerialHighest: integer 18446744073709551615 -> text \"<null>\""}},
 };
 
-// Foundation looks for the domains' files anew.
-void readAnew() { send<void, "resetStandardUserDefaults">(zel::classNamed<"NSUserDefaults">()); }
-
 // Passes what stands in one domain's file through the host into another's.
 class PassageTest : public FamilyTest {
  protected:
@@ -128,12 +125,12 @@ class PassageTest : public FamilyTest {
     defaults_.reset();
     FamilyTest::TearDown();
     for (const char* const domain : {kOriginal, kCopy}) fs::remove(testkit::storedDomain(domain));
-    readAnew();
+    readDefaultsAnew();
   }
 
   /// What a host of that version gets from the original's file.
   Value original(double version) {
-    readAnew();
+    readDefaultsAnew();
     startHost({.version = version});
     defaults_ = standard();
     return ask(defaults_, "persistentDomainForName", {std::string(kOriginal)});

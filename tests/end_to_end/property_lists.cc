@@ -151,6 +151,8 @@ void writeBinary(id propertyList, const std::filesystem::path& file) {
 
 bool areEqual(id left, id right) { return send<zel::BOOL, "isEqual:">(left, right) != 0; }
 
+void readDefaultsAnew() { send<void, "resetStandardUserDefaults">(classNamed<"NSUserDefaults">()); }
+
 Lines linesOf(id propertyList) {
   Lines lines;
   add(lines, "", propertyList);

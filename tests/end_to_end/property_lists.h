@@ -23,6 +23,10 @@ void writeBinary(zel::id propertyList, const std::filesystem::path& file);
 /// Foundation's own opinion.
 bool areEqual(zel::id left, zel::id right);
 
+/// Foundation forgets which defaults it holds and reads the files again for the next standard
+/// object.
+void readDefaultsAnew();
+
 /// Every value of a property list by its path, "Accounts.0.Port", as a literal:
 ///   text "x"  integer 7  real 0.5  boolean 1  date 400000000.5  data 00ff  list 2  dictionary 1
 /// The number of a date is seconds since the beginning of 2001 in UTC; behind "list" and

@@ -2,6 +2,7 @@
 // are known to: whole seconds, the low 32 bits of unsigned 64-bit numbers, empty texts and empty
 // data.
 #include <limits>
+#include <map>
 #include <random>
 
 #include "tests/end_to_end/end_to_end_test.h"
@@ -54,12 +55,14 @@ class RoundTripTest : public FamilyTest, public testing::WithParamInterface<doub
     for (int i = 0; i < length; ++i) appendCharacter(made);
     return made;
   }
+  virtual bool usable(std::uint32_t character) {
+    return character < 0xD800 || character > 0xDFFF;  // no half of a pair
+  }
   void appendCharacter(std::string& out) {
+    static constexpr std::uint32_t kTops[] = {0x7F, 0x7FF, 0xFFFF, 0x10FFFF};
     std::uint32_t c = 0;
-    do {
-      static constexpr std::uint32_t kTops[] = {0x7F, 0x7FF, 0xFFFF, 0x10FFFF};
-      c = between<std::uint32_t>(1, kTops[between(0, 3)]);
-    } while (c >= 0xD800 && c <= 0xDFFF);
+    do c = between<std::uint32_t>(1, kTops[between(0, 3)]);
+    while (!usable(c));
     if (c < 0x80) {
       out += static_cast<char>(c);
     } else if (c < 0x800) {
@@ -87,9 +90,8 @@ class RoundTripTest : public FamilyTest, public testing::WithParamInterface<doub
       case 1:
         return host->variant(static_cast<std::int8_t>(between(0, 1)));
       case 2:
-        return host->variant(std::uniform_real_distribution<double>(-1e9, 1e9)(random));
       case 3:
-        return host->variant(std::uniform_real_distribution<float>(-1e9F, 1e9F)(random));
+        return real();
       case 4:
         return host->variant(text());
       case 5:
@@ -103,6 +105,11 @@ class RoundTripTest : public FamilyTest, public testing::WithParamInterface<doub
       default:
         return dictionary(depth);
     }
+  }
+  virtual ObjectRef real() {
+    if (between(0, 1) == 0)
+      return host->variant(std::uniform_real_distribution<double>(-1e9, 1e9)(random));
+    return host->variant(std::uniform_real_distribution<float>(-1e9F, 1e9F)(random));
   }
   ObjectRef list(int depth) {
     Values elements;
@@ -240,6 +247,37 @@ TEST_P(RoundTripTest, AnythingWithinAnything) {
     const Lines expected = linesOf(*host, value);
     EXPECT_EQ(linesOfTrip(value), expected);
     if (round % 20 == 0) drainPool();
+  }
+}
+
+// What a file can hold: no singles, reals of few digits, and text of the Basic Multilingual Plane
+// without control characters.
+class DiskRoundTripTest : public RoundTripTest {
+ protected:
+  bool usable(std::uint32_t character) override {
+    const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
+    return RoundTripTest::usable(character) && !isControl && character < 0xFFFE;
+  }
+  ObjectRef real() override { return host->variant(between(-1000000, 1000000) / 1024.0); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Hosts, DiskRoundTripTest, testing::Values(2011.04, 2014.0));
+
+TEST_P(DiskRoundTripTest, AnythingThroughTheDisk) {
+  std::map<std::string, Lines> expected;
+  for (int round = 0; round < kRounds; ++round) {
+    const std::string key = "any" + std::to_string(round);
+    const Value value = anything(kDepth);
+    expected[key] = linesOf(*host, value);
+    EXPECT_EQ(ask(defaults, "setVariantValue", {key, value}), Value());
+  }
+  EXPECT_EQ(ask(defaults, "synchronize"), Value(std::int8_t{1}));
+  defaults.reset();
+  readDefaultsAnew();
+  defaults = standard();
+  for (const auto& [key, lines] : expected) {
+    EXPECT_EQ(linesOf(*host, ask(defaults, "variantForKey", {key})), lines) << key;
+    ask(defaults, "removeObjectForKey", {key});
   }
 }
 

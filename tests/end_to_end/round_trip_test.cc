@@ -5,6 +5,7 @@
 #include <map>
 #include <random>
 
+#include "tests/end_to_end/default_zone.h"
 #include "tests/end_to_end/end_to_end_test.h"
 #include "tests/end_to_end/host_lines.h"
 
@@ -123,8 +124,8 @@ class RoundTripTest : public FamilyTest, public testing::WithParamInterface<doub
   }
   // No zone's clocks are changed in the afternoon.
   ObjectRef date() {
-    return host->date({between(1, 9999), between(1, 12), between(1, 28), between(12, 22),
-                       between(0, 59), between(0, 59)});
+    return host->date({between(kFirstYear, kLastYear), between(1, 12), between(1, 28),
+                       between(12, 22), between(0, 59), between(0, 59)});
   }
 
   ObjectRef defaults;

@@ -1,9 +1,12 @@
 // Host dates, which are times on a wall, in the zones of the world: what is stored for them, and
 // what comes back.
+#include <filesystem>
 #include <random>
 
+#include "testkit/store/private_store.h"
 #include "tests/end_to_end/default_zone.h"
 #include "tests/end_to_end/end_to_end_test.h"
+#include "tests/end_to_end/host_lines.h"
 #include "tests/end_to_end/property_lists.h"
 
 namespace tests {
@@ -33,6 +36,12 @@ class DatesTest : public FamilyTest {
   }
   DateFields read(const std::string& key) {
     return host->fieldsOf(std::get<ObjectRef>(ask(defaults_, "variantForKey", {key})));
+  }
+  void storeDomain(const std::string& name, const ObjectRef& domain) {
+    EXPECT_EQ(ask(defaults_, "setPersistentDomain", {domain, name}), Value());
+  }
+  Lines readDomain(const std::string& name) {
+    return linesOf(*host, ask(defaults_, "persistentDomainForName", {name}));
   }
   // Everything stored is written, and a new standard object reads it.
   void throughTheDisk() {
@@ -121,6 +130,19 @@ TEST_F(DatesTest, TheEndsOfTheCalendar) {
   store("last", {9999, 12, 31, 23, 59, 59});
   EXPECT_EQ(read("last"), (kNarrowDates ? DateFields{4001, 1, 2, 0, 0, 0}
                                         : DateFields{9999, 12, 31, 23, 59, 59}));
+}
+
+// In UTC it is the day before, which GNUstep writes as one of the year 0 and can't read.
+TEST_F(DatesTest, AMomentBeforeTheYear1KeepsItsDomainFromBeingRead) {
+  const std::string name = "com.example.ancient";
+  const DefaultZone zone("Asia/Kathmandu");
+  storeDomain(name, host->dictionary(
+                        {{"a"s, "text"s}, {"date"s, ObjectRef(host->date({1, 1, 1, 0, 0, 0}))}}));
+  throughTheDisk();
+  const Lines whole = {
+      {"", "dictionary 2"}, {"a", "\"text\""}, {"date", "Date 0001-01-02 05:41:16"}};
+  EXPECT_EQ(readDomain(name), kNarrowDates ? whole : (Lines{{"", "dictionary 0"}}));
+  std::filesystem::remove(testkit::storedDomain(name));
 }
 
 constexpr const char* kZones[] = {"UTC",

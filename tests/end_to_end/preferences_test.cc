@@ -267,6 +267,13 @@ TEST_F(OneValueTest, ARealKeeps16DigitsOnDisk) {
             std::vector<std::string>{"key: real 0.30000000000000004 -> real 0.3"});
 }
 
+TEST_F(OneValueTest, AHighUnsignedNumberInABinaryFileIsReadAsANegativeOne) {
+  place(send<id, "numberWithUnsignedLongLong:">(zel::classNamed<"NSNumber">(),
+                                                9223372036854775813ULL));
+  const Value domain = original(2014.0);
+  EXPECT_EQ(host->describe(domain), R"({"key": Int64 -9223372036854775803})");
+}
+
 TEST_F(OneValueTest, EmptyDataInAListCantBeStoredAgain) {
   place(listOf(send<id, "data">(zel::classNamed<"NSData">())));
   expectRefused(R"({"key": [nil]})");

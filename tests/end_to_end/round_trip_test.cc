@@ -175,8 +175,10 @@ TEST_P(RoundTripTest, DataOfEverySize) {
 }
 
 TEST_P(RoundTripTest, EmptyTextsAndDataBecomeNothing) {
+  EXPECT_EQ(ask(defaults, "setDataValue", {"trip"s, host->memoryBlock("before")}), Value());
   EXPECT_EQ(ask(defaults, "setDataValue", {"trip"s, host->memoryBlock("")}), Value());
   EXPECT_EQ(host->describe(ask(defaults, "dataForKey", {"trip"s})), "nil");
+  EXPECT_EQ(ask(defaults, "setStringValue", {"trip"s, "before"s}), Value());
   EXPECT_EQ(ask(defaults, "setStringValue", {"trip"s, ""s}), Value());
   EXPECT_EQ(ask(defaults, "stringForKey", {"trip"s}), Value(""s));
 }

@@ -51,7 +51,7 @@ class FamilyValuesTest : public FamilyTest, public testing::WithParamInterface<d
   }
   template <class Data>
   ObjectRef structure(const char* className, const Data& data) {
-    const ObjectRef made = host->make(className);
+    ObjectRef made = host->make(className);
     Host::data<Data>(made) = data;
     return made;
   }

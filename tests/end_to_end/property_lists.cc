@@ -115,6 +115,10 @@ std::string valueAt(const Lines& lines, const std::string& path) {
   return found == lines.end() ? "nothing" : found->second;
 }
 
+std::string change(const std::string& path, const std::string& was, const std::string& is) {
+  return path + ": " + was + " -> " + is;
+}
+
 }  // namespace
 
 zel::CFStringRef nativeText(std::string_view text) {
@@ -168,9 +172,7 @@ std::vector<std::string> differences(const Lines& before, const Lines& after) {
   for (const std::string& path : paths) {
     const std::string was = valueAt(before, path);
     const std::string is = valueAt(after, path);
-    if (was == is) continue;
-    different.push_back(path);
-    different.back() += ": " + was + " -> " + is;
+    if (was != is) different.push_back(change(path, was, is));
   }
   return different;
 }

@@ -108,8 +108,17 @@ TEST_P(ExceptionsTest, NothingIsNoElementOfATypedList) {
 TEST_P(ExceptionsTest, NamesOfDomainsMustNotBeEmpty) {
   const ObjectRef domain = host->dictionary({{"a"s, 0.5}});
   rejected("addSuiteNamed", {""s});
+  rejected("removeSuiteNamed", {""s});
   rejected("setPersistentDomain", {domain, ""s});
   rejected("setVolatileDomain", {domain, ""s});
+}
+
+TEST_P(ExceptionsTest, NothingIsThereToRemoveUnderAnEmptyName) {
+  for (const char* const method :
+       {"removeObjectForKey", "removePersistentDomainForName", "removeVolatileDomainForName"})
+    EXPECT_EQ(ask(defaults, method, {""s}), Value()) << method;
+  EXPECT_EQ(get("persistentDomainForName", ""), "nil");
+  EXPECT_EQ(get("volatileDomainForName", ""), "nil");
 }
 
 TEST_P(ExceptionsTest, ADomainIsMadeOnce) {

@@ -2,6 +2,7 @@
 zel_add_tests(unit_tests
   SOURCES
     support/fresh_plugin.cc
+    support/intercept.cc
     support/plugin_test.cc
     plugin/host_test.cc
     plugin/main_test.cc
@@ -21,5 +22,9 @@ zel_add_tests(unit_tests
     defaults/scalars_test.cc
     defaults/objects_test.cc
     defaults/domains_test.cc
+    defaults/empty_host_test.cc
+    defaults/fault_calls.cc
+    defaults/fault_rows.cc
+    defaults/object_fault_calls.cc
     defaults/faults_test.cc
   LIBRARIES plugin_objects reference_host siblings foundation_double)

@@ -15,6 +15,7 @@ zel_add_tests(unit_tests
     bridge/dates_test.cc
     bridge/files_test.cc
     bridge/dictionaries_test.cc
+    bridge/native_classes_test.cc
     bridge/native_to_variant_test.cc
     bridge/variant_to_native_test.cc
     bridge/objects_to_native_test.cc

@@ -23,6 +23,7 @@ zel_add_tests(unit_tests
     defaults/scalars_test.cc
     defaults/objects_test.cc
     defaults/domains_test.cc
+    defaults/lists_test.cc
     defaults/empty_host_test.cc
     defaults/fault_calls.cc
     defaults/fault_rows.cc

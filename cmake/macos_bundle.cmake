@@ -58,13 +58,10 @@ add_custom_target(stand_ins DEPENDS ${zel_stand_ins_made})
 
 # --- the bundle
 
-# The names in the file that nobody looks for are left out, where that doesn't break a signature.
-find_program(ZEL_STRIP llvm-strip-14 REQUIRED)
+# Not stripped: llvm-strip leaves zeros behind the last segment of a 32-bit file, which then can't be
+# signed any more, and it would break the signature that a file for arm64 already has.
 set(CMAKE_CXX_CREATE_SHARED_MODULE
   "${zel_link} -bundle -dead_strip <LINK_FLAGS> -o <TARGET> <OBJECTS> <LINK_LIBRARIES>")
-if(NOT ZEL_MACOS_ARCH STREQUAL "arm64")
-  list(APPEND CMAKE_CXX_CREATE_SHARED_MODULE "${ZEL_STRIP} -x <TARGET>")
-endif()
 
 function(zel_add_bundle name)
   cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})

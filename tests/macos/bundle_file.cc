@@ -92,7 +92,9 @@ void BundleFile::replace(std::size_t place, const std::string& text, const std::
   bytes_.replace(found, text.size(), by);
 }
 
-void BundleFile::cut(std::size_t size) { bytes_.resize(size); }
+void BundleFile::resize(std::size_t size) { bytes_.resize(size); }
+
+std::size_t BundleFile::size() const { return bytes_.size(); }
 
 std::vector<std::string> BundleFile::faults() const {
   return tests::faults(bytes_, {requirements("i386")});

@@ -1,7 +1,10 @@
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
 
 #include "tests/macos/bundle_file.h"
+#include "tests/macos/command.h"
 #include "tools/macho_check/check.h"
 
 namespace tests {
@@ -35,6 +38,42 @@ TEST(MachoCheckTest, AcceptsTheBundleForArm) {
   EXPECT_THAT(faults(executable("arm64"), {requirements("arm64")}), IsEmpty());
 }
 
+// The universal file of these processors' bundles.
+std::string universal(const std::vector<std::string>& processors) {
+  const std::filesystem::path folder = newFolder();
+  std::string command = ZEL_LIPO " -create -output '" + (folder / "all").string() + "'";
+  for (const std::string& processor : processors) {
+    std::ofstream(folder / processor, std::ios::binary) << executable(processor);
+    command += " '" + (folder / processor).string() + "'";
+  }
+  const Outcome outcome = run(command);
+  EXPECT_EQ(outcome.status, 0) << outcome.output;
+  std::ifstream file(folder / "all", std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  std::filesystem::remove_all(folder);
+  return bytes;
+}
+
+TEST(MachoCheckTest, AcceptsAUniversalFile) {
+  EXPECT_THAT(faults(universal({"i386", "x86_64", "arm64"}),
+                     {requirements("i386"), requirements("x86_64"), requirements("arm64")}),
+              IsEmpty());
+}
+
+TEST(MachoCheckTest, RefusesAUniversalFileWithoutAProcessor) {
+  EXPECT_THAT(faults(universal({"i386", "arm64"}),
+                     {requirements("i386"), requirements("x86_64"), requirements("arm64")}),
+              ElementsAre("it holds 2 processors' images instead of 3",
+                          HasSubstr("x86_64: fat file does not contain")));
+}
+
+TEST(MachoCheckTest, RefusesAFaultyImageInAUniversalFile) {
+  macho_check::Requirements wanted = requirements("x86_64");
+  wanted.exports.insert("_more");
+  EXPECT_THAT(faults(universal({"i386", "x86_64"}), {requirements("i386"), wanted}),
+              ElementsAre("x86_64: it doesn't export _more"));
+}
+
 // --- the file
 
 TEST(MachoCheckTest, RefusesOtherFiles) {
@@ -42,9 +81,15 @@ TEST(MachoCheckTest, RefusesOtherFiles) {
               ElementsAre("The file was not recognized as a valid object file"));
 }
 
+TEST(MachoCheckTest, RefusesExecutablesOfOtherSystems) {
+  std::ifstream self("/proc/self/exe", std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(self), {}};
+  EXPECT_THAT(faults(bytes, {requirements("i386")}), ElementsAre("it is no Mach-O file"));
+}
+
 TEST(MachoCheckTest, RefusesAFileThatEndsEarly) {
   BundleFile file;
-  file.cut(5000);
+  file.resize(5000);
   EXPECT_THAT(file.faults(), ElementsAre(HasSubstr("truncated or malformed object")));
 }
 
@@ -101,6 +146,13 @@ TEST(MachoCheckTest, RefusesOtherLoadCommands) {
 // Where nothing is: between the load commands and the code.
 constexpr std::uint32_t kGap = 1600;
 
+TEST(MachoCheckTest, RefusesAFileWithoutSegments) {
+  BundleFile file;
+  file.setWord(16, 0);
+  file.setWord(20, 0);
+  EXPECT_THAT(file.faults(), Contains("i386: it has no segments"));
+}
+
 TEST(MachoCheckTest, RefusesOtherSegments) {
   BundleFile file;
   file.replace(file.segment("__LINKEDIT"), "__LINKEDIT", "__IMPORTED");
@@ -133,6 +185,14 @@ TEST(MachoCheckTest, RefusesASegmentThatEndsWithinAPage) {
   const std::size_t size = file.segment("__DATA") + 28;
   file.setWord(size, file.word(size) + 16);
   EXPECT_THAT(file.faults(), ElementsAre("i386: the segment __DATA doesn't end with a page"));
+}
+
+TEST(MachoCheckTest, RefusesAFileThatGoesOnBehindItsSegments) {
+  BundleFile file;
+  file.resize(file.size() + 16);
+  EXPECT_THAT(file.faults(),
+              ElementsAre("i386: the segment __LINKEDIT doesn't end with the file, which can't be "
+                          "signed so"));
 }
 
 TEST(MachoCheckTest, RefusesLinkerStubs) {
@@ -264,9 +324,12 @@ TEST(MachoCheckTest, RefusesANewerLibrary) {
                           "instead of 300.0"));
 }
 
+// A name as a table of names has it, so that no longer one is meant.
+std::string whole(const std::string& name) { return '\0' + name + '\0'; }
+
 TEST(MachoCheckTest, RefusesAnUnlistedImport) {
   BundleFile file;
-  file.replace(file.word(file.command(kSymbolTable) + 16), "_strcmp", "_strcpy");
+  file.replace(file.word(file.command(kSymbolTable) + 16), whole("_strcmp"), whole("_strcpy"));
   EXPECT_THAT(file.faults(),
               UnorderedElementsAre("i386: it imports _strcpy, which the list doesn't have",
                                    "i386: it doesn't import _strcmp, which the list has"));
@@ -295,7 +358,8 @@ TEST(MachoCheckTest, RefusesAMissingExport) {
 
 TEST(MachoCheckTest, RefusesAnotherVisibleSymbol) {
   BundleFile file;
-  file.replace(file.word(file.command(kSymbolTable) + 16), "_REALPluginMain", "_REALPluginMaim");
+  file.replace(file.word(file.command(kSymbolTable) + 16), whole("_REALPluginMain"),
+               whole("_REALPluginMaim"));
   EXPECT_THAT(file.faults(), ElementsAre("i386: its symbols show _REALPluginMaim"));
 }
 

@@ -87,9 +87,9 @@ TEST_F(EmptyHostTest, EveryGetterOfObjectsGivesNothing) {
   Constructor(object);
   answer("dataForKey:", foundation.data("ab"));
   EXPECT_EQ(dataForKey(object, string), nullptr);
-  answer("URLForKey:", foundation.asObject(foundation.fileUrl("/folder/file.txt")));
+  answer("URLForKey:", testkit::Foundation::asObject(foundation.fileUrl("/folder/file.txt")));
   EXPECT_EQ(fileForKey(object, string), nullptr);
-  const id list = foundation.array({foundation.asObject(foundation.string("a"))});
+  const id list = foundation.array({testkit::Foundation::asObject(foundation.string("a"))});
   answer("stringArrayForKey:", list);
   EXPECT_EQ(stringArrayForKey(object, string), nullptr);
   answer("arrayForKey:", list);
@@ -103,12 +103,13 @@ TEST_F(EmptyHostTest, EveryGetterOfObjectsGivesNothing) {
 TEST_F(EmptyHostTest, NoObjectBecomesAVariant) {
   Constructor(object);
   foundation.addClass("NSColor", "NSObject");
-  for (const id value : {foundation.asObject(foundation.string("a")), foundation.boolean(true),
-                         foundation.number("i", 1), foundation.number("d", 1), foundation.date(0),
-                         foundation.data("ab"), foundation.array({foundation.boolean(true)}),
-                         foundation.dictionary({{"a"s, foundation.boolean(true)}}),
-                         foundation.asObject(foundation.url("http://example.com/")),
-                         foundation.value(NSRange{1, 2}), foundation.object("NSColor")}) {
+  for (const id value :
+       {testkit::Foundation::asObject(foundation.string("a")), foundation.boolean(true),
+        foundation.number("i", 1), foundation.number("d", 1), foundation.date(0),
+        foundation.data("ab"), foundation.array({foundation.boolean(true)}),
+        foundation.dictionary({{"a"s, foundation.boolean(true)}}),
+        testkit::Foundation::asObject(foundation.url("http://example.com/")),
+        foundation.value(NSRange{1, 2}), foundation.object("NSColor")}) {
     SCOPED_TRACE(foundation.describe(value));
     answer("objectForKey:", value);
     EXPECT_EQ(objectForKey(object, string), nullptr);

@@ -62,9 +62,10 @@ void makeDomains(Kit& kit) {
   zel::NSUserDefaults* const defaults = kit.foundation.standardDefaults();
   const auto contents = reinterpret_cast<zel::CFDictionaryRef>(
       kit.foundation.dictionary({{"shared"s, kit.foundation.number("i", 5)}}));
-  for (const char* const name : {"suite", "kept"})
+  for (const char* const name : {"suite", "kept"}) {
     zel::send<void, "setPersistentDomain:forName:">(defaults, contents,
                                                     kit.foundation.string(name));
+  }
   zel::send<void, "setVolatileDomain:forName:">(defaults, contents,
                                                 kit.foundation.string("volatile"));
 }

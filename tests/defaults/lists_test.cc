@@ -33,7 +33,7 @@ class ListsTest : public PluginTest {
     provideSiblings();
     useNewObject();
   }
-  id text(const char* utf8) { return foundation.asObject(foundation.string(utf8)); }
+  id text(const char* utf8) { return testkit::Foundation::asObject(foundation.string(utf8)); }
   // What Foundation answers to the message.
   void answer(const char* selector, id reply) {
     replied = reply;

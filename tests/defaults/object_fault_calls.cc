@@ -115,7 +115,7 @@ FaultCall describedSetter(const char* name, std::function<Value(Kit&)> value,
                              "setObject:forKey:", [](id, zel::SEL, id handedOn, zel::CFStringRef) {
                                auto& foundation = testkit::Foundation::shared();
                                const std::string literal = foundation.describe(handedOn);
-                               replied = foundation.asObject(foundation.string(literal));
+                               replied = testkit::Foundation::asObject(foundation.string(literal));
                              });
   };
   return call;

@@ -19,7 +19,7 @@ class OpenBundle {
   OpenBundle(const OpenBundle&) = delete;
   OpenBundle& operator=(const OpenBundle&) = delete;
 
-  [[nodiscard]] PluginMain main() const {
+  [[nodiscard]] PluginMain entryPoint() const {
     void* const found = bundle_.find("REALPluginMain");
     if (found == nullptr)
       throw std::runtime_error(path_ + " has no REALPluginMain: it is no plugin");
@@ -40,7 +40,7 @@ class OpenBundle {
 
 OpenedFile openBundle(const std::filesystem::path& folder) {
   auto bundle = std::make_shared<OpenBundle>(std::filesystem::canonical(folder));
-  const PluginMain main = bundle->main();
+  const PluginMain main = bundle->entryPoint();
   return {std::move(bundle), main, {.enter = macho::enterBundle, .outward = macho::outward}};
 }
 

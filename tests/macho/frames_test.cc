@@ -81,7 +81,8 @@ TEST(FramesDeathTest, WhatNobodyTakesEndsTheProgram) {
 // --- the ways out
 
 std::int64_t mix(std::int8_t a, double b, std::int64_t c, float d) {
-  return a * 1000000 + static_cast<std::int64_t>(b) * 10000 + c * 100 + static_cast<int>(d);
+  return std::int64_t{a} * 1000000 + static_cast<std::int64_t>(b) * 10000 + c * 100 +
+         static_cast<int>(d);
 }
 double half(std::int32_t number) { return number / 2.0; }
 float third(float number) { return number / 3; }

@@ -68,6 +68,11 @@ function(zel_add_bundle name)
   cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
   set(contents ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${name}.bundle/Contents)
   get_property(stand_ins GLOBAL PROPERTY zel_stand_ins)
+  foreach(library IN LISTS arg_LIBRARIES)
+    get_target_property(sources ${library} SOURCES)
+    set_property(SOURCE ${sources} TARGET_DIRECTORY ${library} APPEND PROPERTY
+      OBJECT_DEPENDS ${zel_compile_depends})
+  endforeach()
   add_library(${name} MODULE)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${stand_ins})
   set_target_properties(${name} PROPERTIES

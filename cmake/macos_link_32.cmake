@@ -7,6 +7,7 @@ string(APPEND zel_link " -macosx_version_min ${ZEL_MACOS_MINIMUM} -sdk_version $
 # indirect_imports.awk says why the assembly can't stay as the compiler writes it.
 find_program(ZEL_AWK awk REQUIRED)
 set(rewrite ${zel_darwin}/indirect_imports.awk)
+set(zel_compile_depends ${rewrite} ${zel_imports})
 set(CMAKE_CXX_COMPILE_OBJECT
   "<CMAKE_CXX_COMPILER> <DEFINES> <INCLUDES> <FLAGS> -S -o <OBJECT>.compiled.s <SOURCE>"
   "${ZEL_AWK} -v imports=${zel_imports} -f ${rewrite} <OBJECT>.compiled.s ><OBJECT>.s"

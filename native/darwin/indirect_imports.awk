@@ -23,6 +23,9 @@ function fail(text) {
   exit 1
 }
 
+# Where a file has both, the linker mistakes one symbol for its neighbour.
+$1 == ".private_extern" { fail("a hidden symbol beside visible ones: " $2) }
+
 { gsub(/L_[^ \t,()+-]*\$non_lazy_ptr/, "l&") }
 
 /^[ \t]*\.section[ \t]+__IMPORT,__pointers/ {

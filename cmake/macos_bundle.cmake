@@ -13,22 +13,22 @@ set(zel_stand_ins ${CMAKE_BINARY_DIR}/imports)
 set(zel_imports ${zel_darwin}/imports.txt)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${zel_imports})
 
-# The lines of a section of the list.
+# The lines of the list's sections of that name, whichever bundle they are for.
 function(zel_import_lines section result)
   file(STRINGS ${zel_imports} lines)
-  set(within FALSE)
+  set(within "")
   set(found)
   foreach(line IN LISTS lines)
     if(line MATCHES "^\\[(.*)\\]$")
-      string(COMPARE EQUAL "${CMAKE_MATCH_1}" "${section}" within)
-    elseif(within AND line MATCHES "^[^#]")
+      string(REGEX MATCH "^${section}( |$)" within "${CMAKE_MATCH_1}")
+    elseif(NOT within STREQUAL "" AND line MATCHES "^[^#]")
       list(APPEND found "${line}")
     endif()
   endforeach()
   set(${result} "${found}" PARENT_SCOPE)
 endfunction()
 
-# The symbols that the bundle for this processor takes from the library.
+# The symbols that the bundles for this processor take from the library.
 function(zel_symbols_of library result)
   zel_import_lines(symbols lines)
   set(found)
@@ -53,6 +53,8 @@ foreach(line IN LISTS libraries)
   separate_arguments(words UNIX_COMMAND "${line}")
   zel_stand_in(${words})
 endforeach()
+get_property(stand_ins GLOBAL PROPERTY zel_stand_ins)
+add_custom_target(zel_stand_ins DEPENDS ${stand_ins})
 
 # --- the bundle
 
@@ -67,7 +69,6 @@ endif()
 function(zel_add_bundle name)
   cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
   set(contents ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${name}.bundle/Contents)
-  get_property(stand_ins GLOBAL PROPERTY zel_stand_ins)
   foreach(library IN LISTS arg_LIBRARIES)
     get_target_property(sources ${library} SOURCES)
     set_property(SOURCE ${sources} TARGET_DIRECTORY ${library} APPEND PROPERTY
@@ -75,6 +76,7 @@ function(zel_add_bundle name)
   endforeach()
   add_library(${name} MODULE)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${stand_ins})
+  add_dependencies(${name} zel_stand_ins)
   set_target_properties(${name} PROPERTIES
     PREFIX "" SUFFIX "" LINKER_LANGUAGE CXX LIBRARY_OUTPUT_DIRECTORY ${contents}/MacOS
     LINK_FLAGS "-exported_symbols_list ${zel_darwin}/exports.txt"

@@ -53,18 +53,15 @@ foreach(line IN LISTS libraries)
   separate_arguments(words UNIX_COMMAND "${line}")
   zel_stand_in(${words})
 endforeach()
-get_property(stand_ins GLOBAL PROPERTY zel_stand_ins)
-add_custom_target(zel_stand_ins DEPENDS ${stand_ins})
+get_property(zel_stand_ins_made GLOBAL PROPERTY zel_stand_ins)
+add_custom_target(stand_ins DEPENDS ${zel_stand_ins_made})
 
 # --- the bundle
 
-# The names in the file that nobody looks for are left out, where that doesn't break a signature.
-find_program(ZEL_STRIP llvm-strip-14 REQUIRED)
+# Not stripped: llvm-strip leaves zeros behind the last segment of a 32-bit file, which then can't be
+# signed any more, and it would break the signature that a file for arm64 already has.
 set(CMAKE_CXX_CREATE_SHARED_MODULE
   "${zel_link} -bundle -dead_strip <LINK_FLAGS> -o <TARGET> <OBJECTS> <LINK_LIBRARIES>")
-if(NOT ZEL_MACOS_ARCH STREQUAL "arm64")
-  list(APPEND CMAKE_CXX_CREATE_SHARED_MODULE "${ZEL_STRIP} -x <TARGET>")
-endif()
 
 function(zel_add_bundle name)
   cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
@@ -75,12 +72,12 @@ function(zel_add_bundle name)
       OBJECT_DEPENDS ${zel_compile_depends})
   endforeach()
   add_library(${name} MODULE)
-  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${stand_ins})
-  add_dependencies(${name} zel_stand_ins)
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${zel_stand_ins_made})
+  add_dependencies(${name} stand_ins)
   set_target_properties(${name} PROPERTIES
     PREFIX "" SUFFIX "" LINKER_LANGUAGE CXX LIBRARY_OUTPUT_DIRECTORY ${contents}/MacOS
     LINK_FLAGS "-exported_symbols_list ${zel_darwin}/exports.txt"
-    LINK_DEPENDS "${zel_darwin}/exports.txt;${stand_ins}")
+    LINK_DEPENDS "${zel_darwin}/exports.txt;${zel_stand_ins_made}")
   configure_file(${zel_darwin}/Info.plist.in ${contents}/Info.plist @ONLY)
   file(WRITE ${contents}/PkgInfo "BNDL????")
 endfunction()

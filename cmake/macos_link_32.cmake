@@ -1,7 +1,9 @@
 # Compiling and linking for 32-bit macOS, which ld64.lld-14 doesn't know: by the last linker of LLVM
 # that does.
 find_program(ZEL_MACOS_LINKER_32 ld64.lld.darwinold-13 REQUIRED)
-set(zel_link "${ZEL_MACOS_LINKER_32} -arch i386")
+# It leaves the gaps between constants as it found its memory. So the C library, which hands memory
+# out filled with the complement of this number, gives it zeros: the same sources make the same file.
+set(zel_link "${CMAKE_COMMAND} -E env MALLOC_PERTURB_=255 ${ZEL_MACOS_LINKER_32} -arch i386")
 string(APPEND zel_link " -macosx_version_min ${ZEL_MACOS_MINIMUM} -sdk_version ${ZEL_MACOS_MINIMUM}")
 
 # indirect_imports.awk says why the assembly can't stay as the compiler writes it.

@@ -33,37 +33,34 @@ const char* object_getClassName(void* object);
 using Messenger = void();
 /// For every result that the others don't serve.
 Messenger objc_msgSend;
-#if defined(__i386__)
-/// For floating-point results, which come back on a stack of their own.
-Messenger objc_msgSend_fpret;
-#endif
 #if !defined(__arm64__)
 /// For structures that are written through an address that the caller passes.
 Messenger objc_msgSend_stret;
+#endif
+#if defined(__i386__)
+/// For floating-point results, which come back on a stack of their own.
+Messenger objc_msgSend_fpret;
 #endif
 }
 
 inline Class* lookUpClass(const char* name) { return objc_lookUpClass(name); }
 
-/// The messenger for methods that return a structure of this size.
-constexpr Messenger* messengerForStructure([[maybe_unused]] std::size_t size) {
+// Which messenger sends for a method that returns a number with a fraction, or a structure of so
+// many bytes.
 #if defined(__i386__)
+constexpr Messenger* fractionMessenger() { return objc_msgSend_fpret; }
+constexpr Messenger* structureMessenger(std::size_t size) {
   return size == 1 || size == 2 || size == 4 || size == 8 ? objc_msgSend : objc_msgSend_stret;
+}
 #elif defined(__x86_64__)
+constexpr Messenger* fractionMessenger() { return objc_msgSend; }
+constexpr Messenger* structureMessenger(std::size_t size) {
   return size <= 16 ? objc_msgSend : objc_msgSend_stret;
-#else
-  return objc_msgSend;
-#endif
 }
-
-/// The messenger for methods that return a number with a fraction.
-constexpr Messenger* messengerForFloatingPoint() {
-#if defined(__i386__)
-  return objc_msgSend_fpret;
 #else
-  return objc_msgSend;
+constexpr Messenger* fractionMessenger() { return objc_msgSend; }
+constexpr Messenger* structureMessenger(std::size_t /*size*/) { return objc_msgSend; }
 #endif
-}
 
 /// The messenger for methods with a result of this type.
 template <class R>
@@ -71,9 +68,9 @@ constexpr Messenger* messenger() {
   static_assert(!std::is_same_v<R, long double>, "no method that is called here returns one");
   if constexpr (std::is_class_v<R>) {
     static_assert(std::is_trivially_copyable_v<R>, "it doesn't come back as a C structure does");
-    return messengerForStructure(sizeof(R));
+    return structureMessenger(sizeof(R));
   } else {
-    return std::is_floating_point_v<R> ? messengerForFloatingPoint() : objc_msgSend;
+    return std::is_floating_point_v<R> ? fractionMessenger() : objc_msgSend;
   }
 }
 

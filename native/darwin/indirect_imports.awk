@@ -46,7 +46,7 @@ $1 == ".indirect_symbol" {
     called[$2] = 1
     order[++count] = $2
   }
-  sub($2 "($|[ \t])", "l_call" $2)
+  sub($2, "l_call" $2)
   print
   next
 }

@@ -21,7 +21,7 @@ constexpr std::size_t kNameSize = 16;
 }  // namespace
 
 std::string executable(const std::string& processor, const std::string& bundle) {
-  std::ifstream file(std::string(ZEL_MACOS_BUILDS) + "/macos-" + processor + "/product/" + bundle +
+  std::ifstream file(std::string(ZEL_PROJECT "/build/macos-") + processor + "/product/" + bundle +
                          ".bundle/Contents/MacOS/" + bundle,
                      std::ios::binary);
   EXPECT_TRUE(file) << processor;
@@ -29,7 +29,7 @@ std::string executable(const std::string& processor, const std::string& bundle) 
 }
 
 macho_check::Requirements requirements(const std::string& processor, const std::string& bundle) {
-  std::ifstream imports(ZEL_IMPORTS);
+  std::ifstream imports(ZEL_PROJECT "/native/darwin/imports.txt");
   return {processor, macho_check::readImportList(imports, bundle, processor), {"_REALPluginMain"}};
 }
 
@@ -92,7 +92,9 @@ void BundleFile::replace(std::size_t place, const std::string& text, const std::
   bytes_.replace(found, text.size(), by);
 }
 
-void BundleFile::cut(std::size_t size) { bytes_.resize(size); }
+void BundleFile::resize(std::size_t size) { bytes_.resize(size); }
+
+std::size_t BundleFile::size() const { return bytes_.size(); }
 
 std::vector<std::string> BundleFile::faults() const {
   return tests::faults(bytes_, {requirements("i386")});

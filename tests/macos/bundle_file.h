@@ -40,7 +40,9 @@ class BundleFile {
   /// Writes the text over another one of the same length, from the place on; a test failure when
   /// that doesn't follow.
   void replace(std::size_t place, const std::string& text, const std::string& by);
-  void cut(std::size_t size);
+  /// Makes it that long; new bytes are zeros.
+  void resize(std::size_t size);
+  [[nodiscard]] std::size_t size() const;
 
   /// What is wrong with it.
   [[nodiscard]] std::vector<std::string> faults() const;

@@ -1,12 +1,16 @@
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
 
 #include "tests/macos/bundle_file.h"
+#include "tests/macos/command.h"
 #include "tools/macho_check/check.h"
 
 namespace tests {
 namespace {
 
+using std::string_literals::operator""s;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -51,6 +55,42 @@ TEST(MachoCheckTest, RefusesABundleForAnother) {
                             "i386: it doesn't import _malloc, which the list has"}));
 }
 
+// The universal file of these processors' bundles.
+std::string universal(const std::vector<std::string>& processors) {
+  const std::filesystem::path folder = newFolder();
+  std::string command = ZEL_LIPO " -create -output '" + (folder / "all").string() + "'";
+  for (const std::string& processor : processors) {
+    std::ofstream(folder / processor, std::ios::binary) << executable(processor);
+    command += " '" + (folder / processor).string() + "'";
+  }
+  const Outcome outcome = run(command);
+  EXPECT_EQ(outcome.status, 0) << outcome.output;
+  std::ifstream file(folder / "all", std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  std::filesystem::remove_all(folder);
+  return bytes;
+}
+
+TEST(MachoCheckTest, AcceptsAUniversalFile) {
+  EXPECT_THAT(faults(universal({"i386", "x86_64", "arm64"}),
+                     {requirements("i386"), requirements("x86_64"), requirements("arm64")}),
+              IsEmpty());
+}
+
+TEST(MachoCheckTest, RefusesAUniversalFileWithoutAProcessor) {
+  EXPECT_THAT(faults(universal({"i386", "arm64"}),
+                     {requirements("i386"), requirements("x86_64"), requirements("arm64")}),
+              ElementsAre("it holds 2 processors' images instead of 3",
+                          HasSubstr("x86_64: fat file does not contain")));
+}
+
+TEST(MachoCheckTest, RefusesAFaultyImageInAUniversalFile) {
+  macho_check::Requirements wanted = requirements("x86_64");
+  wanted.exports.insert("_more");
+  EXPECT_THAT(faults(universal({"i386", "x86_64"}), {requirements("i386"), wanted}),
+              ElementsAre("x86_64: it doesn't export _more"));
+}
+
 // --- the file
 
 TEST(MachoCheckTest, RefusesOtherFiles) {
@@ -58,9 +98,15 @@ TEST(MachoCheckTest, RefusesOtherFiles) {
               ElementsAre("The file was not recognized as a valid object file"));
 }
 
+TEST(MachoCheckTest, RefusesExecutablesOfOtherSystems) {
+  std::ifstream self("/proc/self/exe", std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(self), {}};
+  EXPECT_THAT(faults(bytes, {requirements("i386")}), ElementsAre("it is no Mach-O file"));
+}
+
 TEST(MachoCheckTest, RefusesAFileThatEndsEarly) {
   BundleFile file;
-  file.cut(5000);
+  file.resize(5000);
   EXPECT_THAT(file.faults(), ElementsAre(HasSubstr("truncated or malformed object")));
 }
 
@@ -117,6 +163,13 @@ TEST(MachoCheckTest, RefusesOtherLoadCommands) {
 // Where nothing is: between the load commands and the code.
 constexpr std::uint32_t kGap = 1600;
 
+TEST(MachoCheckTest, RefusesAFileWithoutSegments) {
+  BundleFile file;
+  file.setWord(16, 0);
+  file.setWord(20, 0);
+  EXPECT_THAT(file.faults(), Contains("i386: it has no segments"));
+}
+
 TEST(MachoCheckTest, RefusesOtherSegments) {
   BundleFile file;
   file.replace(file.segment("__LINKEDIT"), "__LINKEDIT", "__IMPORTED");
@@ -149,6 +202,14 @@ TEST(MachoCheckTest, RefusesASegmentThatEndsWithinAPage) {
   const std::size_t size = file.segment("__DATA") + 28;
   file.setWord(size, file.word(size) + 16);
   EXPECT_THAT(file.faults(), ElementsAre("i386: the segment __DATA doesn't end with a page"));
+}
+
+TEST(MachoCheckTest, RefusesAFileThatGoesOnBehindItsSegments) {
+  BundleFile file;
+  file.resize(file.size() + 16);
+  EXPECT_THAT(file.faults(),
+              ElementsAre("i386: the segment __LINKEDIT doesn't end with the file, which can't be "
+                          "signed so"));
 }
 
 TEST(MachoCheckTest, RefusesLinkerStubs) {
@@ -282,7 +343,7 @@ TEST(MachoCheckTest, RefusesANewerLibrary) {
 
 TEST(MachoCheckTest, RefusesAnUnlistedImport) {
   BundleFile file;
-  file.replace(file.word(file.command(kSymbolTable) + 16), "_strcmp", "_strcpy");
+  file.replace(file.word(file.command(kSymbolTable) + 16), "\0_strcmp\0"s, "\0_strcpy\0"s);
   EXPECT_THAT(file.faults(),
               UnorderedElementsAre("i386: it imports _strcpy, which the list doesn't have",
                                    "i386: it doesn't import _strcmp, which the list has"));
@@ -311,7 +372,8 @@ TEST(MachoCheckTest, RefusesAMissingExport) {
 
 TEST(MachoCheckTest, RefusesAnotherVisibleSymbol) {
   BundleFile file;
-  file.replace(file.word(file.command(kSymbolTable) + 16), "_REALPluginMain", "_REALPluginMaim");
+  file.replace(file.word(file.command(kSymbolTable) + 16), "\0_REALPluginMain\0"s,
+               "\0_REALPluginMaim\0"s);
   EXPECT_THAT(file.faults(), ElementsAre("i386: its symbols show _REALPluginMaim"));
 }
 

@@ -114,6 +114,14 @@ void checkSegments(const Check& check) {
     check.require(segment.size % page == 0 || segment.name == "__LINKEDIT",
                   "the segment " + segment.name + " doesn't end with a page");
   }
+  if (check.image.segments.empty()) {
+    check.fault("it has no segments");
+    return;
+  }
+  const Segment& last = check.image.segments.back();
+  check.require(
+      last.offset + last.file_size == check.image.size,
+      "the segment " + last.name + " doesn't end with the file, which can't be signed so");
 }
 
 // Kinds of sections. Others run code when the bundle is loaded, or need what a plugin can't have.

@@ -18,8 +18,12 @@ std::string version(std::uint32_t packed) {
 
 template <class Command>
 Segment segment(const Command& command) {
-  return {fixedText(command.segname, sizeof command.segname), command.vmaddr, command.vmsize,
-          command.fileoff, command.initprot};
+  return {fixedText(command.segname, sizeof command.segname),
+          command.vmaddr,
+          command.vmsize,
+          command.fileoff,
+          command.filesize,
+          command.initprot};
 }
 
 template <class Header>
@@ -139,6 +143,7 @@ void readExports(const MachOObjectFile& file, Image& image) {
 Image readImage(const MachOObjectFile& file) {
   Image image;
   image.cpu = file.getHeader().cputype;
+  image.size = file.getData().size();
   image.file_type = file.getHeader().filetype;
   image.flags = file.getHeader().flags;
   readCommands(file, image);

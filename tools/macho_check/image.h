@@ -12,7 +12,8 @@ struct Segment {
   std::string name;
   std::uint64_t address;
   std::uint64_t size;
-  std::uint64_t offset;  // in the file
+  std::uint64_t offset;     // in the file
+  std::uint64_t file_size;  // how much of the file
   std::uint32_t protection;
 };
 
@@ -44,6 +45,7 @@ struct Symbol {
 /// An image. Reading one collects what can't be read as faults.
 struct Image {
   std::uint32_t cpu = 0;
+  std::uint64_t size = 0;  // of the file
   std::uint32_t file_type = 0;
   std::uint32_t flags = 0;
   std::vector<std::uint32_t> commands;

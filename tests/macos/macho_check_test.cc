@@ -10,7 +10,6 @@
 namespace tests {
 namespace {
 
-using std::string_literals::operator""s;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -341,9 +340,12 @@ TEST(MachoCheckTest, RefusesANewerLibrary) {
                           "instead of 300.0"));
 }
 
+// A name as a table of names has it, so that no longer one is meant.
+std::string whole(const std::string& name) { return '\0' + name + '\0'; }
+
 TEST(MachoCheckTest, RefusesAnUnlistedImport) {
   BundleFile file;
-  file.replace(file.word(file.command(kSymbolTable) + 16), "\0_strcmp\0"s, "\0_strcpy\0"s);
+  file.replace(file.word(file.command(kSymbolTable) + 16), whole("_strcmp"), whole("_strcpy"));
   EXPECT_THAT(file.faults(),
               UnorderedElementsAre("i386: it imports _strcpy, which the list doesn't have",
                                    "i386: it doesn't import _strcmp, which the list has"));
@@ -372,8 +374,8 @@ TEST(MachoCheckTest, RefusesAMissingExport) {
 
 TEST(MachoCheckTest, RefusesAnotherVisibleSymbol) {
   BundleFile file;
-  file.replace(file.word(file.command(kSymbolTable) + 16), "\0_REALPluginMain\0"s,
-               "\0_REALPluginMaim\0"s);
+  file.replace(file.word(file.command(kSymbolTable) + 16), whole("_REALPluginMain"),
+               whole("_REALPluginMaim"));
   EXPECT_THAT(file.faults(), ElementsAre("i386: its symbols show _REALPluginMaim"));
 }
 

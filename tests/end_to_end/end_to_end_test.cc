@@ -30,6 +30,11 @@ std::filesystem::path productFile(const std::string& name) {
   return std::filesystem::path(setting("ZEL_PRODUCT", ZEL_PRODUCT)) / name;
 }
 
+std::filesystem::path pluginFile(const std::string& plugin) {
+  const std::filesystem::path bundle = productFile(plugin + ".bundle");
+  return std::filesystem::exists(bundle) ? bundle : productFile(plugin + ".so");
+}
+
 EndToEndTest::EndToEndTest() { openPool(); }
 
 EndToEndTest::~EndToEndTest() { zel::send<void, "drain">(pool_); }
@@ -44,17 +49,17 @@ void EndToEndTest::drainPool() {
 }
 
 void EndToEndTest::startHost(const HostOptions& options) {
-  host = std::make_unique<Host>(options);
+  library = std::make_unique<testkit::PluginLibrary>(pluginFile(kClass));
+  HostOptions fitting = options;
+  fitting.border = library->border();
+  host = std::make_unique<Host>(fitting);
   host->onFailure(fail);
   loadPlugins();
 }
 
 void EndToEndTest::loadPlugins() { loadPlugin(); }
 
-void EndToEndTest::loadPlugin() {
-  library = std::make_unique<testkit::PluginLibrary>(productFile("NSUserDefaultsZEL.so"));
-  host->load(library->main());
-}
+void EndToEndTest::loadPlugin() { host->load(library->main()); }
 
 void EndToEndTest::TearDown() {
   if (host != nullptr) {
@@ -124,7 +129,7 @@ void FamilyTest::loadPlugins() {
 void FamilyTest::loadCompanion() {
   // The host has the class from its start, as one that another plugin has given it.
   if (!standInsRule()) host->removeClass("NSExceptionZEL");
-  companion = std::make_unique<testkit::PluginLibrary>(productFile("NSExceptionZEL.so"));
+  companion = std::make_unique<testkit::PluginLibrary>(pluginFile("NSExceptionZEL"));
   host->load(companion->main());
 }
 

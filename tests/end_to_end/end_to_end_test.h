@@ -29,6 +29,8 @@ inline const char* const kClass = "NSUserDefaultsZEL";
 /// A file of the product under test: the one just built or, where the environment names a folder in
 /// ZEL_PRODUCT, the one there.
 std::filesystem::path productFile(const std::string& name);
+/// The file of a plugin there, NAME.bundle or NAME.so.
+std::filesystem::path pluginFile(const std::string& plugin);
 
 /// Loads the built plugin anew for every test, in a host of the version that the test asks for and
 /// with an autorelease pool around it. Whatever the host handed out must have come back at the end.

@@ -145,12 +145,15 @@ TEST_P(CompanionProductTest, OthersThatComeLaterDoNotReplaceTheMethods) {
 
 TEST_P(CompanionProductTest, ASecondCopyChangesNothing) {
   const CFMutableDictionaryRef map = familyMap();
-  const std::filesystem::path copy = std::filesystem::temp_directory_path() /
-                                     ("NSExceptionZEL-" + std::to_string(getpid()) + ".so");
-  std::filesystem::copy_file(productFile("NSExceptionZEL.so"), copy);
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("second-" + std::to_string(getpid()));
+  const std::filesystem::path original = pluginFile("NSExceptionZEL");
+  std::filesystem::create_directory(folder);
+  std::filesystem::copy(original, folder / original.filename(),
+                        std::filesystem::copy_options::recursive);
   {
-    const testkit::PluginLibrary second(copy);
-    std::filesystem::remove(copy);
+    const testkit::PluginLibrary second(folder / original.filename());
+    std::filesystem::remove_all(folder);
     host->load(second.main());
   }
   EXPECT_EQ(familyMap(), map);

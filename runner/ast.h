@@ -19,9 +19,25 @@ struct Expression;
 using ExpressionPtr = std::unique_ptr<Expression>;
 
 enum class Operator {
-  add, subtract, multiply, divide, divideWhole, modulo, power, negate,
-  equal, different, less, greater, lessOrEqual, greaterOrEqual, is,
-  bothOf, eitherOf, oneOf, opposite
+  add,
+  subtract,
+  multiply,
+  divide,
+  divideWhole,
+  modulo,
+  power,
+  negate,
+  equal,
+  different,
+  less,
+  greater,
+  lessOrEqual,
+  greaterOrEqual,
+  is,
+  bothOf,
+  eitherOf,
+  oneOf,
+  opposite
 };
 
 /// A number, a text, a boolean or Nil (which is std::monostate).
@@ -131,9 +147,9 @@ struct Loop {
   Block body;
 };
 struct CaseLabel {
-  ExpressionPtr from;              // a value, the start of a range, or what is compared with
-  ExpressionPtr to;                // the end of the range; nullable
-  std::optional<Operator> op;      // of "Is > value"
+  ExpressionPtr from;                 // a value, the start of a range, or what is compared with
+  ExpressionPtr to;                   // the end of the range; nullable
+  std::optional<Operator> op;         // of "Is > value"
   std::optional<testkit::Type> type;  // of "IsA class"; everything else is null then
   Place place;
 };
@@ -177,8 +193,8 @@ struct Redim {
 
 struct Statement {
   Place place;
-  std::variant<Declare, Assign, Perform, If, For, ForEach, Loop, Select, Exit, Continue, Return, Try,
-               Raise, Redim>
+  std::variant<Declare, Assign, Perform, If, For, ForEach, Loop, Select, Exit, Continue, Return,
+               Try, Raise, Redim>
       what;
 };
 

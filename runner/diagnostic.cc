@@ -38,8 +38,7 @@ std::string format(const Diagnostic& diagnostic) {
           std::string(static_cast<std::size_t>(diagnostic.length) - 1, '~') + "\n";
   for (const std::string& declaration : diagnostic.declarations)
     text += "  declared: " + declaration + "\n";
-  if (!diagnostic.suggestion.empty())
-    text += "  Did you mean \"" + diagnostic.suggestion + "\"?\n";
+  if (!diagnostic.suggestion.empty()) text += "  Did you mean \"" + diagnostic.suggestion + "\"?\n";
   return text;
 }
 

@@ -9,7 +9,8 @@
 
 namespace runner {
 
-/// Something wrong at a place. Thrown where it is found; whoever goes through statements catches it.
+/// Something wrong at a place. Thrown where it is found; whoever goes through statements catches
+/// it.
 struct Problem {
   Place place;
   std::string message;                    // a whole sentence, without the place

@@ -114,7 +114,8 @@ class Lexer {
     while (isSpace(peek(0))) ++at_;
     if (peek(0) == '\'' || text_.substr(at_, 2) == "//") skipLine();
     if (at_ < text_.size() && peek(0) != '\n' && peek(0) != '\r')
-      throw Problem{{begin, begin + 1}, "Nothing may follow the \"_\" that continues a line.", {}, ""};
+      throw Problem{
+          {begin, begin + 1}, "Nothing may follow the \"_\" that continues a line.", {}, ""};
     at_ += text_.substr(at_, 2) == "\r\n" ? 2 : 1;
     at_ = std::min(at_, text_.size());
   }
@@ -152,7 +153,9 @@ class Lexer {
     if (at_ < text_.size() && beginsWord(text_[at_])) {
       const std::size_t bad = at_;
       throw Problem{{bad, bad + middle(text_.substr(bad), 0, 1).size()},
-                    "A number ends here, and a name can't follow it directly.", {}, ""};
+                    "A number ends here, and a name can't follow it directly.",
+                    {},
+                    ""};
     }
     add(Kind::number, begin, "", whole ? integer(begin, begin, 10) : real(begin));
   }
@@ -164,8 +167,9 @@ class Lexer {
   void prefixedNumber() {
     const std::size_t begin = at_;
     const auto letter = static_cast<char>(peek(1) | 0x20);
-    const auto* const prefix = std::find_if(std::begin(kPrefixes), std::end(kPrefixes),
-                                            [letter](const Prefix& p) { return p.letter == letter; });
+    const auto* const prefix =
+        std::find_if(std::begin(kPrefixes), std::end(kPrefixes),
+                     [letter](const Prefix& p) { return p.letter == letter; });
     if (prefix == std::end(kPrefixes))
       throw Problem{{begin, begin + 1},
                     "\"&\" begins a number: &h (hexadecimal), &b (binary) or &o (octal). Texts are "
@@ -206,7 +210,9 @@ class Lexer {
     if (found == std::end(kSigns)) {
       const std::string_view bad = middle(rest, 0, 1);
       throw Problem{{begin, begin + bad.size()},
-                    "The language has no sign \"" + std::string(bad) + "\".", {}, ""};
+                    "The language has no sign \"" + std::string(bad) + "\".",
+                    {},
+                    ""};
     }
     at_ += found->size();
     add(Kind::sign, begin, std::string(*found));

@@ -10,19 +10,20 @@ Frame::Frame(Machine& itsMachine, const std::string& itsMethod, std::size_t slot
       caller(itsMachine.frame_),
       slots(slotCount),
       references(slotCount) {
-  if (machine.depth_ >= Machine::kDeepestFrame)
+  const char here = 0;
+  if (machine.stackStart_ - &here > Machine::kStackRoom)
     machine.raise("StackOverflowException", "Methods call each other too deeply.");
-  ++machine.depth_;
   machine.frame_ = this;
 }
 
-Frame::~Frame() {
-  --machine.depth_;
-  machine.frame_ = caller;
-}
+Frame::~Frame() { machine.frame_ = caller; }
 
 Machine::Machine(testkit::Host& host, std::ostream& out, std::istream& in)
-    : host_(host), state_(testkit::host::currentState("a program")), out_(out), in_(in) {}
+    : host_(host),
+      state_(testkit::host::currentState("a program")),
+      out_(out),
+      in_(in),
+      stackStart_(static_cast<const char*>(__builtin_frame_address(0))) {}
 
 void Machine::clear() {
   for (Value& global : globals_) global = std::monostate();

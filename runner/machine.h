@@ -1,6 +1,7 @@
 // What a running program consists of: frames, variables, and code that works on them.
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <iosfwd>
@@ -46,6 +47,7 @@ struct Frame {
   std::vector<Value> slots;
   std::vector<Value*> references;  // by slot: where a ByRef parameter's variable is
   Value result;
+  int loopsToLeave = 0;  // by an Exit or Continue, beyond the innermost one
 };
 
 class Machine {
@@ -82,7 +84,7 @@ class Machine {
  private:
   friend struct Frame;
   static constexpr int kCallsBetweenPauses = 512;
-  static constexpr int kDeepestFrame = 1000;
+  static constexpr std::ptrdiff_t kStackRoom = 4 << 20;  // bytes, of 8 MiB that there usually are
 
   [[noreturn]] void raiseFirstPending();
   [[nodiscard]] std::vector<StackEntry> stack() const;
@@ -94,7 +96,7 @@ class Machine {
   std::istream& in_;
   std::deque<Value> globals_;
   Frame* frame_ = nullptr;
-  int depth_ = 0;
+  const char* stackStart_;  // where the processor's stack stood at first
   int calls_ = 0;
   std::function<void()> pause_;
 };

@@ -14,7 +14,7 @@ namespace {
 using Kind = Token::Kind;
 
 // The words that end a block; whose they are is for whoever began the block to see.
-constexpr std::string_view kEnds[] = {"end",  "else", "elseif", "case", "next",
+constexpr std::string_view kEnds[] = {"end",  "else", "elseif", "case",   "next",
                                       "wend", "loop", "catch",  "finally"};
 
 struct Compound {
@@ -118,7 +118,9 @@ Program Parser::run() {
       program.methods.push_back(method());
     } else if (endsBlock()) {
       throw Problem{reader_.current().place,
-                    "\"" + reader_.current().text + "\" closes nothing here.", {}, ""};
+                    "\"" + reader_.current().text + "\" closes nothing here.",
+                    {},
+                    ""};
     } else {
       line(program.body);
     }
@@ -148,9 +150,9 @@ void Parser::line(Block& statements) {
 Statement Parser::statement() {
   Statement statement;
   statement.place = reader_.current().place;
-  const auto* const found = std::find_if(
-      keywords().begin(), keywords().end(),
-      [this](const Keyword& keyword) { return reader_.current().is(keyword.word); });
+  const auto* const found =
+      std::find_if(keywords().begin(), keywords().end(),
+                   [this](const Keyword& keyword) { return reader_.current().is(keyword.word); });
   if (found != keywords().end()) {
     (this->*found->parse)(statement);
   } else {
@@ -363,9 +365,8 @@ void Parser::selectStatement(Statement& statement) {
 
 CaseLabel Parser::caseLabel() {
   constexpr std::pair<std::string_view, Operator> kComparisons[] = {
-      {"=", Operator::equal},         {"<>", Operator::different},
-      {"<=", Operator::lessOrEqual},  {">=", Operator::greaterOrEqual},
-      {"<", Operator::less},          {">", Operator::greater}};
+      {"=", Operator::equal},           {"<>", Operator::different}, {"<=", Operator::lessOrEqual},
+      {">=", Operator::greaterOrEqual}, {"<", Operator::less},       {">", Operator::greater}};
   CaseLabel label;
   label.place = reader_.current().place;
   if (reader_.accept("isa")) {
@@ -449,7 +450,8 @@ void Parser::redim(Statement& statement) {
   ExpressionPtr target = expressions_.designator();
   auto* const call = std::get_if<Call>(&target->what);
   if (call == nullptr || call->arguments.size() != 1)
-    throw Problem{target->place, "Redim takes an array and its new upper bound: Redim a(9).", {}, ""};
+    throw Problem{
+        target->place, "Redim takes an array and its new upper bound: Redim a(9).", {}, ""};
   ExpressionPtr bound = std::move(call->arguments.front());
   ExpressionPtr array = std::move(call->callee);
   statement.what = Redim{std::move(array), std::move(bound)};
@@ -476,8 +478,7 @@ void Parser::assignmentOrCall(Statement& statement) {
     return;
   }
   std::vector<ExpressionPtr> arguments = expressions_.bareArguments();
-  if (!arguments.empty())
-    target = expressions_.makeCall(std::move(target), std::move(arguments));
+  if (!arguments.empty()) target = expressions_.makeCall(std::move(target), std::move(arguments));
   statement.what = Perform{std::move(target)};
 }
 
@@ -529,6 +530,14 @@ FormalParameter Parser::parameter() {
 Program parse(const Source& source) {
   TokenReader reader(tokens(source));
   return Parser(source, reader).run();
+}
+
+ExpressionPtr parseExpression(const Source& source) {
+  TokenReader reader(tokens(source));
+  ExpressionPtr expression = ExpressionParser(reader).expression();
+  while (reader.current().kind == Kind::endOfLine) reader.advance();
+  if (!reader.atEnd()) reader.fail("the end of the expression");
+  return expression;
 }
 
 bool isUnfinished(const Source& source) {

@@ -7,6 +7,8 @@ namespace runner {
 
 /// Throws Problem, which says what was expected, at the first thing that is wrong.
 Program parse(const Source& source);
+/// The same for a text that is one expression.
+ExpressionPtr parseExpression(const Source& source);
 
 /// Whether a text that doesn't parse would if more lines followed: a block or a line is open.
 bool isUnfinished(const Source& source);

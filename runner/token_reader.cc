@@ -12,12 +12,12 @@ using Kind = Token::Kind;
 constexpr int kDeepest = 200;
 
 constexpr std::string_view kReserved[] = {
-    "and",   "as",    "assigns", "byref",  "byval", "call",   "case",   "catch",    "const",
-    "continue", "dim", "do",     "downto", "each",  "else",   "elseif", "end",      "exit",
-    "false", "finally", "for",   "function", "if",  "in",     "is",     "isa",      "loop",
-    "mod",   "new",   "next",    "nil",    "not",   "or",     "raise",  "redim",    "return",
-    "select", "step", "sub",     "then",   "to",    "true",   "try",    "until",    "var",
-    "wend",  "while", "xor",
+    "and",   "as",       "assigns", "byref",   "byval",  "call",     "case",  "catch",
+    "const", "continue", "dim",     "do",      "downto", "each",     "else",  "elseif",
+    "end",   "exit",     "false",   "finally", "for",    "function", "if",    "in",
+    "is",    "isa",      "loop",    "mod",     "new",    "next",     "nil",   "not",
+    "or",    "raise",    "redim",   "return",  "select", "step",     "sub",   "then",
+    "to",    "true",     "try",     "until",   "var",    "wend",     "while", "xor",
 };
 
 std::string shown(const Token& token) {
@@ -60,8 +60,10 @@ void TokenReader::expect(std::string_view wanted, const std::string& expected) {
 Token TokenReader::name(const std::string& expected) {
   if (current().kind == Kind::word && isReserved(current().text)) {
     throw Problem{current().place,
-                  "\"" + current().text + "\" has a meaning of its own and can't be used as a name; "
-                  "expected " + expected + ".",
+                  "\"" + current().text +
+                      "\" has a meaning of its own and can't be used as a name; "
+                      "expected " +
+                      expected + ".",
                   {},
                   ""};
   }

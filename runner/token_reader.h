@@ -10,7 +10,6 @@
 
 namespace runner {
 
-
 class TokenReader {
  public:
   explicit TokenReader(std::vector<Token> tokens) : tokens_(std::move(tokens)) {}

@@ -15,9 +15,9 @@ struct SimpleType {
 
 // The first of a kind is what messages call it.
 constexpr SimpleType kSimpleTypes[] = {
-    {"Boolean", Kind::boolean}, {"Integer", Kind::int32},  {"Int32", Kind::int32},
-    {"Int64", Kind::int64},     {"UInt32", Kind::uint32},  {"UInt64", Kind::uint64},
-    {"Single", Kind::single},   {"Double", Kind::real},    {"String", Kind::text},
+    {"Boolean", Kind::boolean}, {"Integer", Kind::int32}, {"Int32", Kind::int32},
+    {"Int64", Kind::int64},     {"UInt32", Kind::uint32}, {"UInt64", Kind::uint64},
+    {"Single", Kind::single},   {"Double", Kind::real},   {"String", Kind::text},
     {"Variant", Kind::variant},
 };
 

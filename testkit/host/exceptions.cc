@@ -47,8 +47,9 @@ void raiseException(State& state, zel::REALobject exception) {
   const auto* const object = state.ledger.find<HostObject>(exception, kWho);
   if (object == nullptr) return;
   if (!object->hostClass().isA(kExceptionClass)) {
-    state.failures.report(std::string(kWho) + " was given an " + object->describe() +
-                          ", which isn't an exception");
+    std::string text(kWho);
+    text.append(" was given an ").append(object->describe()).append(", which isn't an exception");
+    state.failures.report(text);
     return;
   }
   if (state.ledger.hold<HostObject>(exception, kWho)) state.pending.push_back(exception);

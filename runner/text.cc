@@ -93,7 +93,11 @@ std::size_t firstBadByte(std::string_view text) {
   return std::string_view::npos;
 }
 
-std::string uppercase(std::string_view text) { return mapped(text, utf8proc_toupper); }
+std::string uppercase(std::string_view text) {
+  // The sharp s has a capital letter that hardly anybody writes.
+  constexpr utf8proc_int32_t kSharpS = 0xDF;
+  return mapped(text, [](utf8proc_int32_t c) { return c == kSharpS ? c : utf8proc_toupper(c); });
+}
 
 std::string lowercase(std::string_view text) { return mapped(text, utf8proc_tolower); }
 

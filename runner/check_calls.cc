@@ -143,14 +143,19 @@ void Checker::failToFindMember(const Member& member, const Type& type) {
   if (ofObjects) message += " It is a method of objects of the class.";
   if (type == kVariant)
     message += " A Variant is first put into a variable of the type that it holds.";
-  throw Problem{member.namePlace, message, {}, nearest(member.name, names)};
+  const std::string suggestion = nearest(member.name, names);
+  const Candidates suggested = isClass ? library_.sharedMethods(type.className, suggestion)
+                                       : methodsOf(type, suggestion);
+  throw Problem{member.namePlace, message, textsOf(suggested), suggestion};
 }
 
 void Checker::failToFindName(const std::string& name, const Place& place, const std::string& what) {
   std::vector<std::string> names = scope_.names();
   for (std::vector<std::string> more : {library_.functionNames(), library_.types().names()})
     names.insert(names.end(), more.begin(), more.end());
-  throw Problem{place, "There is no " + what + " \"" + name + "\".", {}, nearest(name, names)};
+  const std::string suggestion = nearest(name, names);
+  throw Problem{place, "There is no " + what + " \"" + name + "\".",
+                textsOf(library_.functions(suggestion)), suggestion};
 }
 
 // --- by name
@@ -229,6 +234,11 @@ Candidates Checker::methodsOf(const Type& type, const std::string& name) {
   if (type.array) return library_.arrayMethods(type, name);
   Candidates found;
   if (type.kind == Kind::object) found = library_.methods(type.className, name);
+  // An object can be constructed again, if its class lets it.
+  if (found.empty() && type.kind == Kind::object && testkit::sameName(name, "Constructor")) {
+    found = library_.constructors(type.className);
+    std::erase_if(found, [](const Callable* c) { return c->result.kind != Kind::nothing; });
+  }
   if (type.kind == Kind::variant) found = library_.methods("Variant", name);
   return found;
 }

@@ -148,7 +148,7 @@ TEST_F(ClassesTest, AnObjectDiesAtOnce) {
 TEST_F(ClassesTest, MistakesAreHeldAgainstTheDeclaration) {
   const Row rows[] = {
       {"Dim s As SampleZEL\ns.numbr",
-       "2:3+5 SampleZEL has no method or property \"numbr\". {number}"},
+       "2:3+5 SampleZEL has no method or property \"numbr\". [number as integer] {number}"},
       {"Dim s As SampleZEL\ns.count",
        "2:3+5 \"count\" takes 1 argument, but none are given. "
        "[count(key as string) as integer]"},

@@ -169,6 +169,8 @@ TEST_F(StatementsTest, AllMistakesAreSaidAtOnce) {
             "test:2:1: error: There is no variable or method \"Prnt\".\n"
             "  2 | Prnt \"x\"\n"
             "    | ^~~~\n"
+            "  declared: Print(text As String)\n"
+            "  declared: Print\n"
             "  Did you mean \"Print\"?\n"
             "test:3:1: error: There is no variable \"a\".\n"
             "  3 | a = 5\n"

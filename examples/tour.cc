@@ -1,7 +1,8 @@
-// A tour: a small host program loads the plugin, stores a value of every simple kind through the
-// methods of NSUserDefaultsZEL, and reads them back; then a second process reads the same values,
-// and Foundation's own `defaults` tool shows what is on disk. All of it happens in a user-defaults
-// store that is removed at the end.
+// A tour: a small host program loads the plugin, stores a value of every kind through the methods
+// of NSUserDefaultsZEL, reads them back, and uses the store as a whole: defaults of the program's
+// own, a suite, domains on disk and in memory, and a mistake that Foundation rejects. Then a second
+// process reads the same values, and Foundation's own `defaults` tool shows what is on disk. All of
+// it happens in a user-defaults store that is removed at the end.
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -29,41 +30,50 @@ using testkit::ObjectRef;
 using testkit::Outcome;
 using testkit::Value;
 
-// What the tour stores: in the host's language, defaults.<getter>(key) = value.
+using namespace std::string_literals;
+
+// What the tour stores: in the host's language, defaults.<getter>(key) = value, or, for lists,
+// defaults.<setter>(key, value).
 struct Entry {
-  const char* type;
   const char* getter;
+  const char* setter;  // null: assigned through the getter
   const char* key;
   Value value;
 };
 
-const std::vector<Entry>& entries() {
-  using namespace std::string_literals;
-  static const std::vector<Entry> kEntries = {
-      {"integer", "integerForKey", "launchCount", std::int32_t{42}},
-      {"single", "floatForKey", "zoom", 1.25F},
-      {"double", "doubleForKey", "precision", 0.1},
-      {"boolean", "boolForKey", "showToolbar", std::int8_t{1}},
-      {"string", "stringForKey", "greeting", "Grüße, 世界"s},
-      {"URL", "URLForKey", "homepage", "https://example.com/caf%C3%A9?lang=de"s},
+std::vector<Entry> entries(Host& host) {
+  const ObjectRef recent = host.array(Host::kStringElements, {"letter.txt"s, "世界.txt"s});
+  const ObjectRef mixed = host.array(
+      Host::kObjectElements, {std::int32_t{1}, "two"s, 3.5, host.date({2024, 2, 29, 23, 59, 58})});
+  const ObjectRef window = host.dictionary(
+      {{"title"s, "Untitled"s}, {"frame"s, host.dictionary({{"width"s, std::int32_t{640}}})}});
+  return {
+      {"integerForKey", nullptr, "launchCount", std::int32_t{42}},
+      {"floatForKey", nullptr, "zoom", 1.25F},
+      {"doubleForKey", nullptr, "precision", 0.1},
+      {"boolForKey", nullptr, "showToolbar", std::int8_t{1}},
+      {"stringForKey", nullptr, "greeting", "Grüße, 世界"s},
+      {"URLForKey", nullptr, "homepage", "https://example.com/caf%C3%A9?lang=de"s},
+      {"dataForKey", nullptr, "icon", host.memoryBlock("\x89PNG")},
+      {"fileForKey", nullptr, "folder", host.folderItem("/tmp")},
+      {"variantForKey", nullptr, "lastOpened", host.date({2024, 2, 29, 23, 59, 58})},
+      {"variantForKey", nullptr, "bytesRead", host.variant(std::int64_t{1} << 40)},
+      {"dictionaryForKey", nullptr, "window", window},
+      {"stringArrayForKey", "setStringArrayValue", "recent", recent},
+      {"arrayForKey", "setArrayValue", "mixed", mixed},
   };
-  return kEntries;
 }
 
-std::string shown(const Value& value) {
-  std::ostringstream out;
-  if (const auto* const integer = std::get_if<std::int32_t>(&value)) out << *integer;
-  if (const auto* const single = std::get_if<float>(&value)) out << *single;
-  if (const auto* const number = std::get_if<double>(&value)) out << *number;
-  if (const auto* const boolean = std::get_if<std::int8_t>(&value))
-    out << (*boolean == 0 ? "false" : "true");
-  if (const auto* const text = std::get_if<std::string>(&value)) out << '"' << *text << '"';
-  return out.str();
+void show(const std::string& what, const std::string& value) {
+  std::cout << "  " << std::left << std::setw(37) << what << "  " << value << '\n';
 }
 
-void show(const Entry& entry, const Value& value) {
-  std::cout << "  " << std::left << std::setw(9) << entry.type << std::setw(14) << entry.key
-            << shown(value) << '\n';
+// name("a", "b"), as a program has it.
+std::string called(const std::string& name, const std::vector<Value>& arguments, const Host& host) {
+  std::string text = name + "(";
+  for (const Value& argument : arguments)
+    text += (text.back() == '(' ? "" : ", ") + host.describe(argument);
+  return text + ")";
 }
 
 // The value that a call gave. A host exception ends the tour.
@@ -75,18 +85,56 @@ Value valueOf(const Outcome& outcome) {
   return outcome.value;
 }
 
+// Calls a method and shows the call and what it gave.
+void showCall(Host& host, const ObjectRef& defaults, const std::string& method,
+              const std::vector<Value>& arguments) {
+  const Value value = valueOf(host.call(defaults, method, arguments));
+  show(called(method, arguments, host), value == Value() ? "done" : host.describe(value));
+}
+
 void readEverything(Host& host, const ObjectRef& defaults) {
-  for (const Entry& entry : entries())
-    show(entry, valueOf(host.call(defaults, entry.getter, {std::string(entry.key)})));
+  for (const Entry& entry : entries(host))
+    showCall(host, defaults, entry.getter, {std::string(entry.key)});
 }
 
 void storeEverything(Host& host, const ObjectRef& defaults) {
-  for (const Entry& entry : entries()) {
-    valueOf(host.assign(defaults, entry.getter, {std::string(entry.key)}, entry.value));
-    show(entry, entry.value);
+  for (const Entry& entry : entries(host)) {
+    const std::string key = entry.key;
+    valueOf(entry.setter == nullptr ? host.assign(defaults, entry.getter, {key}, entry.value)
+                                    : host.call(defaults, entry.setter, {key, entry.value}));
+    show(called(entry.setter == nullptr ? entry.getter : entry.setter, {key}, host),
+         host.describe(entry.value));
   }
   if (valueOf(host.call(defaults, "synchronize")) == Value(std::int8_t{0}))
     throw std::runtime_error("the store can't be written to disk");
+}
+
+void useTheWholeStore(Host& host, const ObjectRef& defaults) {
+  const auto call = [&](const char* method, const std::vector<Value>& arguments) {
+    showCall(host, defaults, method, arguments);
+  };
+  std::cout << "\nA default of the program's own, for a key that nobody has set:\n";
+  call("registerDefaults", {host.dictionary({{"tabWidth"s, std::int32_t{4}}})});
+  call("integerForKey", {"tabWidth"s});
+  std::cout << "\nA domain on disk, read as a whole, and through the search list as a suite:\n";
+  call("setPersistentDomain", {host.dictionary({{"accent"s, "blue"s}}), "TourSuite"s});
+  call("persistentDomainForName", {"TourSuite"s});
+  call("stringForKey", {"accent"s});
+  call("addSuiteNamed", {"TourSuite"s});
+  call("stringForKey", {"accent"s});
+  std::cout << "\nA domain in memory:\n";
+  call("setVolatileDomain", {host.dictionary({{"draft"s, std::int8_t{1}}}), "TourSession"s});
+  call("volatileDomainForName", {"TourSession"s});
+}
+
+// What Foundation rejects arrives as a host exception, and the program goes on.
+void makeAMistake(Host& host, const ObjectRef& defaults) {
+  const std::vector<Value> again = {host.dictionary(), "TourSession"s};
+  const Outcome outcome = host.call(defaults, "setVolatileDomain", again);
+  if (!outcome.raised) throw std::runtime_error("Foundation accepted the same domain twice");
+  std::cout << "\nThe same domain again is a mistake, and the program gets a host exception:\n";
+  show(called("setVolatileDomain", again, host),
+       outcome.raised->className + ": " + outcome.raised->message.value_or("no message"));
 }
 
 // Runs a program to its end, its output where ours goes.
@@ -121,6 +169,8 @@ void tour(const std::string& program, const std::string& plugin, bool readOnly) 
   storeEverything(host, defaults);
   std::cout << "\nThis process reads:\n";
   readEverything(host, defaults);
+  useTheWholeStore(host, defaults);
+  makeAMistake(host, defaults);
   std::cout << "\nA second process reads:\n";
   runProgram("/proc/self/exe", {program, "--plugin", plugin, "--read"});
   const std::string domain = std::filesystem::path(program).filename();

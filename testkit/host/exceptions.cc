@@ -47,9 +47,10 @@ void raiseException(State& state, zel::REALobject exception) {
   const auto* const object = state.ledger.find<HostObject>(exception, kWho);
   if (object == nullptr) return;
   if (!object->hostClass().isA(kExceptionClass)) {
-    std::string text(kWho);
-    text.append(" was given an ").append(object->describe()).append(", which isn't an exception");
-    state.failures.report(text);
+    state.failures.report(std::string(kWho)
+                              .append(" was given an ")
+                              .append(object->describe())
+                              .append(", which isn't an exception"));
     return;
   }
   if (state.ledger.hold<HostObject>(exception, kWho)) state.pending.push_back(exception);

@@ -1,17 +1,26 @@
 # Compiler settings, as interface targets.
 
+# Native exceptions pass through the code, so it keeps its unwind tables, and no name is visible that
+# isn't exported. The linker for 32-bit macOS can do with neither: exceptions unwind nothing there,
+# and the list of exports hides the names.
+set(zel_unwinding -fasynchronous-unwind-tables)
+set(zel_visibility -fvisibility=hidden)
+if(ZEL_MACOS_ARCH STREQUAL "i386")
+  set(zel_unwinding -fno-asynchronous-unwind-tables)
+  set(zel_visibility -fvisibility=default)
+endif()
+
 # Every source of the project.
 add_library(zel_common INTERFACE)
 target_include_directories(zel_common INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(zel_common INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fasynchronous-unwind-tables
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror ${zel_unwinding}
   # The same sources make the same files, wherever they stand.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 
-# Product code: nothing of the C++ runtime library, and no name visible that isn't exported. Native
-# exceptions pass through it, so it keeps its unwind tables.
+# Product code: nothing of the C++ runtime library.
 add_library(zel_product INTERFACE)
 target_link_libraries(zel_product INTERFACE zel_common)
 target_compile_options(zel_product INTERFACE
-  -fvisibility=hidden
+  ${zel_visibility}
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>)

@@ -30,10 +30,17 @@ struct NSRange {
 
 // What a native value that holds such a structure answers to objCType.
 inline constexpr bool kNarrowGeometry = sizeof(CGFloat) == 4;
+#if defined(__APPLE__) && defined(__LP64__)
+// Foundation's structures are Core Graphics' there.
+inline constexpr const char* kPointEncoding = "{CGPoint=dd}";
+inline constexpr const char* kSizeEncoding = "{CGSize=dd}";
+inline constexpr const char* kRectEncoding = "{CGRect={CGPoint=dd}{CGSize=dd}}";
+#else
 inline constexpr const char* kPointEncoding = kNarrowGeometry ? "{_NSPoint=ff}" : "{_NSPoint=dd}";
 inline constexpr const char* kSizeEncoding = kNarrowGeometry ? "{_NSSize=ff}" : "{_NSSize=dd}";
 inline constexpr const char* kRectEncoding =
     kNarrowGeometry ? "{_NSRect={_NSPoint=ff}{_NSSize=ff}}" : "{_NSRect={_NSPoint=dd}{_NSSize=dd}}";
+#endif
 inline constexpr const char* kRangeEncoding = kNarrowGeometry ? "{_NSRange=II}" : "{_NSRange=QQ}";
 
 }  // namespace zel

@@ -65,6 +65,7 @@ int runHost(const Options& options, const std::string* file) {
   for (const std::string& plugin : options.plugins)
     libraries.push_back(std::make_unique<testkit::PluginLibrary>(plugin));
   testkit::HostOptions hostOptions;
+  if (!libraries.empty()) hostOptions.border = libraries.front()->border();
   hostOptions.keepSequence = false;
   if (options.hostVersion) hostOptions.version = options.hostVersion;
   testkit::Host host(hostOptions);
@@ -126,6 +127,11 @@ int run(int argc, char** argv) {
   }
   if (options->macos && sizeof(void*) != 4)
     return refuse("--macos needs a 32-bit process, and this hostrun is a 64-bit one.");
+  for (const std::string& plugin : options->plugins) {
+    if (testkit::isBundle(plugin) != options->macos)
+      return refuse(plugin +
+                    (options->macos ? " is no macOS bundle." : " is a macOS bundle: add --macos."));
+  }
   if (options->programs.empty()) {
     if (isatty(STDIN_FILENO) == 0)
       return refuse("the program is missing. Name one, or \"-\" for the standard input.");

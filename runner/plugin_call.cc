@@ -83,7 +83,10 @@ Value PluginCall::run(Machine& machine, const Value& self, const Value* argument
     }
   }
   Slot returned{};
-  ffi_call(const_cast<ffi_cif*>(&cif_), function_, &returned, passing.addresses.data());
+  // Nothing here has a destructor: native exceptions may pass.
+  state.options.border.in([this, &returned, &passing] {
+    ffi_call(const_cast<ffi_cif*>(&cif_), function_, &returned, passing.addresses.data());
+  });
   Value result =
       result_ == nullptr ? Value() : machine.host().valueOf(result_->unpack(state, returned));
   machine.countCall();

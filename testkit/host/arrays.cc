@@ -132,12 +132,12 @@ zel::REALobject readObjectArray(State& state, zel::REALobjectArray array, std::i
 
 void* arrayInsertProcedure(State& state, zel::REALarray array) {
   const auto* const found = state.ledger.find<HostArray>(array, "RuntimeArrayDirectGetInsertProc");
-  return found == nullptr ? nullptr : found->elementType().insert;
+  return found == nullptr ? nullptr : outward(state, found->elementType().insert);
 }
 
 void* arrayReadProcedure(State& state, zel::REALarray array) {
   const auto* const found = state.ledger.find<HostArray>(array, "RuntimeArrayDirectGetGetProc");
-  return found == nullptr ? nullptr : found->elementType().read;
+  return found == nullptr ? nullptr : outward(state, found->elementType().read);
 }
 
 }  // namespace testkit::host

@@ -162,7 +162,7 @@ void* loadGlobalMethod(State& state, zel::REALobject object, const char* declara
     return sameSignature(method.declaration, *wanted);
   });
   if (found == methods.end() || !state.control.lookUp(found->row.name)) return nullptr;
-  return found->row.function;
+  return outward(state, found->row.function);
 }
 
 }  // namespace

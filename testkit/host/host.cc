@@ -33,7 +33,7 @@ void* resolve(const char* name) {
   const std::string_view asked = name;
   if (!state.control.lookUp(asked)) return nullptr;
   if (asked == "REALGetRBVersion" && !state.options.version) return nullptr;
-  return findEntryPoint(asked);
+  return outward(state, findEntryPoint(asked));
 }
 
 std::shared_ptr<HostClass> classNamed(const State& state, const std::string& name) {
@@ -83,7 +83,9 @@ Host::~Host() { current = nullptr; }
 
 zel::Resolver Host::resolver() { return resolve; }
 
-void Host::load(PluginMain pluginMain) { pluginMain(resolver()); }
+void Host::load(PluginMain pluginMain) {
+  state_->options.border.in([pluginMain] { pluginMain(resolver()); });
+}
 
 std::optional<std::int32_t> Host::announcedVersion() const { return state_->announcedVersion; }
 

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "plugin/handles.h"
+#include "testkit/host/border.h"
 #include "testkit/host/declaration.h"
 #include "testkit/host/value.h"
 
@@ -47,6 +48,8 @@ struct HostOptions {
   bool arraysWithStorage = true;
   /// Whether sequence() is kept; benchmarks do without.
   bool keepSequence = true;
+  /// To the plugins that will be loaded.
+  Border border = {};
 };
 
 /// One method record of a registered class.

@@ -136,7 +136,9 @@ Value Invocation::run(PluginFunction function, const Type* result) {
   std::vector<void*> addresses;
   for (Slot& slot : slots_) addresses.push_back(&slot);
   Slot returned{};
-  ffi_call(&cif, function, &returned, addresses.data());
+  void** const arguments = addresses.data();
+  state_.options.border.in(
+      [&cif, function, &returned, arguments] { ffi_call(&cif, function, &returned, arguments); });
   return rules == nullptr ? Value() : rules->unpack(state_, returned);
 }
 

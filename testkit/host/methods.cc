@@ -160,7 +160,7 @@ void* loadObjectMethod(State& state, zel::REALobject object, const char* declara
   const PluginFunction found = findFunction(instance->hostClass(), *wanted);
   const std::string_view name = nameOfMethod(found);
   if (!name.empty() && !state.control.lookUp(name)) return nullptr;
-  return reinterpret_cast<void*>(found);
+  return outward(state, reinterpret_cast<void*>(found));
 }
 
 }  // namespace testkit::host

@@ -14,14 +14,15 @@ constexpr std::byte kHeader{0xA5};
 
 using Hook = void (*)(zel::REALobject);
 
-void runHook(PluginFunction hook, zel::REALobject object) {
-  if (hook != nullptr) reinterpret_cast<Hook>(hook)(object);
+void runHook(const State& state, PluginFunction hook, zel::REALobject object) {
+  if (hook == nullptr) return;
+  state.options.border.in([hook, object] { reinterpret_cast<Hook>(hook)(object); });
 }
 
-void runConstructors(const HostClass* objectClass, zel::REALobject object) {
+void runConstructors(const State& state, const HostClass* objectClass, zel::REALobject object) {
   if (objectClass == nullptr) return;
-  runConstructors(objectClass->super.get(), object);
-  runHook(objectClass->description.constructor, object);
+  runConstructors(state, objectClass->super.get(), object);
+  runHook(state, objectClass->description.constructor, object);
 }
 
 std::size_t dataSize(const HostClass* objectClass) {
@@ -73,7 +74,7 @@ std::string HostObject::describe() const { return "object of " + class_->descrip
 
 void HostObject::die(State& state) {
   for (const HostClass* c = class_.get(); c != nullptr; c = c->super.get())
-    runHook(c->description.destructor, object());
+    runHook(state, c->description.destructor, object());
   for (const Slot& property : std::exchange(properties_, {}))
     state.ledger.drop(state, referenceIn(property.value));
 }
@@ -97,7 +98,7 @@ PropertyValue* HostObject::property(std::string_view name) {
 
 HostObject& enter(State& state, std::unique_ptr<HostObject> object) {
   HostObject& entered = state.ledger.add(std::move(object));
-  runConstructors(&entered.hostClass(), entered.object());
+  runConstructors(state, &entered.hostClass(), entered.object());
   return entered;
 }
 

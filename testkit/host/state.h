@@ -35,6 +35,11 @@ T& thingOf(const State& state, const ObjectRef& object) {
   return *found;
 }
 
+/// What a plugin is given in place of the function; null for null.
+inline void* outward(const State& state, void* function) {
+  return function == nullptr ? nullptr : state.options.border.outward(function);
+}
+
 /// The state of the current host. Without one, prints who asked and aborts.
 State& currentState(std::string_view who);
 

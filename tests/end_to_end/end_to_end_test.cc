@@ -1,5 +1,7 @@
 #include "tests/end_to_end/end_to_end_test.h"
 
+#include <cstdlib>
+
 #include "testkit/siblings/runtime.h"
 
 namespace tests {
@@ -16,6 +18,11 @@ zel::CFMutableDictionaryRef sharedInstances() {
 
 }  // namespace
 
+std::string productFile() {
+  const char* const other = std::getenv("ZEL_PLUGIN");
+  return other == nullptr ? ZEL_PLUGIN : other;
+}
+
 EndToEndTest::EndToEndTest() { openPool(); }
 
 EndToEndTest::~EndToEndTest() { zel::send<void, "drain">(pool_); }
@@ -30,8 +37,10 @@ void EndToEndTest::drainPool() {
 }
 
 void EndToEndTest::startHost(const HostOptions& options) {
-  library = std::make_unique<testkit::PluginLibrary>(ZEL_PLUGIN);
-  host = std::make_unique<Host>(options);
+  library = std::make_unique<testkit::PluginLibrary>(productFile());
+  HostOptions fitting = options;
+  fitting.border = library->border();
+  host = std::make_unique<Host>(fitting);
   host->onFailure(fail);
   host->load(library->main());
 }

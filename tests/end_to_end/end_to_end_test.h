@@ -23,6 +23,10 @@ using testkit::Text;
 using testkit::Value;
 using Values = std::vector<Value>;
 
+/// The plugin under test: the file that ZEL_PLUGIN names in the environment, else the one that was
+/// built with the tests.
+std::string productFile();
+
 inline const char* const kClass = "NSUserDefaultsZEL";
 
 /// Loads the built plugin anew for every test, in a host of the version that the test asks for and

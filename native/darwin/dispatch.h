@@ -1,0 +1,85 @@
+// How a message reaches its method on macOS: the messenger calls it. Which messenger depends on
+// where the processor's calling convention returns the result.
+#pragma once
+
+#include <cstddef>
+#include <type_traits>
+
+namespace zel {
+
+struct Object;
+struct Class;
+struct Selector;
+using SEL = const Selector*;
+
+/// Foundation's boolean, one byte, passed on unchanged and never normalised.
+#if defined(__arm64__)
+using BOOL = bool;
+#else
+using BOOL = signed char;
+#endif
+
+extern "C" {
+/// The registered selector of that name. @param name NUL-terminated, never null.
+SEL sel_registerName(const char* name);
+/// The class of that name, not owned, or null.
+Class* objc_lookUpClass(const char* name);
+/// The super class, not owned, or null for a class without one.
+Class* class_getSuperclass(Class* subclass);
+/// The name of the object's class; of a class, its own name. Not owned. @param object not nil.
+const char* object_getClassName(void* object);
+
+// The messengers. They are called as the method itself, never through this type.
+using Messenger = void();
+/// For every result that the others don't serve.
+Messenger objc_msgSend;
+#if !defined(__arm64__)
+/// For structures that are written through an address that the caller passes.
+Messenger objc_msgSend_stret;
+#endif
+#if defined(__i386__)
+/// For floating-point results, which come back on a stack of their own.
+Messenger objc_msgSend_fpret;
+#endif
+}
+
+inline Class* lookUpClass(const char* name) { return objc_lookUpClass(name); }
+
+// Which messenger sends for a method that returns a number with a fraction, or a structure of so
+// many bytes.
+#if defined(__i386__)
+constexpr Messenger* fractionMessenger() { return objc_msgSend_fpret; }
+constexpr Messenger* structureMessenger(std::size_t size) {
+  return size == 1 || size == 2 || size == 4 || size == 8 ? objc_msgSend : objc_msgSend_stret;
+}
+#elif defined(__x86_64__)
+constexpr Messenger* fractionMessenger() { return objc_msgSend; }
+constexpr Messenger* structureMessenger(std::size_t size) {
+  return size <= 16 ? objc_msgSend : objc_msgSend_stret;
+}
+#else
+constexpr Messenger* fractionMessenger() { return objc_msgSend; }
+constexpr Messenger* structureMessenger(std::size_t /*size*/) { return objc_msgSend; }
+#endif
+
+/// The messenger for methods with a result of this type.
+template <class R>
+constexpr Messenger* messenger() {
+  static_assert(!std::is_same_v<R, long double>, "no method that is called here returns one");
+  if constexpr (std::is_class_v<R>) {
+    static_assert(std::is_trivially_copyable_v<R>, "it doesn't come back as a C structure does");
+    return structureMessenger(sizeof(R));
+  } else {
+    return std::is_floating_point_v<R> ? fractionMessenger() : objc_msgSend;
+  }
+}
+
+/// Calls the receiver's method. @param receiver not nil.
+template <class R, class Receiver, class... Arguments>
+inline R dispatch(Receiver* receiver, SEL selector, Arguments... arguments) {
+  void* const self = const_cast<void*>(static_cast<const void*>(receiver));
+  using Method = R (*)(void*, SEL, Arguments...);
+  return reinterpret_cast<Method>(messenger<R>())(self, selector, arguments...);
+}
+
+}  // namespace zel

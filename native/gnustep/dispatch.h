@@ -1,0 +1,39 @@
+// How a message reaches its method in the GNU runtime: a look-up and a call. The portable test
+// build's Foundation double answers the same functions.
+#pragma once
+
+namespace zel {
+
+struct Object;
+struct Class;
+struct Selector;
+using SEL = const Selector*;
+
+/// Foundation's boolean, one byte, passed on unchanged and never normalised.
+using BOOL = unsigned char;
+
+extern "C" {
+/// The registered selector of that name. @param name NUL-terminated, never null.
+SEL sel_registerName(const char* name);
+/// The method that the receiver answers this message with; never null. May raise.
+void (*objc_msg_lookup(void* receiver, SEL selector))();
+/// The class of that name, not owned, or null.
+Class* objc_lookUpClass(const char* name);
+/// The super class, not owned, or null for a class without one.
+Class* class_getSuperclass(Class* subclass);
+/// The name of the object's class; of a class, its own name. Not owned. @param object not nil.
+const char* object_getClassName(void* object);
+}
+
+inline Class* lookUpClass(const char* name) { return objc_lookUpClass(name); }
+
+/// Calls the receiver's method. @param receiver not nil.
+template <class R, class Receiver, class... Arguments>
+inline R dispatch(Receiver* receiver, SEL selector, Arguments... arguments) {
+  void* const self = const_cast<void*>(static_cast<const void*>(receiver));
+  using Method = R (*)(void*, SEL, Arguments...);
+  const auto method = reinterpret_cast<Method>(objc_msg_lookup(self, selector));
+  return method(self, selector, arguments...);
+}
+
+}  // namespace zel

@@ -1,0 +1,13 @@
+// What a bundle's imports come to on this system.
+#pragma once
+
+#include <string_view>
+
+namespace testkit::macho {
+
+/// What stands for the symbol, ready to be called by a bundle: native exceptions reach it in its
+/// own way. Null for a symbol that isn't known here.
+/// @param symbol with its leading underscore.
+void* bindingOf(std::string_view symbol);
+
+}  // namespace testkit::macho

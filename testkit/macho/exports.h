@@ -1,0 +1,11 @@
+// The tree of names under which an image exports functions.
+#pragma once
+
+#include "testkit/macho/image.h"
+
+namespace testkit::macho {
+
+/// Adds the exports that the tree holds. Needs the image's segments.
+void readExports(Bytes tree, Image& image);
+
+}  // namespace testkit::macho

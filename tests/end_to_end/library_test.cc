@@ -1,0 +1,59 @@
+// The files that a plugin comes in.
+#include <dlfcn.h>
+
+#include "tests/end_to_end/end_to_end_test.h"
+
+namespace tests {
+namespace {
+
+using testkit::isBundle;
+using testkit::PluginLibrary;
+
+std::string refusalOf(const std::string& file) {
+  try {
+    const PluginLibrary library(file);
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "";
+}
+
+// The shared library that a function of this process belongs to, or "".
+std::string libraryOf(testkit::PluginMain function) {
+  Dl_info info{};
+  return dladdr(reinterpret_cast<void*>(function), &info) == 0 ? "" : info.dli_fname;
+}
+
+TEST(LibraryTest, TheFileUnderTestIsTheOneThatRuns) {
+  const PluginLibrary library(productFile());
+  EXPECT_EQ(libraryOf(library.main()), isBundle(productFile()) ? "" : productFile());
+}
+
+TEST(LibraryTest, AFileIsLoadedOnce) {
+  const PluginLibrary library(productFile());
+  EXPECT_EQ(refusalOf(productFile()), productFile() + " is loaded already");
+}
+
+TEST(LibraryTest, AFileThatIsGoneCanBeLoadedAgain) {
+  EXPECT_EQ(refusalOf(productFile()), "");
+  EXPECT_EQ(refusalOf(productFile()), "");
+}
+
+TEST(LibraryTest, OtherLibrariesAreRefused) {
+  EXPECT_EQ(refusalOf(ZEL_NO_PLUGIN),
+            std::string(ZEL_NO_PLUGIN) + " has no REALPluginMain: it is no plugin");
+}
+
+TEST(LibraryTest, AFileThatIsntThereIsRefused) {
+  EXPECT_NE(refusalOf("/nowhere/none.so"), "");
+  EXPECT_NE(refusalOf("/nowhere/none.bundle"), "");
+}
+
+TEST(LibraryTest, BundlesAreKnownByTheirNames) {
+  EXPECT_TRUE(isBundle("a/b.bundle"));
+  EXPECT_TRUE(isBundle("a/b.bundle/"));
+  EXPECT_FALSE(isBundle("a.bundle/b.so"));
+}
+
+}  // namespace
+}  // namespace tests

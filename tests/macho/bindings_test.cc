@@ -1,0 +1,31 @@
+#include "testkit/macho/bindings.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+#include "testkit/macho/passages.h"
+
+namespace tests {
+namespace {
+
+using testkit::macho::bindingOf;
+
+TEST(BindingsTest, ASymbolHasOneBinding) {
+  EXPECT_EQ(bindingOf("_free"), reinterpret_cast<void*>(std::free));
+  EXPECT_NE(bindingOf("_CFRelease"), nullptr);
+  EXPECT_EQ(bindingOf("_CFRelease"), bindingOf("_CFRelease"));
+  EXPECT_NE(bindingOf("_CFRelease"), bindingOf("_CFRetain"));
+}
+
+TEST(BindingsTest, OtherSymbolsHaveNone) {
+  for (const char* symbol : {"", "free", "_Free", "_printf", "_objc_msgSendSuper"})
+    EXPECT_EQ(bindingOf(symbol), nullptr) << symbol;
+}
+
+TEST(BindingsDeathTest, NothingIsBoundLate) {
+  const auto bind = reinterpret_cast<void (*)()>(bindingOf("dyld_stub_binder"));
+  EXPECT_DEATH(bind(), "asks for a symbol to be bound late");
+}
+
+}  // namespace
+}  // namespace tests

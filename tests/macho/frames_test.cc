@@ -1,0 +1,133 @@
+// Frames, and the ways in and out, without a bundle.
+#include "testkit/macho/frames.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+#include "native/exceptions.h"
+#include "testkit/macho/passages.h"
+
+namespace tests {
+namespace {
+
+using testkit::macho::enterBundle;
+using testkit::macho::ExceptionFrame;
+using testkit::macho::outward;
+using testkit::macho::outwardForStructure;
+
+zel::id object() {
+  static const zel::id object = zel::send<zel::id, "new">(zel::classNamed<"NSObject">());
+  return object;
+}
+
+template <class Function>
+Function* outside(Function* function) {
+  return reinterpret_cast<Function*>(outward(reinterpret_cast<void*>(function)));
+}
+
+void raise() { zel::objc_exception_throw(object()); }
+
+TEST(FramesTest, AThrowGoesToTheBorder) {
+  const zel::id left = zel::catching(
+      [] { enterBundle([](void*) { testkit::macho::throwToFrame(object()); }, nullptr); });
+  EXPECT_EQ(left, object());
+}
+
+TEST(FramesTest, TheInnermostFrameIsMeant) {
+  ExceptionFrame outer;
+  ExceptionFrame inner;
+  testkit::macho::tryEnter(&outer);
+  testkit::macho::tryEnter(&inner);
+  EXPECT_EQ(inner.outer, &outer);
+  testkit::macho::tryExit(&inner);
+  testkit::macho::tryEnter(&inner);
+  EXPECT_EQ(inner.outer, &outer);
+  EXPECT_EQ(testkit::macho::extractThrown(&inner), nullptr);
+  testkit::macho::tryExit(&inner);
+  testkit::macho::tryExit(&outer);
+}
+
+TEST(FramesTest, AnExceptionOfThisSystemGoesToTheBorderToo) {
+  static int wentOn;
+  wentOn = 0;
+  const zel::id left = zel::catching([] {
+    enterBundle(
+        [](void*) {
+          outside(raise)();
+          ++wentOn;
+        },
+        nullptr);
+  });
+  EXPECT_EQ(left, object());
+  EXPECT_EQ(wentOn, 0);
+}
+
+TEST(FramesTest, TheBorderIsLeftHoweverItIsLeft) {
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_THROW(enterBundle([](void*) { throw std::logic_error("of another kind"); }, nullptr),
+                 std::logic_error);
+  }
+  ExceptionFrame frame;
+  testkit::macho::tryEnter(&frame);
+  EXPECT_EQ(frame.outer, nullptr);
+  testkit::macho::tryExit(&frame);
+}
+
+TEST(FramesDeathTest, WhatNobodyTakesEndsTheProgram) {
+  EXPECT_DEATH(testkit::macho::throwToFrame(object()),
+               "nobody takes the native exception of class NSObject");
+}
+
+// --- the ways out
+
+std::int64_t mix(std::int8_t a, double b, std::int64_t c, float d) {
+  return a * 1000000 + static_cast<std::int64_t>(b) * 10000 + c * 100 + static_cast<int>(d);
+}
+double half(std::int32_t number) { return number / 2.0; }
+float third(float number) { return number / 3; }
+
+TEST(PassagesTest, ArgumentsAndResultsOfEveryKindPass) {
+  EXPECT_EQ(outside(mix)(-7, 8.5, 5000000000, 4.5F), 499993080004);
+  EXPECT_EQ(outside(half)(7), 3.5);
+  EXPECT_EQ(outside(third)(1.5F), 0.5F);
+}
+
+TEST(PassagesTest, NothingIsLeftOnTheFloatingPointStack) {
+  double sum = 0;
+  for (int i = 0; i < 100; ++i) sum += outside(half)(i);
+  EXPECT_EQ(sum, 2475.0);
+}
+
+struct Large {
+  std::int32_t numbers[6];
+};
+void fill(Large* result, std::int32_t first) {
+  for (std::int32_t& number : result->numbers) number = first++;
+}
+
+TEST(PassagesTest, StructuresComeWhereTheyAreWanted) {
+  const auto make =
+      reinterpret_cast<Large (*)(std::int32_t)>(outwardForStructure(reinterpret_cast<void*>(fill)));
+  for (int round = 0; round < 3; ++round) {
+    const Large large = make(round);
+    EXPECT_EQ(large.numbers[0], round);
+    EXPECT_EQ(large.numbers[5], round + 5);
+  }
+}
+
+std::uintptr_t stackAlignment() {
+  return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) % 16;
+}
+
+TEST(PassagesTest, TheStackStaysAligned) {
+  EXPECT_EQ(stackAlignment(), 8U);
+  EXPECT_EQ(outside(stackAlignment)(), 8U);
+}
+
+TEST(PassagesTest, OneFunctionHasOneWayOut) {
+  EXPECT_EQ(outside(half), outside(half));
+  EXPECT_NE(reinterpret_cast<void*>(outside(half)), reinterpret_cast<void*>(outside(third)));
+}
+
+}  // namespace
+}  // namespace tests

@@ -25,6 +25,10 @@ endforeach()
 # None of the build machine's C library is visible, and of the C++ library only the headers that
 # stand without one. features.h is what they ask of the C library.
 file(GLOB cxx_configuration /usr/include/*/c++/12)
+if(NOT cxx_configuration)
+  message(FATAL_ERROR "The headers of libstdc++ 12 are missing: install libstdc++-12-dev.")
+endif()
+list(GET cxx_configuration 0 cxx_configuration)
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH project)
 set(freestanding "-ffreestanding -nostdlibinc -isystem ${project}/native/darwin/include")
 string(APPEND freestanding " -fno-ident -fno-common -fno-stack-protector")

@@ -144,7 +144,8 @@ template <class Kind>
 Kind& bodyOf(const void* object, const char* wanted) {
   const Instance* const found = Accounts::shared().find(object);
   Kind* const body = found == nullptr ? nullptr : dynamic_cast<Kind*>(found->body.get());
-  if (body == nullptr) misuseWithoutAnswer(std::string("not a live ") + wanted);
+  // Appended, not added up: optimised, the sum makes g++ warn of what isn't there.
+  if (body == nullptr) misuseWithoutAnswer(std::string("not a live ").append(wanted));
   return *body;
 }
 

@@ -22,12 +22,10 @@ std::string contents(const fs::path& path) {
 class BuildTest : public testing::Test {
  protected:
   BuildTest() {
-    const fs::path project = ZEL_PROJECT;
-    for (const char* part : {"plugin", "bridge", "defaults", "native", "cmake"}) {
-      fs::copy(project / part, folder_ / part, fs::copy_options::recursive);
-    }
-    for (const char* file : {"CMakeLists.txt", "CMakePresets.json"}) {
-      fs::copy(project / file, folder_ / file);
+    for (const fs::directory_entry& part : fs::directory_iterator(ZEL_PROJECT)) {
+      const fs::path name = part.path().filename();
+      if (name == "build" || name == ".git") continue;
+      fs::copy(part.path(), folder_ / name, fs::copy_options::recursive);
     }
   }
   ~BuildTest() override { fs::remove_all(folder_); }

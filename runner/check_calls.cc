@@ -144,8 +144,8 @@ void Checker::failToFindMember(const Member& member, const Type& type) {
   if (type == kVariant)
     message += " A Variant is first put into a variable of the type that it holds.";
   const std::string suggestion = nearest(member.name, names);
-  const Candidates suggested = isClass ? library_.sharedMethods(type.className, suggestion)
-                                       : methodsOf(type, suggestion);
+  const Candidates suggested =
+      isClass ? library_.sharedMethods(type.className, suggestion) : methodsOf(type, suggestion);
   throw Problem{member.namePlace, message, textsOf(suggested), suggestion};
 }
 
@@ -292,18 +292,25 @@ Typed Checker::makeCall(Match match, ValueCode self, const Place& place) {
   if (callable.method != nullptr)
     return {type, userCall(callable, std::move(match.arguments)), place, std::nullopt};
   std::vector<ValueCode> arguments;
-  for (Typed& argument : match.arguments) arguments.push_back(std::move(argument.code));
+  ReadyTexts ready;
+  for (Typed& argument : match.arguments) {
+    const bool known = argument.type == kString && argument.constant;
+    const std::string text = known ? textOf(*argument.constant) : std::string();
+    ready.push_back(text.empty() ? nullptr : std::make_unique<ReadyText>(text));
+    arguments.push_back(std::move(argument.code));
+  }
   const std::string name = callable.declaration.name;
   if (callable.plugin != nullptr)
-    return {type,
-            valueCode([call = callable.plugin.get(), self = std::move(self),
-                       arguments = std::move(arguments), name](Frame& frame) {
-              const Value object = selfOf(frame, self, name, true);
-              return withArguments(frame, arguments, [&](const Value* values) {
-                return call->run(frame.machine, object, values);
-              });
-            }),
-            place, std::nullopt};
+    return {
+        type,
+        valueCode([call = callable.plugin.get(), self = std::move(self),
+                   arguments = std::move(arguments), ready = std::move(ready), name](Frame& frame) {
+          const Value object = selfOf(frame, self, name, true);
+          return withArguments(frame, arguments, [&](const Value* values) {
+            return call->run(frame.machine, object, values, ready);
+          });
+        }),
+        place, std::nullopt};
   return {type,
           valueCode([native = callable.native, self = std::move(self),
                      arguments = std::move(arguments), name, onNil = callable.onNil](Frame& frame) {

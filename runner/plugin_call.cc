@@ -44,6 +44,18 @@ struct PluginCall::Passing {
   std::size_t ownedCount = 0;
 };
 
+ReadyText::~ReadyText() {
+  if (handle_ != nullptr) host_->unlock(handle_);
+}
+
+zel::REALstring ReadyText::handle(Machine& machine) {
+  if (handle_ == nullptr) {
+    host_ = &machine.host();
+    handle_ = host_->string(text_);
+  }
+  return handle_;
+}
+
 PluginCall::PluginCall(testkit::PluginFunction function, const testkit::Declaration& declaration,
                        bool ofInstance)
     : function_(function), ofInstance_(ofInstance) {
@@ -61,7 +73,8 @@ PluginCall::PluginCall(testkit::PluginFunction function, const testkit::Declarat
     throw std::logic_error("libffi refuses the call of " + declaration.name);
 }
 
-Value PluginCall::run(Machine& machine, const Value& self, const Value* arguments) const {
+Value PluginCall::run(Machine& machine, const Value& self, const Value* arguments,
+                      const ReadyTexts& ready) const {
   testkit::host::State& state = machine.state();
   Passing passing(state);
   Slot slot{};
@@ -71,16 +84,18 @@ Value PluginCall::run(Machine& machine, const Value& self, const Value* argument
   }
   for (std::size_t i = 0; i < parameters_.size(); ++i) {
     const Parameter& parameter = parameters_[i];
+    if (ready[i] != nullptr) {
+      slot.handle = ready[i]->handle(machine);
+      passing.add(slot);
+      continue;
+    }
     if (parameter.variant) {
       slot.handle = testkit::host::box(state, arguments[i]);
     } else {
       slot = parameter.rules->pack(state, arguments[i]);
     }
-    if (parameter.rules->passing == &ffi_type_pointer) {
-      passing.addOwned(slot);
-    } else {
-      passing.add(slot);
-    }
+    const bool owned = parameter.rules->passing == &ffi_type_pointer;
+    owned ? passing.addOwned(slot) : passing.add(slot);
   }
   Slot returned{};
   // Nothing here has a destructor: native exceptions may pass.

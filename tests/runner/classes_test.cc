@@ -169,7 +169,8 @@ TEST_F(ClassesTest, MistakesAreHeldAgainstTheDeclaration) {
       {"SampleZEL.number",
        "1:11+6 SampleZEL has no shared method \"number\". It is a method of "
        "objects of the class."},
-      {"SampleZEL.versoin", "1:11+7 SampleZEL has no shared method \"versoin\". {version}"},
+      {"SampleZEL.versoin",
+       "1:11+7 SampleZEL has no shared method \"versoin\". [version as string] {version}"},
       {"Dim s As New SampleZEL(\"x\")",
        "1:14+9 There is no \"SampleZEL\" that takes (String). [Constructor] "
        "[Constructor(value as integer)]"},

@@ -176,7 +176,7 @@ ValueCode Checker::caseCode(const CaseLabel& label, const KnownVariable& subject
 
 // --- leaving
 
-Action Checker::check(const Return& what, const Place& place) {
+Action Checker::check(const Return& what, const Place& /*place*/) {
   const Type result = method_ == nullptr ? kNothing : method_->result;
   if (what.value == nullptr) return action([](Frame&) { return Flow::leave; });
   if (result.kind == Kind::nothing)
@@ -184,7 +184,6 @@ Action Checker::check(const Return& what, const Place& place) {
         what.value->place,
         method_ == nullptr ? "The program itself returns no value." : "A Sub returns no value.",
         method_ == nullptr ? std::vector<std::string>{} : std::vector{method_->text}, ""};
-  (void)place;
   Typed value = convert(expression(*what.value), result);
   return action([code = std::move(value.code)](Frame& frame) {
     frame.result = code->run(frame);

@@ -46,7 +46,7 @@ Value wholeNumber(std::uint64_t number) {
 
 class Lexer {
  public:
-  explicit Lexer(const Source& source) : source_(source), text_(source.text()) {}
+  explicit Lexer(const Source& source) : text_(source.text()) {}
 
   std::vector<Token> run() {
     refuseBrokenText();
@@ -222,7 +222,6 @@ class Lexer {
     tokens_.push_back({kind, {begin, at_}, std::move(text), std::move(value)});
   }
 
-  const Source& source_;
   std::string_view text_;
   std::size_t at_ = 0;
   std::vector<Token> tokens_;

@@ -6,8 +6,8 @@ import re
 from pygments.lexer import RegexLexer, words
 from pygments.token import Comment, Keyword, Name, Number, Operator, String, Text
 
-# The pages in the order in which the site lists them. One that isn't there yet is left out; a page
-# that isn't named here stops the making of the site.
+# The pages in the order in which the site lists them, before any others. One that isn't there is left
+# out.
 PAGES = ["reference", "values", "language", "companion", "macos", "architecture"]
 
 IMPORTED_STYLE = re.compile(r"@import url\(/(javascript/[\w./-]+\.css)\);")
@@ -63,7 +63,8 @@ class XojoLexer(RegexLexer):
 def list_pages(app, page, source):
     """Ends the first page with the list that the site's sidebar shows."""
     if page == "index":
-        found = [name for name in PAGES if name in app.env.found_docs]
+        others = sorted(app.env.found_docs - {"index", *PAGES})
+        found = [name for name in [*PAGES, *others] if name in app.env.found_docs]
         listing = "\n".join(["```{toctree}", ":hidden:", "", *found, "```"])
         source[0] += f"\n{listing}\n"
 
@@ -88,7 +89,8 @@ def imported_style(match):
 
 
 def setup(app):
-    app.add_lexer("xojo", XojoLexer)
+    for language in ("xojo", "declaration"):
+        app.add_lexer(language, XojoLexer)
     app.connect("source-read", list_pages)
     app.connect("missing-reference", name_project_file)
     app.connect("build-finished", keep_styles_together)

@@ -1,6 +1,7 @@
 // The pages of the documentation, as Markdown text: their sections and the examples in them.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,14 +28,14 @@ struct Example {
   std::string page;  // its file's name
   int line;
   std::string program;
-  std::string output;
+  std::optional<std::string> output;  // none: the page doesn't say
 };
 
 /// Throws std::runtime_error when the file can't be read, or a fence isn't closed.
 std::vector<Section> sectionsOf(const std::string& file);
 
-/// The programs of a page: blocks of the language "xojo", each with the "text" block below it.
-/// Throws std::runtime_error for a program without one.
+/// The programs of a page: blocks of the language "xojo", each with the "text" block that is next.
+/// Throws like sectionsOf.
 std::vector<Example> examplesIn(const std::string& file);
 
 /// README.md and every page of docs/, by path.

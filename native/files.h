@@ -58,7 +58,7 @@ extern "C" {
 /// @param info   the fields that `which` asks for.
 /// @param name   its Unicode name.
 /// @param spec   its old-style specification.
-/// @param parent its folder; all zeros for a volume's root.
+/// @param parent its folder; nothing to rely on for a volume's root, which is in none.
 /// @returns noErr; an error when the item doesn't exist (any more) or can't be expressed so.
 OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap which, FSCatalogInfo* info,
                        HFSUniStr255* name, FSSpec* spec, FSRef* parent);

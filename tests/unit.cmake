@@ -2,6 +2,7 @@
 zel_add_tests(unit_tests
   SOURCES
     support/fresh_plugin.cc
+    support/intercept.cc
     support/plugin_test.cc
     plugin/host_test.cc
     plugin/main_test.cc
@@ -14,6 +15,7 @@ zel_add_tests(unit_tests
     bridge/dates_test.cc
     bridge/files_test.cc
     bridge/dictionaries_test.cc
+    bridge/native_classes_test.cc
     bridge/native_to_variant_test.cc
     bridge/variant_to_native_test.cc
     bridge/objects_to_native_test.cc
@@ -21,5 +23,10 @@ zel_add_tests(unit_tests
     defaults/scalars_test.cc
     defaults/objects_test.cc
     defaults/domains_test.cc
+    defaults/lists_test.cc
+    defaults/empty_host_test.cc
+    defaults/fault_calls.cc
+    defaults/fault_rows.cc
+    defaults/object_fault_calls.cc
     defaults/faults_test.cc
   LIBRARIES plugin_objects reference_host siblings foundation_double)

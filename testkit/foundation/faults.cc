@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "testkit/foundation/accounts.h"
 #include "testkit/foundation/exceptions.h"
 #include "testkit/foundation/runtime.h"
 
@@ -18,6 +19,11 @@ bool countsReferences(zel::SEL selector) {
     if (selector->name == name) return true;
   }
   return false;
+}
+
+bool initialises(zel::SEL selector) {
+  const std::string& name = selector->name;
+  return name == "init" || name.starts_with("initWith");
 }
 
 [[noreturn]] void raiseDefault() { raise("TestException", "told to fail"); }
@@ -80,7 +86,7 @@ void Faults::onFailure(std::function<void(const std::string&)> handler) {
   handler_ = std::move(handler);
 }
 
-void Faults::countMessage(zel::SEL selector) {
+void Faults::countMessage(Instance& receiver, zel::SEL selector) {
   if (messagesUntilThrow_ == 0) return;
   if (messagesUntilThrow_ > 1) {
     messagesUntilThrow_--;
@@ -88,6 +94,7 @@ void Faults::countMessage(zel::SEL selector) {
   }
   if (countsReferences(selector)) return;
   messagesUntilThrow_ = 0;
+  if (initialises(selector)) Accounts::shared().release(receiver);
   if (exception_ == nullptr) raiseDefault();
   throw NativeException{exception_};
 }

@@ -12,6 +12,8 @@
 
 namespace testkit::objc {
 
+struct Instance;
+
 struct Records {
   std::vector<std::string> messages;
   std::vector<std::string> calls;
@@ -40,7 +42,7 @@ class Faults {
   void onFailure(std::function<void(const std::string&)> handler);
 
   /// Counts a message; raises when it is its turn.
-  void countMessage(zel::SEL selector);
+  void countMessage(Instance& receiver, zel::SEL selector);
   /// Records and counts a call; raises when it is its turn. False: the call is to fail.
   [[nodiscard]] bool countCall(const char* function);
   /// Tells the failure handler.

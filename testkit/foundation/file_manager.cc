@@ -96,7 +96,9 @@ OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap which, FSCatalogInf
   }
   give(*node, which, info);
   if (name != nullptr) *name = nameOf(*node);
-  if (parent != nullptr) *parent = refTo(node->kind == FileKind::kVolume ? nullptr : node->parent);
+  // A volume's root is in no folder, and what the record then holds is nothing to rely on: here,
+  // for a volume but the first one, the folder that shows it.
+  if (parent != nullptr) *parent = refTo(node->parent);
   return noErr;
 }
 

@@ -71,7 +71,8 @@ class Foundation {
 
   /// Makes the n-th message from now raise instead of reaching its method; 1 is the next one and 0
   /// takes the fault back. retain, release and autorelease count but can't raise, as in a real
-  /// runtime: a fault that is due at one of them goes off at the next message that can.
+  /// runtime: a fault that is due at one of them goes off at the next message that can. An
+  /// initialiser that raises gives up its object, as one that answers nil does.
   /// @param exception not owned; null: an NSException "TestException", "told to fail".
   void throwAtMessage(long n, zel::id exception = nullptr);
   /// Makes the n-th call of that function raise an NSException "TestException", "told to fail".

@@ -164,7 +164,7 @@ const char* object_getClassName(void* object) {
 }
 
 void (*objc_msg_lookup(void* receiver, SEL selector))() {
-  const Instance* const object = Accounts::shared().find(receiver);
+  Instance* const object = Accounts::shared().find(receiver);
   if (object == nullptr) {
     return testkit::objc::reportDeadReceiver(selector->name + " sent to what is no object");
   }
@@ -174,7 +174,7 @@ void (*objc_msg_lookup(void* receiver, SEL selector))() {
   if (!object->isa->defined) {
     return testkit::objc::reportDeadReceiver(message + " sent to a class that is gone");
   }
-  Faults::shared().countMessage(selector);
+  Faults::shared().countMessage(*object, selector);
   const auto method = findMethod(*object, selector);
   if (method == nullptr) testkit::objc::raiseUnrecognized(*object, selector);
   return method;

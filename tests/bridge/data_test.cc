@@ -2,6 +2,8 @@
 #include "bridge/data.h"
 
 #include "native/exceptions.h"
+#include "plugin/host.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -70,6 +72,30 @@ TEST_F(DataTest, TheBlockIsGivenBackWhenAnExceptionPasses) {
   EXPECT_EQ(host->references(block.handle()), 1);
 }
 
+TEST_F(DataTest, ABlockWithoutBytesSendsNoMessage) {
+  const ObjectRef block = host->memoryBlock("");
+  foundation.clearRecords();
+  EXPECT_EQ(NewNSData(block.as<REALmemoryBlock>()), nullptr);
+  EXPECT_EQ(foundation.messages(), Lines{});
+}
+
+TEST_F(DataTest, TheCopyIsTheDatasOwn) {
+  const ObjectRef block = host->memoryBlock("ab");
+  const id data = NewNSData(block.as<REALmemoryBlock>());
+  *static_cast<char*>(REALMemoryBlockGetPtr(block.as<REALmemoryBlock>())) = 'z';
+  EXPECT_EQ(foundation.describe(data), "<6162>");
+}
+
+TEST_F(DataTest, AHostThatCannotLockIsStillAskedToUnlock) {
+  host->hide("REALLockObject");
+  const REALobject block = host->memoryBlock("x").release();
+  host->clearRecords();
+  EXPECT_EQ(foundation.describe(NewNSData(reinterpret_cast<REALmemoryBlock>(block))), "<78>");
+  EXPECT_EQ(host->sequence(),
+            (Lines{"memoryBlockGetSize", "memoryBlockGetPtr", "REALUnlockObject"}));
+  EXPECT_EQ(host->references(block), 0);
+}
+
 TEST_F(DataTest, DataBecomesABlock) {
   EXPECT_EQ(toHost(foundation.data("\x01\x02\xFF"s)), "MemoryBlock 0102ff");
   EXPECT_EQ(toHost(foundation.data("a\0b"s)), "MemoryBlock 610062");
@@ -80,6 +106,30 @@ TEST_F(DataTest, NothingBecomesNoBlock) {
   EXPECT_EQ(toHost(foundation.data("")), "nil");
   EXPECT_EQ(toHost(foundation.dataWithoutBytes(5)), "nil");
   EXPECT_EQ(host->calls("newMemoryBlock"), 0);
+}
+
+TEST_F(DataTest, BytesAreAskedForBeforeTheirNumber) {
+  const id data = foundation.data("ab");
+  foundation.clearRecords();
+  EXPECT_EQ(toHost(data), "MemoryBlock 6162");
+  EXPECT_EQ(foundation.messages(), (Lines{"-[NSData bytes]", "-[NSData length]"}));
+}
+
+TEST_F(DataTest, TheHostIsAskedForABlockOfThatSizeAndThenForItsBytes) {
+  static std::int32_t asked = 0;
+  intercept("newMemoryBlock", [](std::int32_t size) {
+    asked = size;
+    return callHost<REALmemoryBlock>("newMemoryBlock", size);
+  });
+  EXPECT_EQ(toHost(foundation.data("abc")), "MemoryBlock 616263");
+  EXPECT_EQ(asked, 3);
+  EXPECT_EQ(host->sequence().at(0), "newMemoryBlock");
+  EXPECT_EQ(host->sequence().at(1), "memoryBlockGetPtr");
+}
+
+TEST_F(DataTest, ManyBytesThatAreNowhereAreNoException) {
+  EXPECT_EQ(toHost(foundation.dataWithoutBytes(0x7FFFFFFF)), "nil");
+  EXPECT_EQ(host->takePending(), std::vector<Raised>{});
 }
 
 TEST_F(DataTest, TheLargestCountIsRefusedWithAnException) {
@@ -116,6 +166,15 @@ TEST_F(DataTest, ABlockWhoseBytesCannotBeFilledIsLeftAsItIs) {
   EXPECT_EQ(NSDataRB(foundation.data("abc")), nullptr);
   EXPECT_EQ(host->calls("REALUnlockObject"), 0);
   EXPECT_NE(host->unbalanced(), "");
+  EXPECT_EQ(host->takePending(), std::vector<Raised>{});
+  abandonHost();
+}
+
+TEST_F(DataTest, ABlockInAHostThatNamesNoBytesIsLeftAsItIs) {
+  host->hide("memoryBlockGetPtr");
+  EXPECT_EQ(NSDataRB(foundation.data("abc")), nullptr);
+  EXPECT_EQ(host->calls("newMemoryBlock"), 1);
+  EXPECT_EQ(host->unbalanced(), "object of MemoryBlock (#1): 1 reference\n");
   EXPECT_EQ(host->takePending(), std::vector<Raised>{});
   abandonHost();
 }

@@ -2,6 +2,8 @@
 #include "bridge/dates.h"
 
 #include "native/exceptions.h"
+#include "plugin/host.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -26,6 +28,48 @@ TEST_F(DatesTest, TheFieldsAreReadInOrder) {
   EXPECT_EQ(host->sequence(),
             (Lines{"REALGetPropValueInt", "REALGetPropValueInt", "REALGetPropValueInt",
                    "REALGetPropValueInt", "REALGetPropValueInt", "REALGetPropValueInt"}));
+}
+
+// The names that the host is asked for, and those that it is given with their values.
+Lines names;
+
+TEST_F(DatesTest, TheFieldsAreReadByTheseNames) {
+  names.clear();
+  intercept("REALGetPropValueInt",
+            [](REALobject object, const char* name, std::int32_t* value) -> REALboolean {
+              names.emplace_back(name);
+              return callHost<REALboolean>("REALGetPropValueInt", object, name, value);
+            });
+  EXPECT_EQ(toNative(host->date({2001, 1, 2, 3, 4, 5})), "date(97445)");
+  EXPECT_EQ(names, (Lines{"Year", "Month", "Day", "Hour", "Minute", "Second"}));
+}
+
+TEST_F(DatesTest, TheFieldsAreSetInThatOrderToo) {
+  names.clear();
+  intercept("REALSetPropValueInt", [](REALobject object, const char* name, std::int32_t value) {
+    names.push_back(name + (" " + std::to_string(value)));
+    callHost<void>("REALSetPropValueInt", object, name, value);
+  });
+  EXPECT_EQ(toHost(97445.5), "Date 2001-01-02 03:04:05");
+  EXPECT_EQ(names, (Lines{"Year 2001", "Month 1", "Day 2", "Hour 3", "Minute 4", "Second 5"}));
+}
+
+TEST_F(DatesTest, ACalendarDateIsMadeInTheLocalZone) {
+  const ObjectRef date = host->date({2001, 1, 2, 3, 4, 5});
+  foundation.clearRecords();
+  const id made = NewNSDate(date.as<REALdate>());
+  EXPECT_EQ(foundation.messages(),
+            (Lines{"+[NSTimeZone localTimeZone]",
+                   "+[NSCalendarDate dateWithYear:month:day:hour:minute:second:timeZone:]"}));
+  EXPECT_TRUE(isKindOf<"NSCalendarDate">(made));
+}
+
+TEST_F(DatesTest, AFieldThatCannotBeReadSendsNoMessage) {
+  host->answerNull("REALGetPropValueInt", 6);  // all but the seconds are read
+  const ObjectRef date = host->date({2001, 1, 2, 3, 4, 5});
+  foundation.clearRecords();
+  EXPECT_EQ(NewNSDate(date.as<REALdate>()), nullptr);
+  EXPECT_EQ(foundation.messages(), Lines{});
 }
 
 TEST_F(DatesTest, TheFieldsAreWallClockTimeInTheLocalZone) {
@@ -91,6 +135,11 @@ TEST_F(DatesTest, AHostThatMakesNoDatesGetsNothing) {
 TEST_F(DatesTest, AHostThatSetsNoPropertiesStillGetsADate) {
   host->hide("REALSetPropValueInt");
   EXPECT_EQ(toHost(0), "Date 0000-00-00 00:00:00");
+}
+
+TEST_F(DatesTest, AFieldThatCannotBeSetIsSkipped) {
+  host->answerNull("REALSetPropValueInt", 2);
+  EXPECT_EQ(toHost(97445), "Date 2001-00-02 03:04:05");
 }
 
 }  // namespace

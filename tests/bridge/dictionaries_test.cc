@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "native/exceptions.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -74,6 +75,43 @@ TEST_F(DictionariesTest, TheHalfMadeDictionaryIsGivenBackWhenAnExceptionPasses) 
   }
 }
 
+TEST_F(DictionariesTest, AnEntryIsMadeInAFixedOrder) {
+  const id dictionary = foundation.dictionary({{"a"s, one()}});
+  host->clearRecords();
+  EXPECT_EQ(toHost(dictionary), R"({"a": Int32 1})");
+  EXPECT_EQ(host->sequence(),
+            (Lines{"PluginNewInstance", "REALBuildString", "REALSetStringEncoding",
+                   "StringToVariant", "REALUnlockString", "Int32ToVariant", "REALLoadObjectMethod",
+                   "REALLoadObjectMethod", "REALLoadObjectMethod", "Dictionary.SetValue",
+                   "REALUnlockObject", "REALUnlockObject"}));
+}
+
+TEST_F(DictionariesTest, TheKeysAreWalkedInTheirOrder) {
+  const id dictionary = foundation.dictionary({{"b"s, foundation.null()}, {"a"s, one()}});
+  foundation.clearRecords();
+  EXPECT_EQ(toHost(dictionary), R"({"b": nil, "a": Int32 1})");
+  Lines walked;
+  for (const std::string& message : foundation.messages()) {
+    const bool ofAContainer = message.find("Dictionary ") != std::string::npos ||
+                              message.find("Array ") != std::string::npos;
+    if (ofAContainer) walked.push_back(message);
+  }
+  EXPECT_EQ(walked, (Lines{"-[NSDictionary allKeys]", "-[NSArray count]",
+                           "-[NSArray objectAtIndex:]", "-[NSDictionary objectForKey:]",
+                           "-[NSArray objectAtIndex:]", "-[NSDictionary objectForKey:]"}));
+}
+
+TEST_F(DictionariesTest, ADictionaryWithoutAListOfKeysIsEmpty) {
+  foundation.addMethod("NSDictionary", "allKeys", [](id, SEL) -> id { return nullptr; });
+  EXPECT_EQ(toHost(foundation.dictionary({{"a"s, one()}})), "{}");
+  EXPECT_EQ(host->calls("REALLoadObjectMethod"), 0);
+}
+
+TEST_F(DictionariesTest, WithoutAnyMethodsADictionaryStaysEmpty) {
+  host->hide("REALLoadObjectMethod");
+  EXPECT_EQ(toHost(foundation.dictionary({{"a"s, one()}})), "{}");
+}
+
 // --- host to native
 
 TEST_F(DictionariesTest, AHostDictionaryBecomesAMutableNativeOne) {
@@ -135,6 +173,40 @@ TEST_F(DictionariesTest, WithoutItsGetterValuesBecomeNSNull) {
   EXPECT_EQ(toNative(host->dictionary({{"a"s, std::int32_t{1}}})), R"({"a" = null})");
 }
 
+TEST_F(DictionariesTest, WithoutItsKeysADictionaryGivesNoEntries) {
+  const ObjectRef dictionary = host->dictionary({{"a"s, std::int32_t{1}}});
+  host->hide("Dictionary.Key");
+  host->answerNull("Dictionary.Value");
+  EXPECT_EQ(toNative(dictionary), "{}");
+  EXPECT_EQ(host->calls("Dictionary.Value"), 1);  // for the null key
+}
+
+TEST_F(DictionariesTest, ACountBelowOneCountsAsNone) {
+  const ObjectRef dictionary = host->dictionary({{"a"s, std::int32_t{1}}});
+  host->setProperty(dictionary, "Count", std::int32_t{-1});
+  const id native = toNativeObject(dictionary);
+  EXPECT_EQ(foundation.describe(native), "{}");
+  EXPECT_FALSE(isKindOf<"NSMutableDictionary">(native));
+}
+
+TEST_F(DictionariesTest, ANativeDictionaryThatCannotBeMadeIsNil) {
+  foundation.addClassMethod("NSMutableDictionary", "dictionaryWithCapacity:",
+                            [](id, SEL, NSUInteger) -> id { return nullptr; });
+  EXPECT_EQ(toNative(host->dictionary({{"a"s, std::int32_t{1}}})), "nil");
+  EXPECT_EQ(host->calls("REALLoadObjectMethod"), 0);
+}
+
+TEST_F(DictionariesTest, AnEntryIsReadInAFixedOrder) {
+  const ObjectRef dictionary = host->dictionary({{std::int64_t{1}, std::int32_t{2}}});
+  host->clearRecords();
+  EXPECT_EQ(toNative(dictionary), "{1 = 2}");
+  EXPECT_EQ(host->sequence(),
+            (Lines{"REALGetPropValueInt", "REALLoadObjectMethod", "REALLoadObjectMethod",
+                   "REALLoadObjectMethod", "Dictionary.Key", "Dictionary.Value",
+                   "REALLoadGlobalMethod", "VarType", "VariantToInt64", "VarType", "VariantToInt32",
+                   "REALUnlockObject", "REALUnlockObject"}));
+}
+
 TEST_F(DictionariesTest, NothingIsLostWhenAnExceptionPasses) {
   const ObjectRef dictionary = host->dictionary({{"a"s, std::int32_t{1}}});
   for (long n = 1; n < 5; ++n) {
@@ -167,6 +239,63 @@ TEST_F(DictionariesTest, BothDirectionsShareTheCache) {
   host->clearRecords();
   EXPECT_EQ(toNative(made), R"({"a" = 1})");
   EXPECT_EQ(host->calls("REALLoadObjectMethod"), 0);
+}
+
+Lines declarations;
+
+TEST_F(DictionariesTest, MethodsAreLoadedByTheirDeclarationsInOrder) {
+  declarations.clear();
+  intercept("REALLoadObjectMethod", [](REALobject object, const char* declaration) {
+    declarations.emplace_back(declaration);
+    return callHost<void*>("REALLoadObjectMethod", object, declaration);
+  });
+  EXPECT_EQ(toHost(foundation.dictionary({{"a"s, one()}})), R"({"a": Int32 1})");
+  EXPECT_EQ(declarations,
+            (Lines{"Value(key As Variant, Assigns _value As Variant)",
+                   "Value(key As Variant) As Variant", "Key(index As Integer) As Variant"}));
+}
+
+TEST_F(DictionariesTest, ADictionaryWithinAnotherIsMetInBetween) {
+  const ObjectRef inner = host->dictionary({{"x"s, 0.5}});
+  const ObjectRef outer = host->dictionary({{"a"s, inner}, {"b"s, std::int32_t{1}}});
+  host->clearRecords();
+  EXPECT_EQ(toNative(outer), R"({"a" = {"x" = 0.5}, "b" = 1})");
+  // Three each for the outer one, the inner one, the outer one; one to see whether that is a file.
+  EXPECT_EQ(host->calls("REALLoadObjectMethod"), 10);
+}
+
+TEST_F(DictionariesTest, ANativeDictionaryWithinAnotherIsMadeFirst) {
+  const id inner = foundation.dictionary({{"x"s, one()}});
+  const id outer = foundation.dictionary({{"a"s, inner}, {"b"s, one()}});
+  host->clearRecords();
+  EXPECT_EQ(toHost(outer), R"({"a": {"x": Int32 1}, "b": Int32 1})");
+  EXPECT_EQ(host->calls("REALLoadObjectMethod"), 6);  // inner, outer
+}
+
+TEST_F(DictionariesTest, TheObjectIsMetAnewBeforeEachOfTheTwoCalls) {
+  static Host* theHost = nullptr;
+  theHost = host.get();
+  const ObjectRef dictionary = host->dictionary({{"a"s, std::int32_t{1}}});
+  host->clearRecords();
+  LastDictionary = dictionary.handle();
+  LastDictionaryKeyGetter = [](REALobject, std::int32_t) {
+    LastDictionary = nullptr;  // as if another dictionary had been converted meanwhile
+    return theHost->variant("a"s).release();
+  };
+  LastDictionaryGetter = nullptr;
+  EXPECT_EQ(toNative(dictionary), R"({"a" = 1})");
+  EXPECT_EQ(host->calls("REALLoadObjectMethod"), 3);
+  EXPECT_EQ(LastDictionary, dictionary.handle());
+}
+
+TEST_F(DictionariesTest, TheLastObjectIsNotHeld) {
+  ObjectRef dictionary = host->dictionary({{"a"s, std::int32_t{1}}});
+  const REALobject handle = dictionary.handle();
+  toNative(dictionary);
+  EXPECT_EQ(host->references(handle), 1);
+  dictionary.reset();
+  EXPECT_EQ(LastDictionary, handle);
+  EXPECT_EQ(host->references(handle), 0);
 }
 
 TEST_F(DictionariesTest, MethodsThatWereMissingStayMissingForTheObject) {
@@ -221,6 +350,24 @@ TEST_F(FillStringArrayTest, AsksForTheProcedureForEveryElement) {
 TEST_F(FillStringArrayTest, AHostThatInsertsNothingKeepsItsArray) {
   host->hide("RuntimeArrayDirectGetInsertProc");
   EXPECT_EQ(filled(strings({"old"s}), foundation.array({text("a")})), R"(["old"])");
+}
+
+TEST_F(FillStringArrayTest, AnArrayWithoutAProcedureKeepsWhatItHas) {
+  host->answerNull("RuntimeArrayDirectGetInsertProc", 1);
+  EXPECT_EQ(filled(strings({"old"s}), foundation.array({text("a"), text("b")})), R"(["old", "b"])");
+}
+
+TEST_F(FillStringArrayTest, NothingIsLostWhenAnExceptionPasses) {
+  const ObjectRef array = strings();
+  const id items = foundation.array({text("a"), text("b")});
+  foundation.throwAtCall("CFStringGetCString", 2);
+  EXPECT_NE(catching([&] { FillStringArray(array.as<REALstringArray>(), items); }), nullptr);
+  EXPECT_EQ(host->describe(array), R"(["a"])");
+}
+
+TEST_F(FillStringArrayTest, WithoutAnArrayThereIsNothingToDo) {
+  FillStringArray(nullptr, foundation.array({text("a")}));
+  EXPECT_EQ(host->sequence(), Lines{});
 }
 
 }  // namespace

@@ -2,8 +2,11 @@
 #include "bridge/files.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "native/exceptions.h"
+#include "plugin/host.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -100,6 +103,54 @@ TEST_F(FilesTest, AHostWithoutAnyRouteGivesNil) {
   EXPECT_EQ(toNative(item("/folder/file.txt")), "nil");
 }
 
+TEST_F(FilesTest, AnItemMayBeKnownByFolderAndNameAlone) {
+  host->answerNull("REALFSRefFromFolderItem", 1);
+  EXPECT_EQ(toNative(item("/folder/file.txt")), "url(\"file:///folder/file.txt\")");
+  EXPECT_EQ(host->calls("REALFSSpecFromFolderItem"), 0);
+}
+
+TEST_F(FilesTest, AFolderWithoutAUrlLeavesTheOldRoute) {
+  host->answerNull("REALFSRefFromFolderItem", 1);
+  foundation.failCall("CFURLCreateFromFSRef");
+  EXPECT_EQ(toNative(item("/folder/file.txt")), "url(\"file:///folder/file.txt\")");
+  EXPECT_EQ(host->calls("REALFSSpecFromFolderItem"), 1);
+}
+
+// What the host is asked for each time, and whether a name record came blank.
+Lines asked;
+
+bool isBlank(const HFSUniStr255& name) {
+  return name.length == 0 && std::all_of(std::begin(name.unicode), std::end(name.unicode),
+                                         [](UniChar unit) { return unit == 0; });
+}
+
+TEST_F(FilesTest, TheItemIsAskedForFirstAndWithoutAName) {
+  asked.clear();
+  intercept("REALFSRefFromFolderItem",
+            [](REALfolderItem, FSRef*, HFSUniStr255* name) -> REALboolean {
+              if (name == nullptr) {
+                asked.emplace_back("item");
+              } else {
+                asked.emplace_back(isBlank(*name) ? "folder and name" : "a record in use");
+              }
+              return 0;
+            });
+  EXPECT_EQ(toNative(item("/folder/file.txt")), "url(\"file:///folder/file.txt\")");
+  EXPECT_EQ(asked, (Lines{"item", "folder and name"}));
+}
+
+TEST_F(FilesTest, AnItemWithoutANameTakesTheOldRoute) {
+  intercept("REALFSRefFromFolderItem",
+            [](REALfolderItem file, FSRef* ref, HFSUniStr255* name) -> REALboolean {
+              HFSUniStr255* const none = nullptr;
+              if (name == nullptr) return 0;
+              return callHost<REALboolean>("REALFSRefFromFolderItem", file, ref, none);
+            });
+  EXPECT_EQ(toNative(item("/folder")), "url(\"file:///folder/\")");
+  EXPECT_EQ(host->calls("REALFSSpecFromFolderItem"), 1);
+  EXPECT_EQ(called("CFURLCreateCopyAppendingPathComponent"), 0);
+}
+
 TEST_F(FilesTest, NothingIsLostWhenAnExceptionPasses) {
   const ObjectRef file = item("/folder/caf\xC3\xA9");
   for (const char* function :
@@ -172,6 +223,33 @@ TEST_F(FilesTest, ALongNameIsCutToWhatFits) {
   const std::string name(300, 'x');
   EXPECT_EQ(toHost(foundation.fileUrl("/folder/" + name)),
             "FolderItem /folder/" + std::string(255, 'x'));
+}
+
+TEST_F(FilesTest, ANameIsCutAfterItIsDecomposed) {
+  std::string name;
+  std::string cut;
+  for (int i = 0; i < 130; ++i) name += "\xC3\xA9";
+  for (int i = 0; i < 127; ++i) cut += "e\xCC\x81";
+  EXPECT_EQ(toHost(foundation.fileUrl("/folder/" + name)), "FolderItem /folder/" + cut + "e");
+}
+
+TEST_F(FilesTest, ANameOfNoLengthIsHandedOnEmpty) {
+  static int length = -1;
+  intercept("REALFolderItemFromParentFSRef",
+            [](const FSRef*, const HFSUniStr255* name) -> REALfolderItem {
+              length = name->length;
+              return nullptr;
+            });
+  foundation.failCall("CFStringGetLength");
+  EXPECT_EQ(toHost(foundation.fileUrl("/folder/new.txt")), "nil");
+  EXPECT_EQ(length, 0);
+  EXPECT_EQ(called("CFStringGetCharacters"), 0);
+}
+
+TEST_F(FilesTest, AMissingItemIsNotLookedUpAnyFurther) {
+  EXPECT_EQ(toHost(foundation.fileUrl("/folder/new.txt")), "FolderItem /folder/new.txt");
+  EXPECT_EQ(called("CFURLGetFSRef"), 2);  // the item's, its folder's
+  EXPECT_EQ(host->calls("FolderItemFromFSSpec"), 0);
 }
 
 TEST_F(FilesTest, AMissingItemMayFailAtEachStep) {

@@ -56,6 +56,8 @@ struct NumberCase {
   const char* code;
   long long value;
   const char* host;
+  const char* accessor;
+  const char* routine;
 };
 
 void PrintTo(const NumberCase& row, std::ostream* out) { *out << row.code << ' ' << row.value; }
@@ -63,24 +65,40 @@ void PrintTo(const NumberCase& row, std::ostream* out) { *out << row.code << ' '
 class NumberTest : public NativeToVariantTest, public testing::WithParamInterface<NumberCase> {};
 
 TEST_P(NumberTest, ItsTypeCodeDecides) {
-  EXPECT_EQ(toHost(foundation.number(GetParam().code, GetParam().value)), GetParam().host);
+  const id number = foundation.number(GetParam().code, GetParam().value);
+  EXPECT_EQ(toHost(number), GetParam().host);
+  EXPECT_EQ(foundation.messages().back(), "-[NSNumber "s + GetParam().accessor + "]");
+  EXPECT_EQ(host->sequence().at(0), GetParam().routine);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Codes, NumberTest,
-    testing::Values(NumberCase{"c", 1, "true"}, NumberCase{"c", 0, "false"},
-                    NumberCase{"c", 7, "Boolean 7"}, NumberCase{"C", 255, "Int32 255"},
-                    NumberCase{"s", -32768, "Int32 -32768"}, NumberCase{"S", 65535, "Int32 65535"},
-                    NumberCase{"i", -2147483648LL, "Int32 -2147483648"},
-                    NumberCase{"I", 4294967295LL, "UInt32 4294967295"},
-                    NumberCase{"l", -5, "Int32 -5"},
-                    NumberCase{"l", 2147483647, "Int32 2147483647"},
-                    NumberCase{"L", 4294967295LL, "UInt32 4294967295"},
-                    NumberCase{"q", -9223372036854775807LL, "Int64 -9223372036854775807"},
-                    NumberCase{"Q", 4294967301LL, "UInt64 5"}, NumberCase{"Q", 7, "UInt64 7"},
-                    NumberCase{"f", 3, "Single 3"}, NumberCase{"d", 3, "Double 3"},
-                    NumberCase{"B", 1, "Double 1"}, NumberCase{"ii", 4, "Double 4"},
-                    NumberCase{"", 5, "Double 5"}));
+constexpr NumberCase kNumbers[] = {
+    {"c", 1, "true", "boolValue", "BooleanToVariant"},
+    {"c", 0, "false", "boolValue", "BooleanToVariant"},
+    {"c", 7, "Boolean 7", "boolValue", "BooleanToVariant"},
+    {"C", 255, "Int32 255", "unsignedCharValue", "Int32ToVariant"},
+    {"s", -32768, "Int32 -32768", "shortValue", "Int32ToVariant"},
+    {"S", 65535, "Int32 65535", "unsignedShortValue", "Int32ToVariant"},
+    {"i", -2147483648LL, "Int32 -2147483648", "intValue", "Int32ToVariant"},
+    {"I", 4294967295LL, "UInt32 4294967295", "unsignedIntValue", "UInt32ToVariant"},
+    {"l", -5, "Int32 -5", "longValue", "Int32ToVariant"},
+    {"l", 2147483647, "Int32 2147483647", "longValue", "Int32ToVariant"},
+    {"L", 4294967295LL, "UInt32 4294967295", "unsignedLongValue", "UInt32ToVariant"},
+    {"q", -9223372036854775807LL, "Int64 -9223372036854775807", "longLongValue", "Int64ToVariant"},
+    {"Q", 4294967301LL, "UInt64 5", "unsignedLongValue", "UInt64ToVariant"},
+    {"Q", 7, "UInt64 7", "unsignedLongValue", "UInt64ToVariant"},
+    {"f", 3, "Single 3", "floatValue", "SingleToVariant"},
+    {"d", 3, "Double 3", "doubleValue", "DoubleToVariant"},
+    {"B", 1, "Double 1", "doubleValue", "DoubleToVariant"},
+    {"ii", 4, "Double 4", "doubleValue", "DoubleToVariant"},
+    {"", 5, "Double 5", "doubleValue", "DoubleToVariant"}};
+
+INSTANTIATE_TEST_SUITE_P(Codes, NumberTest, testing::ValuesIn(kNumbers));
+
+TEST_P(NumberTest, WithoutItsRoutineThereIsNothing) {
+  host->hide(GetParam().routine);
+  EXPECT_EQ(toHost(foundation.number(GetParam().code, GetParam().value)), "nil");
+  EXPECT_EQ(host->sequence(), Lines{});
+}
 
 TEST_F(NativeToVariantTest, NumbersWithFractions) {
   EXPECT_EQ(toHost(foundation.number("f", 2.5F)), "Single 2.5");

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "bridge/struct_data.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -59,6 +60,95 @@ INSTANTIATE_TEST_SUITE_P(
                     "WebFrameLoadDelegateZEL", "WebDownloadDelegateZEL", "DRBurnZEL",
                     "PDFAnnotationZEL", "PDFActionZEL", "WebPolicyDelegateZEL"),
     [](const auto& row) { return row.param; });
+
+// What the host is asked for: classes by name, and methods by declaration.
+Lines asked;
+
+void recordQuestions() {
+  asked.clear();
+  intercept("pluginObjectType", [](const char* name) {
+    asked.emplace_back(name);
+    return callHost<REALclassRef>("pluginObjectType", name);
+  });
+  intercept("REALLoadObjectMethod", [](REALobject object, const char* declaration) {
+    asked.emplace_back(declaration);
+    return callHost<void*>("REALLoadObjectMethod", object, declaration);
+  });
+}
+
+TEST_F(ObjectsToNativeTest, ClassesAreTriedInAFixedOrder) {
+  recordQuestions();
+  EXPECT_EQ(toNative(objectOf("Anything")), "nil");
+  EXPECT_EQ(asked, (Lines{"MemoryBlock",
+                          "TrueItem(Index as integer) as Folderitem",
+                          "Dictionary",
+                          "QuartzFilterZEL",
+                          "NSImageZEL",
+                          "NSImageRepZEL",
+                          "NSFontZEL",
+                          "NSResponderZEL",
+                          "NSAttributedStringZEL",
+                          "NSIndexSetZEL",
+                          "NSColorZEL",
+                          "NSAttributedStringZEL",
+                          "NSToolbarItemZEL",
+                          "NSToolbarZEL",
+                          "NSURLRequestZEL",
+                          "NSCharacterSetZEL",
+                          "NSAttributedStringZEL",
+                          "NSParagraphStyleZEL",
+                          "NSTextContainerZEL",
+                          "WebUIDelegateZEL",
+                          "WebResourceLoadDelegateZEL",
+                          "WebFrameLoadDelegateZEL",
+                          "WebDownloadDelegateZEL",
+                          "DRBurnZEL",
+                          "PDFAnnotationZEL",
+                          "PDFActionZEL",
+                          "NSSizeZEL",
+                          "NSRectZEL",
+                          "NSRangeZEL",
+                          "NSPointZEL",
+                          "QTKitTimeZEL",
+                          "QTKitTimeRangeZEL",
+                          "CMTimeMappingZEL",
+                          "CMTimeRangeZEL",
+                          "CMTimeZEL",
+                          "WebPolicyDelegateZEL",
+                          "CFStringZEL",
+                          "CFNumberZEL",
+                          "CFBinaryDataZEL",
+                          "CFURLZEL",
+                          "CFArrayZEL",
+                          "CFDictionaryZEL",
+                          "CFDateZEL"}));
+}
+
+TEST_F(ObjectsToNativeTest, TheFirstOfThreeTestsOfOneClassDecides) {
+  const ObjectRef wrapper = objectOf("NSAttributedStringZEL");
+  Host::data<id>(wrapper) = foundation.null();
+  recordQuestions();
+  EXPECT_EQ(toNative(wrapper), "null");
+  EXPECT_EQ(asked, (Lines{"MemoryBlock", "TrueItem(Index as integer) as Folderitem", "Dictionary",
+                          "QuartzFilterZEL", "NSImageZEL", "NSImageRepZEL", "NSFontZEL",
+                          "NSResponderZEL", "NSAttributedStringZEL"}));
+}
+
+TEST_F(ObjectsToNativeTest, AnEmptyWrapperIsNothingAndNothingElseIsTried) {
+  host->addClass("NSImageRepZEL", "");
+  foundation.addClass("ZELREALobjectWrapper", "NSObject");
+  const ObjectRef wrapper = objectOf("NSImageZEL");
+  foundation.clearRecords();
+  EXPECT_EQ(converted(wrapper), nullptr);
+  EXPECT_EQ(foundation.messages(), Lines{});
+}
+
+TEST_F(ObjectsToNativeTest, AHostThatTellsNoClassesApartKnowsOnlyFiles) {
+  foundation.makeFile("/folder/file.txt");
+  host->hide("RuntimeObjectIsa");
+  EXPECT_EQ(toNative(host->memoryBlock("ab")), "nil");
+  EXPECT_EQ(toNative(host->folderItem("/folder/file.txt")), "url(\"file:///folder/file.txt\")");
+}
 
 TEST_F(ObjectsToNativeTest, ASubclassOfAWrapperIsAWrapper) {
   host->addClass("NSResponderZEL", "");
@@ -138,6 +228,19 @@ INSTANTIATE_TEST_SUITE_P(Classes, CoreFoundationTest,
                                          "CFURLZEL", "CFArrayZEL", "CFDictionaryZEL", "CFDateZEL"),
                          [](const auto& row) { return row.param; });
 
+TEST_F(ObjectsToNativeTest, TheMarkerIsTheThirdWord) {
+  struct Words {
+    id object;
+    std::uint32_t second;
+    std::uint32_t third;
+  };
+  const ObjectRef object = objectOf("CFStringZEL");
+  Host::data<Words>(object) = {foundation.null(), 0x52424346, 0};
+  EXPECT_EQ(toNative(object), "nil");
+  Host::data<Words>(object) = {foundation.null(), 0, 0x52424346};
+  EXPECT_EQ(toNative(object), "null");
+}
+
 // --- everything else
 
 TEST_F(ObjectsToNativeTest, AnUnknownObjectIsWrapped) {
@@ -166,6 +269,16 @@ TEST_F(ObjectsToNativeTest, AClassThatTheHostDoesNotKnowIsNotAskedFor) {
   host->clearRecords();
   EXPECT_EQ(toNative(object), "nil");
   EXPECT_EQ(host->calls("RuntimeObjectIsa"), 2);  // MemoryBlock and Dictionary
+}
+
+TEST_F(ObjectsToNativeTest, TheWrappersClassMayComeLate) {
+  const ObjectRef object = objectOf("Anything");
+  EXPECT_EQ(toNative(object), "nil");
+  foundation.addClass("ZELREALobjectWrapper", "NSObject");
+  foundation.addClassMethod("ZELREALobjectWrapper", "wrap:", [](id, SEL, REALobject) -> id {
+    return testkit::Foundation::shared().object("ZELREALobjectWrapper");
+  });
+  EXPECT_EQ(toNative(object), "ZELREALobjectWrapper");
 }
 
 }  // namespace

@@ -59,6 +59,38 @@ TEST_F(VariantToNativeTest, BooleansAreReadAsTheirLowByte) {
   EXPECT_EQ(numberOf(std::int32_t{257}, 11), "c true");
 }
 
+TEST_F(VariantToNativeTest, NumbersAreMadeByTheFactoryOfTheirType) {
+  const struct {
+    Value value;
+    std::int32_t type;
+    const char* factory;
+  } rows[] = {{std::int32_t{1}, 2, "numberWithLong:"},
+              {std::int32_t{1}, 16, "numberWithLong:"},
+              {std::int64_t{1}, 3, "numberWithLongLong:"},
+              {1.0F, 4, "numberWithFloat:"},
+              {1.0, 5, "numberWithDouble:"},
+              {1.0, 6, "numberWithDouble:"},
+              {std::int8_t{1}, 11, "numberWithBool:"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.type);
+    const ObjectRef variant = host->variant(row.value, row.type);
+    foundation.clearRecords();
+    converted(variant);
+    EXPECT_EQ(foundation.messages(), Lines{"+[NSNumber "s + row.factory + "]"});
+  }
+}
+
+TEST_F(VariantToNativeTest, ABooleanIsHandedOnAsItsByte) {
+  static int handed = 0;
+  foundation.addClassMethod("NSNumber", "numberWithBool:", [](id, SEL, BOOL byte) -> id {
+    handed = static_cast<std::uint8_t>(byte);
+    return nullptr;
+  });
+  EXPECT_EQ(toNative(std::int32_t{0x2FE}, 11), "nil");
+  EXPECT_EQ(handed, 0xFE);
+  EXPECT_EQ(host->calls("VariantToInt32"), 1);
+}
+
 TEST_F(VariantToNativeTest, ValuesAreReadByTheHostsRoutines) {
   const ObjectRef variant = host->variant(std::int32_t{3});
   host->clearRecords();
@@ -234,6 +266,46 @@ TEST_P(ArrayTest, ElementsAreReadInPlaceOrThroughTheHost) {
   EXPECT_EQ(host->calls("REALUnlockString"), 2);
 }
 
+TEST_P(ArrayTest, ObjectsAreReadInPlaceOrThroughTheHost) {
+  for (const std::int32_t code : {4103, 4105}) {
+    const ObjectRef date = host->date({2001, 1, 1, 0, 0, 0});
+    const ObjectRef array = host->array(code, {date, date});
+    host->clearRecords();
+    EXPECT_EQ(toNative(array), "(date(0), date(0))");
+    EXPECT_EQ(host->calls("RuntimeArrayDirectGetGetProc"), inPlace() ? 0 : 2);
+    EXPECT_EQ(host->calls("REALLockObject"), inPlace() ? 2 : 0);
+    EXPECT_EQ(host->references(date.handle()), 3);  // this one's, and those of two elements
+  }
+}
+
+TEST_P(ArrayTest, NumbersAreReadInPlaceOrThroughTheHost) {
+  const ObjectRef arrays[] = {host->array(4098, {std::int32_t{1}, std::int32_t{2}}),
+                              host->array(4099, {std::int64_t{1}, std::int64_t{2}}),
+                              host->array(4100, {1.0F, 2.0F}), host->array(4101, {1.0, 2.0})};
+  for (const ObjectRef& array : arrays) {
+    host->clearRecords();
+    EXPECT_EQ(toNative(array), "(1, 2)");
+    EXPECT_EQ(host->calls("RuntimeArrayDirectGetGetProc"), inPlace() ? 0 : 2);
+  }
+  const ObjectRef booleans = host->array(4107, {std::int8_t{0}, std::int8_t{1}});
+  host->clearRecords();
+  EXPECT_EQ(toNative(booleans), "(false, true)");
+  EXPECT_EQ(host->calls("RuntimeArrayDirectGetGetProc"), inPlace() ? 0 : 2);
+}
+
+TEST_P(ArrayTest, ADateThatCannotBeReadIsRejectedByFoundation) {
+  const ObjectRef array = host->array(4103, {host->date({2001, 1, 1, 0, 0, 0})});
+  host->answerNull("REALGetPropValueInt");
+  EXPECT_NE(catching([&] { converted(array); }), nullptr);
+}
+
+TEST_P(ArrayTest, AnUnlistedKindIsNotEvenAskedForItsBound) {
+  const ObjectRef array = host->array(4102, {1.0});
+  host->clearRecords();
+  EXPECT_EQ(toNative(array), "nil");
+  EXPECT_EQ(host->calls("RuntimeUBound"), 0);
+}
+
 TEST_P(ArrayTest, AnEmptyTextAmongTheElementsIsRejectedByFoundation) {
   const ObjectRef array = host->array(4104, {"a"s, ""s});
   const id left = catching([&] { converted(array); });
@@ -264,6 +336,16 @@ TEST_F(VariantToNativeTest, WithoutProceduresElementsAreNothing) {
   const ObjectRef array = host->array(4098, {std::int32_t{1}, std::int32_t{2}});
   host->hide("RuntimeArrayDirectGetGetProc");
   EXPECT_EQ(toNative(array), "(0, 0)");
+}
+
+TEST_F(VariantToNativeTest, AnArrayWithoutAProcedureReadsNothing) {
+  host->answerNull("RuntimeArrayDirectGetGetProc");
+  EXPECT_EQ(toNative(host->array(4101, {1.5})), "(0)");
+  EXPECT_EQ(toNative(host->array(4107, {std::int8_t{1}})), "(false)");
+  const ObjectRef texts = host->array(4104, {"a"s});
+  EXPECT_NE(catching([&] { converted(texts); }), nullptr);
+  const ObjectRef objects = host->array(4105, {0.5});
+  EXPECT_NE(catching([&] { converted(objects); }), nullptr);
 }
 
 }  // namespace

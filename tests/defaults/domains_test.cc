@@ -2,8 +2,10 @@
 #include <functional>
 
 #include "native/exceptions.h"
+#include "plugin/host.h"
 #include "plugin/methods.h"
 #include "plugin/tables.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -226,6 +228,90 @@ TEST_F(DomainsTest, TheKeyIsConvertedBeforeTheDomain) {
                        });
   EXPECT_EQ(call("objectIsForcedForKey", {"key"s, "domain"s}), "true");
   EXPECT_EQ(handed, "key in domain");
+}
+
+// The texts that are converted, in order.
+Lines convertedTexts;
+
+TEST_F(DomainsTest, TextsAreConvertedInOrder) {
+  static Host* theHost = nullptr;
+  defaults.reset();
+  startHost({.version = 2011.04});  // asks for a conversion once
+  provideSiblings();
+  theHost = host.get();
+  intercept("REALGetStringCFString", [](REALstring text, unsigned char flag) {
+    convertedTexts.push_back(theHost->bytes(text));
+    return callHost<CFStringRef>("REALGetStringCFString", text, flag);
+  });
+  defaults = host->construct(kClass);
+  convertedTexts.clear();
+  call("objectIsForcedForKey", {"key"s, "domain"s});
+  EXPECT_EQ(convertedTexts, (Lines{"key", "domain"}));
+  convertedTexts.clear();
+  call("setPersistentDomain", {host->dictionary({{"a"s, "b"s}}), "name"s});
+  EXPECT_EQ(convertedTexts, (Lines{"name", "a", "b"}));
+}
+
+// What a message is handed.
+std::string handed;
+
+TEST_F(DomainsTest, AnEmptyNameIsHandedOnAsNil) {
+  for (const char* method :
+       {"removeObjectForKey", "removeVolatileDomainForName", "removePersistentDomainForName",
+        "addSuiteNamed", "removeSuiteNamed", "persistentDomainForName", "volatileDomainForName"}) {
+    SCOPED_TRACE(method);
+    handed = "nothing";
+    foundation.addMethod("NSUserDefaults", method + ":"s, [](id, SEL, id name) -> id {
+      handed = testkit::Foundation::shared().describe(name);
+      return nullptr;
+    });
+    call(method, {"name"s});
+    EXPECT_EQ(handed, "\"name\"");
+    call(method, {""s});
+    EXPECT_EQ(handed, "nil");
+  }
+}
+
+TEST_F(DomainsTest, EmptyKeysAndDomainsAreHandedOnAsNil) {
+  foundation.addMethod("NSUserDefaults", "objectIsForcedForKey:", [](id, SEL, id key) -> BOOL {
+    handed = testkit::Foundation::shared().describe(key);
+    return 1;
+  });
+  foundation.addMethod("NSUserDefaults",
+                       "objectIsForcedForKey:inDomain:", [](id, SEL, id key, id domain) -> BOOL {
+                         auto& kit = testkit::Foundation::shared();
+                         handed = kit.describe(key) + " in " + kit.describe(domain);
+                         return 1;
+                       });
+  EXPECT_EQ(call("objectIsForcedForKey", {""s}), "true");
+  EXPECT_EQ(handed, "nil");
+  EXPECT_EQ(call("objectIsForcedForKey", {""s, "domain"s}), "true");
+  EXPECT_EQ(handed, "nil in \"domain\"");
+  EXPECT_EQ(call("objectIsForcedForKey", {"key"s, ""s}), "true");
+  EXPECT_EQ(handed, "\"key\" in nil");
+}
+
+TEST_F(DomainsTest, ContentsAndNamesAreHandedOnAsTheyAre) {
+  for (const char* method : {"setPersistentDomain", "setVolatileDomain"}) {
+    SCOPED_TRACE(method);
+    foundation.addMethod("NSUserDefaults", method + ":forName:"s,
+                         [](id, SEL, id contents, id name) {
+                           auto& kit = testkit::Foundation::shared();
+                           handed = kit.describe(contents) + " as " + kit.describe(name);
+                         });
+    call(method, {host->dictionary({{"a"s, 0.5}}), "name"s});
+    EXPECT_EQ(handed, R"({"a" = 0.5} as "name")");
+    call(method, {host->dictionary(), "name"s});
+    EXPECT_EQ(handed, R"({} as "name")");
+    call(method, {ObjectRef(), ""s});
+    EXPECT_EQ(handed, "nil as nil");
+  }
+}
+
+TEST_F(DomainsTest, AnUnknownDomainMakesNoHostDictionary) {
+  EXPECT_EQ(call("persistentDomainForName", {"unknown"s}), "nil");
+  EXPECT_EQ(call("volatileDomainForName", {"unknown"s}), "nil");
+  EXPECT_EQ(host->calls("PluginNewInstance"), 0);
 }
 
 TEST_F(DomainsTest, ForcedKeysAreForced) {

@@ -1,73 +1,169 @@
 // Every host-callable function, with a failure at its first, second, third ... operation until none
 // is left to fail: nothing may be lost, and no native exception may arrive in the host.
+#include <algorithm>
 #include <functional>
+#include <set>
 
 #include "native/exceptions.h"
-#include "plugin/host.h"
-#include "plugin/methods.h"
-#include "plugin/tables.h"
-#include "tests/support/plugin_test.h"
+#include "tests/defaults/fault_calls.h"
 
 namespace zel {
 namespace {
 
 using namespace tests;  // NOLINT(google-build-using-namespace): the kit of these tests
-using namespace std::string_literals;
 
 const char* const kClass = "NSUserDefaultsZEL";
 
-// One call from the host; `guarded` tells whether a native exception in it becomes the host's.
-struct Call {
-  const char* name;
-  std::function<Outcome(Host&, const ObjectRef&)> make;
-  bool guarded = true;
+// How a call ended; its value lives on, so that what is made next is made elsewhere.
+struct Ending {
+  Outcome outcome;
+  std::vector<Value> arguments;
+  bool raised = false;
 };
 
-void PrintTo(const Call& call, std::ostream* out) { *out << call.name; }
+// What is called in a run where nothing fails, and how often.
+struct Counted {
+  std::string name;
+  int calls;
+};
 
-Call method(const char* name, const std::vector<Value>& arguments) {
-  return {name,
-          [=](Host& host, const ObjectRef& object) { return host.call(object, name, arguments); }};
-}
-
-Call shared(const char* name, bool guarded = true) {
-  return {name,
-          [=](Host& host, const ObjectRef& /*object*/) { return host.callShared(kClass, name); },
-          guarded};
-}
-
-// Long enough for a buffer on the way back to the host.
-const std::string kLongText(150, 'x');  // NOLINT(cert-err58-cpp): a constant of the tests
-
-class FaultsTest : public PluginTest, public testing::WithParamInterface<Call> {
+class FaultsTest : public PluginTest, public testing::WithParamInterface<FaultCall> {
  protected:
-  // A fresh plugin, everything present, values stored under the keys that the calls read.
+  // A fresh plugin, everything present.
   void prepare(double version) {
     startHost({.version = version});
     provideSiblings();
+    siblings->provideStructures();
+    siblings->provideCoreFoundation();
+    siblings->provideTimes();
+    siblings->provideWrapper();
+    siblings->provideObjectClass("NSColorZEL");
+    host->addClass("Unknown", "");
+    foundation.addClass("NSColor", "NSObject");
+    foundation.makeFile("/folder/file.txt");
     object = host->construct(kClass);
-    host->call(object, "setStringValue", {"text"s, kLongText});
-    host->call(object, "setURLValue", {"url"s, "http://example.com/" + kLongText});
-    host->callShared(kClass, "standardUserDefaults");
+    if (call().shared) host->callShared(kClass, "standardUserDefaults");
+    if (call().before != nullptr) {
+      Kit kit = this->kit();
+      call().before(kit);
+    }
+    host->clearRecords();
+    foundation.clearRecords();
   }
   void finish() {
     object.reset();
+    siblings->forgetKept();
     expectBalanced();
     siblings = nullptr;
     foundation.reset();
   }
-  // Whether the call ended in an exception of the host's; a native one that arrives fails the test.
-  bool callRaises() {
-    bool raised = false;
-    const id left = catching([&] { raised = GetParam().make(*host, object).raised.has_value(); });
-    EXPECT_TRUE(left == nullptr || !GetParam().guarded);
-    return raised || left != nullptr;
+  // The same, but that many blocks were lost.
+  void finishWithLostBlocks(std::size_t lost) {
+    object.reset();
+    siblings->forgetKept();
+    const std::string lines = host->unbalanced();
+    EXPECT_EQ(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')), lost);
+    EXPECT_EQ(lines.starts_with("object of MemoryBlock"), lost > 0) << lines;
+    EXPECT_EQ(foundation.unbalanced(), "");
+    abandonHost();
+    foundation.reset();
   }
 
+  const FaultCall& call() { return GetParam(); }
+  Kit kit() { return {*host, *siblings, foundation}; }
+
+  // Makes the arguments, arms the fault and calls. A native exception that arrives fails the test.
+  Ending make(const std::function<void()>& arm = nullptr) {
+    Ending ending;
+    Kit kit = this->kit();
+    ending.arguments = call().arguments(kit);
+    if (arm != nullptr) arm();
+    const id left = catching([&] {
+      ending.outcome = call().shared ? host->callShared(kClass, call().method, ending.arguments)
+                                     : host->call(object, call().method, ending.arguments);
+    });
+    EXPECT_TRUE(left == nullptr || !call().guarded);
+    ending.raised = left != nullptr || ending.outcome.raised.has_value();
+    return ending;
+  }
+  void expectSuccess(const Ending& ending) {
+    EXPECT_FALSE(ending.raised);
+    EXPECT_EQ(host->describe(ending.outcome.value), call().gives);
+    expectTrace(call().trace.with);
+  }
+  void expectFailure(const Ending& ending) {
+    EXPECT_TRUE(ending.raised);
+    if (!call().guarded) return;  // it has gone past the host
+    const std::string given = host->describe(ending.outcome.value);
+    const Lines& failed = call().failed;
+    EXPECT_EQ(std::count(failed.begin(), failed.end(), given), 1) << given;
+    expectTrace(call().trace.without);
+  }
+  void expectTrace(const std::string& expected) {
+    const Trace& trace = call().trace;
+    if (trace.method == nullptr) return;
+    EXPECT_EQ(host->describe(ask(object, trace.method, trace.arguments)), expected);
+  }
+
+  static std::vector<Counted> counted(const Lines& names) {
+    std::vector<Counted> all;
+    for (const std::string& name : std::set<std::string>(names.begin(), names.end()))
+      all.push_back({name, static_cast<int>(std::count(names.begin(), names.end(), name))});
+    return all;
+  }
+  // What is on record after the call, before its value dies.
+  Lines whatHappens(const std::function<Lines()>& records) {
+    const Ending ending = make();
+    return records();
+  }
+  // How often each of the host's entry points is called, in a run where nothing fails.
+  std::vector<Counted> entryPoints(double version) {
+    prepare(version);
+    const Lines sequence = whatHappens([&] { return host->sequence(); });
+    finish();
+    return counted(sequence);
+  }
+  // How often each Core Foundation function is called, by the plugin or by the host.
+  std::vector<Counted> functions() {
+    prepare(kVersion);
+    const Lines sequence = whatHappens([&] { return foundation.calls(); });
+    finish();
+    return counted(sequence);
+  }
+  // One run with the fault, then another one without it, whose result must be whole.
+  void runTwice(double version, bool losesBlocks, const std::function<void()>& arm,
+                const std::function<void()>& disarm) {
+    prepare(version);
+    {
+      const Ending first = make(arm);
+      disarm();
+      if (call().repeatable) expectSuccess(make());
+    }
+    if (losesBlocks) {
+      finishWithLostBlocks(call().blocks);
+    } else {
+      finish();
+    }
+  }
+
+  static constexpr double kVersion = 2014.0;
   ObjectRef object;
 };
 
 constexpr double kHosts[] = {2011.04, 2012.0, 2014.0};
+
+// What gives references back, or takes those that are given back in any case.
+bool countsReferences(const std::string& entryPoint) {
+  return entryPoint.starts_with("REALLock") || entryPoint.starts_with("REALUnlock");
+}
+
+TEST_P(FaultsTest, WithoutAFaultTheCallGivesWhatItShould) {
+  for (const double version : kHosts) {
+    prepare(version);
+    expectSuccess(make());
+    finish();
+  }
+}
 
 TEST_P(FaultsTest, AnExceptionAtAnyMessageReachesTheHostAndLosesNothing) {
   for (const double version : kHosts) {
@@ -75,41 +171,82 @@ TEST_P(FaultsTest, AnExceptionAtAnyMessageReachesTheHostAndLosesNothing) {
     for (bool hit = true; hit; ++n) {
       SCOPED_TRACE(n);
       prepare(version);
-      foundation.throwAtMessage(n);
-      const bool raised = callRaises();
-      hit = !foundation.faultsPending();
-      foundation.throwAtMessage(0);
-      EXPECT_EQ(raised, hit);
+      {
+        const Ending ending = make([&] { foundation.throwAtMessage(n); });
+        hit = !foundation.faultsPending();
+        foundation.throwAtMessage(0);
+        if (hit) {
+          expectFailure(ending);
+        } else {
+          expectSuccess(ending);
+        }
+      }
       finish();
-      ASSERT_LT(n, 50);
+      ASSERT_LT(n, 500);
     }
   }
 }
 
-TEST_P(FaultsTest, ARoutineThatAnswersNothingAtAnyCallLosesNothing) {
-  for (const double version : kHosts) {
-    prepare(version);
-    host->clearRecords();
-    callRaises();
-    const Lines sequence = host->sequence();
-    finish();
-    for (const std::string& entryPoint : sequence) {
-      if (entryPoint.find("nlock") != std::string::npos) continue;  // it gives nothing back then
-      SCOPED_TRACE(entryPoint);
-      prepare(version);
-      host->answerNull(entryPoint);
-      callRaises();
-      host->answerAgain(entryPoint);
+TEST_P(FaultsTest, AnExceptionInAnyFunctionReachesTheHostAndLosesNothing) {
+  for (const auto& function : functions()) {
+    if (!function.name.starts_with("CF")) continue;
+    if (function.name == "CFRelease" || function.name == "CFRetain") continue;  // they never raise
+    for (int n = 1; n <= function.calls; ++n) {
+      SCOPED_TRACE(function.name + " " + std::to_string(n));
+      prepare(kVersion);
+      expectFailure(make([&] { foundation.throwAtCall(function.name, n); }));
       finish();
     }
+  }
+}
+
+TEST_P(FaultsTest, AFunctionThatFailsLosesNothing) {
+  for (const auto& function : functions()) {
+    if (function.name == "CFRelease" || function.name == "CFRetain") continue;  // they never fail
+    for (int n = 1; n <= function.calls; ++n) {
+      SCOPED_TRACE(function.name + " " + std::to_string(n));
+      runTwice(
+          kVersion, false, [&] { foundation.failCall(function.name, n); }, [] {});
+    }
+  }
+}
+
+TEST_P(FaultsTest, ARoutineThatAnswersNothingLosesNothing) {
+  for (const double version : kHosts) {
+    for (const auto& entryPoint : entryPoints(version)) {
+      if (countsReferences(entryPoint.name)) continue;
+      const std::string& name = entryPoint.name;
+      for (int n = 0; n <= entryPoint.calls; ++n) {  // 0: at every call
+        SCOPED_TRACE(name + " " + std::to_string(n));
+        runTwice(
+            version, name == "memoryBlockGetPtr" && call().blocks > 0,
+            [&] { host->answerNull(name, n); }, [&] { host->answerAgain(name); });
+      }
+    }
+  }
+}
+
+TEST_P(FaultsTest, ARoutineThatIsFoundLateLosesNothing) {
+  for (const auto& entryPoint : entryPoints(kVersion)) {
+    if (countsReferences(entryPoint.name)) continue;
+    const std::string& name = entryPoint.name;
+    const bool losesBlocks = name == "memoryBlockGetPtr" && call().blocks > 0;
+    for (int lookups = 1; lookups <= 3; ++lookups) {
+      SCOPED_TRACE(name + " " + std::to_string(lookups));
+      runTwice(
+          kVersion, losesBlocks, [&] { host->hideFirst(name, lookups); },
+          [&] { host->unhide(name); });
+    }
+    SCOPED_TRACE(name);
+    runTwice(
+        kVersion, losesBlocks, [&] { host->hide(name); }, [&] { host->unhide(name); });
   }
 }
 
 TEST_P(FaultsTest, AFailedAllocationLosesNothing) {
   for (long n = 1;; ++n) {
-    prepare(2014.0);
-    testkit::Allocations::shared().failAt(n);
-    callRaises();
+    prepare(kVersion);
+    make([&] { testkit::Allocations::shared().failAt(n); });
     const bool hit = !testkit::Allocations::shared().faultPending();
     testkit::Allocations::shared().failAt(0);
     finish();
@@ -118,72 +255,8 @@ TEST_P(FaultsTest, AFailedAllocationLosesNothing) {
   }
 }
 
-// A host whose resolver knows nothing: every call ends, with nothing.
-class EmptyHostTest : public PluginTest {
- protected:
-  void SetUp() override {
-    PluginTest::SetUp();
-    provideSiblings();
-    siblings->giveNoExceptions();
-    gResolver = [](const char* /*name*/) -> void* { return nullptr; };
-    NSUserDefaultsClass.base.systemUse = 24;
-  }
-  char object_[64] = {};
-  char string_[64] = {};
-  REALobject object = reinterpret_cast<REALobject>(object_);
-  REALstring string = reinterpret_cast<REALstring>(string_);
-};
-
-TEST_F(EmptyHostTest, EveryGetterGivesItsDefault) {
-  Constructor(object);
-  EXPECT_EQ(integerForKey(object, string), 0);
-  EXPECT_EQ(floatForKey(object, string), 0.0F);
-  EXPECT_EQ(doubleForKey(object, string), 0.0);
-  EXPECT_EQ(boolForKey(object, string), 0);
-  EXPECT_EQ(stringForKey(object, string), nullptr);
-  EXPECT_EQ(URLForKey(object, string), nullptr);
-  NSUserDefaultsDestructor(object);
-}
-
-TEST_F(EmptyHostTest, EverySetterStoresNothing) {
-  ConstructorUser(object, string);
-  setIntegerForKey(object, string, 1);
-  setFloatForKey(object, string, 1);
-  setDoubleForKey(object, string, 1);
-  setBoolForKey(object, string, 1);
-  setStringForKey(object, string, string);
-  setURLForKey(object, string, string);
-  EXPECT_EQ(foundation.log().size(), 6U);  // each handed on a nil key, which Foundation rejects
-  NSUserDefaultsDestructor(object);
-}
-
-TEST_F(EmptyHostTest, TheOtherMethodsEndToo) {
-  NSUserDefaultsConstructor(object);
-  Constructor(object);
-  Constructor(object);
-  EXPECT_EQ(synchronize(object), 1);
-  EXPECT_EQ(standardUserDefaults(), nullptr);
-  resetStandardUserDefaults();
-  EXPECT_EQ(getNSGlobalDomain(), nullptr);
-  EXPECT_EQ(DummyException(object), nullptr);
-  NSUserDefaultsDestructor(object);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Calls, FaultsTest,
-    testing::Values(method("integerForKey", {"key"s}), method("floatForKey", {"key"s}),
-                    method("doubleForKey", {"key"s}), method("boolForKey", {"key"s}),
-                    method("stringForKey", {"text"s}), method("URLForKey", {"url"s}),
-                    method("setIntegerValue", {"key"s, std::int32_t{5}}),
-                    method("setFloatValue", {"key"s, 0.5F}),
-                    method("setDoubleValue", {"key"s, 0.5}),
-                    method("setBoolValue", {"key"s, std::int8_t{1}}),
-                    method("setStringValue", {"key"s, "text"s}),
-                    method("setURLValue", {"key"s, "http://example.com"s}),
-                    method("synchronize", {}), shared("standardUserDefaults"),
-                    shared("resetStandardUserDefaults"), shared("NSGlobalDomain", false),
-                    shared("NSUserDefaultsDidChangeNotification", false)),
-    [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Calls, FaultsTest, testing::ValuesIn(faultCalls()),
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace zel

@@ -357,6 +357,12 @@ TEST_F(ObjectsTest, AStoredWebAddressIsNoFile) {
   EXPECT_EQ(get("fileForKey"), "nil");
 }
 
+TEST_F(ObjectsTest, AFileThatDoesNotExistYetIsStoredToo) {
+  set("setFileValue", host->folderItem("/folder/new.txt"));
+  EXPECT_EQ(get("fileForKey"), "FolderItem /folder/new.txt");
+  EXPECT_EQ(host->describe(ask(defaults, "URLForKey", {"key"s})), "\"file:///folder/new.txt\"");
+}
+
 // --- variants
 
 TEST_F(ObjectsTest, AnyKindOfValueGoesThroughAVariant) {

@@ -40,5 +40,18 @@ TEST_P(AloneTest, AFoundationExceptionRaisesANativeOneInTurn) {
   EXPECT_NE(log.find("A NSInvalidArgumentException: "), std::string::npos) << log;
 }
 
+TEST_P(AloneTest, AnObjectThatNobodyKnowsIsNothing) {
+  host->addClass("Window", "");
+  const ObjectRef defaults = standard();
+  ask(defaults, "setVolatileDomain",
+      {host->dictionary({{"window"s, host->make("Window")}}), "windows"s});
+  EXPECT_EQ(host->describe(ask(defaults, "volatileDomainForName", {"windows"s})),
+            R"({"window": nil})");
+  ask(defaults, "removeVolatileDomainForName", {"windows"s});
+  ask(defaults, "setStringValue", {"window"s, "before"s});
+  ask(defaults, "setVariantValue", {"window"s, host->make("Window")});
+  EXPECT_EQ(host->describe(ask(defaults, "variantForKey", {"window"s})), "nil");
+}
+
 }  // namespace
 }  // namespace tests

@@ -125,15 +125,5 @@ TEST_P(DomainsTest, UnknownDomainsAreNothing) {
   EXPECT_EQ(call("volatileDomainForName", {"nowhere"s}), "nil");
 }
 
-TEST_P(DomainsTest, EmptyNamesAreFoundationsToReject) {
-  for (const char* method : {"addSuiteNamed", "removeObjectForKey"}) {
-    testing::internal::CaptureStderr();
-    const Outcome outcome = host->call(defaults, method, {""s});
-    const std::string log = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(outcome.raised.has_value(), log.find("A NSInvalidArgument") != std::string::npos)
-        << method << log;
-  }
-}
-
 }  // namespace
 }  // namespace tests

@@ -159,6 +159,13 @@ TEST_F(FoundationFaultsTest, ReferenceCountingCountsButDoesNotRaise) {
   EXPECT_EQ(raised([=] { send<NSInteger, "length">(string); }), "TestException: told to fail");
 }
 
+TEST_F(FoundationFaultsTest, AnInitialiserThatRaisesGivesUpItsObject) {
+  const id blank = send<id, "alloc">(zel::classNamed<"NSObject">());
+  foundation_.throwAtMessage(1);
+  EXPECT_NE(zel::catching([&] { send<id, "init">(blank); }), nullptr);
+  EXPECT_EQ(foundation_.references(blank), 0);
+}
+
 TEST_F(FoundationFaultsTest, AFaultCanBeTakenBack) {
   foundation_.throwAtMessage(1);
   foundation_.throwAtCall("CFRelease");

@@ -1,0 +1,293 @@
+// Preferences files as programs leave them: every one is read through the class, rebuilt of new
+// host values entry by entry, stored as another domain, and then compared with the original by
+// Foundation. What may differ stands beside each file; docs/values.md says why.
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <tuple>
+
+#include "testkit/store/private_store.h"
+#include "tests/end_to_end/default_zone.h"
+#include "tests/end_to_end/end_to_end_test.h"
+#include "tests/end_to_end/host_lines.h"
+#include "tests/end_to_end/property_lists.h"
+
+namespace tests {
+namespace {
+
+using namespace std::string_literals;
+namespace fs = std::filesystem;
+using zel::id;
+using zel::send;
+
+struct File {
+  const char* name;
+  bool binary;                           // rewritten in the binary format before
+  Lines seen;                            // some of what the host sees
+  std::vector<std::string> differences;  // between the original and what has passed
+};
+
+void PrintTo(const File& file, std::ostream* out) {
+  *out << file.name << (file.binary ? " binary" : "");
+}
+
+// Local time is that of Kathmandu, 5:45 before UTC.
+const Lines kEditor = {{"BackupSuffix", "\"\""},
+                       {"CheckSpelling", "false"},
+                       {"DefaultFont.Size", "Double 11.5"},
+                       {"DefaultFont.Traits", "dictionary 0"},
+                       {"FirstLaunch", "Date 2013-09-03 18:19:56"},
+                       {"Header", "\"<a href=\\\"x\\\"> & 'more'\n\tsecond line\""},
+                       {"RecentFiles.0.Bookmark", "MemoryBlock 626f6f6b00000000"},
+                       {"RecentFiles.0.LastOpened", "Date 2001-01-01 05:45:00"},
+                       {"RecentFiles.0.Selection", "list 2"},
+                       {"RecentFiles.0.Selection.1", "Int32 1"},
+                       {"RecentFiles.1.LastOpened", "Date 1970-01-01 05:29:59"},
+                       {"RecentFiles.1.Selection", "list 0"},
+                       {"WrapLines", "true"},
+                       {"com.example.editor:panel/width", "Int32 -1"}};
+const Lines kMail = {{"Accounts.0.Certificate", "nil"},
+                     {"Accounts.0.Mailboxes.Inbox.Rules.0.Conditions.0.1", "\"\""},
+                     {"Accounts.0.Mailboxes.Inbox.Rules.0.Conditions.1.1", "Int32 1048576"},
+                     {"Accounts.0.Mailboxes.Inbox.Rules.0.Conditions.1.2", "true"},
+                     {"Accounts.0.Mailboxes.Inbox.Rules.0.Weight", "Double -0.5"},
+                     {"LastCheck", "Date 2024-03-01 05:44:59"},
+                     {"Signature", "nil"}};
+const std::vector<std::string> kMailDifferences = {
+    R"(Accounts.0.Certificate: data  -> text "<null>")", R"(Signature: data  -> text "<null>")"};
+// GNUstep reads 2^63 - 1 and every higher integer of an XML file as that, unsigned. It writes
+// reals with 16 digits.
+const Lines kInstrument = {{"Bytes.0", "Int32 -128"},
+                           {"Bytes.1", "Int32 127"},
+                           {"Bytes.2", "Int32 128"},
+                           {"Bytes.3", "Int32 255"},
+                           {"Bytes.4", "Int32 256"},
+                           {"Int32 highest", "Int64 2147483647"},
+                           {"Int32 lowest", "Int64 -2147483648"},
+                           {"Int64 highest", "UInt64 4294967295"},
+                           {"Int64 lowest", "Int64 -9223372036854775808"},
+                           {"Over 32 bits", "Int64 4294967301"},
+                           {"Real huge", "Double 1.7976931348623157e+308"},
+                           {"Real whole", "Double 3"},
+                           {"UInt32 highest", "Int64 4294967295"},
+                           {"UInt64 highest", "UInt64 4294967295"},
+                           {"Zero", "Int32 0"}};
+const Lines kLanguages = {{"composed", "\"caf\u00E9 \u00C5ngstr\u00F6m\""},
+                          {"decomposed", "\"cafe\u0301 A\u030Angstro\u0308m\""},
+                          {"direction", "\"a\u202Eb\u202Cc\""},
+                          {"Русский.привет", "\"мир — «ёлки»\""},
+                          {"中文.0", "\"你好，世界\""},
+                          {"中文.1", "\"\u3000全角\u3000\""}};
+const Lines kRecorder = {{"Armed", "true"},
+                         {"Channels.0.Gain", "Double -6.5"},
+                         {"Channels.1.Name", "\"Right\""},
+                         {"Curve", "MemoryBlock 000102030405"},
+                         {"Offset", "Int64 -9223372036854775808"},
+                         {"Preset", "MemoryBlock 00ff10ef"},
+                         {"Serial", "UInt64 5"},
+                         {"SerialHighest", "UInt64 4294967295"},
+                         {"Started", "Date 2013-10-27 06:15:00"},
+                         {"Title", "\"Gr\u00FC\u00DFe\""}};
+
+const File kFiles[] = {
+    {"editor", false, kEditor, {}},
+    {"editor", true, kEditor, {}},
+    {"mail", false, kMail, kMailDifferences},
+    {"mail", true, kMail, kMailDifferences},
+    {"instrument",
+     false,
+     kInstrument,
+     {"Int64 highest: integer 9223372036854775807 -> text \"<null>\"",
+      "Real huge: real 1.7976931348623157e+308 -> real inf",
+      "Real tiny: real -2.2250738585072014e-308 -> real -2.225073858507201e-308",
+      "UInt64 highest: integer 9223372036854775807 -> text \"<null>\"",
+      "UInt64 lowest over Int64: integer 9223372036854775807 -> text \"<null>\""}},
+    {"languages", false, kLanguages, {}},
+    {"languages", true, kLanguages, {}},
+    {"recorder",
+     false,
+     kRecorder,
+     {"Serial: integer 9223372036854775813 -> text \"<null>\"",
+      "SerialHighest: integer 18446744073709551615 -> text \"<null>\""}},
+};
+
+// Passes what stands in one domain's file through the host into another's.
+class PassageTest : public FamilyTest {
+ protected:
+  static constexpr const char* kOriginal = "com.example.original";
+  static constexpr const char* kCopy = "com.example.copy";
+
+  void SetUp() override {
+    ASSERT_TRUE(zone_.isKnown());
+    for (const char* const domain : {kOriginal, kCopy}) fs::remove(testkit::storedDomain(domain));
+  }
+  void TearDown() override {
+    defaults_.reset();
+    FamilyTest::TearDown();
+    for (const char* const domain : {kOriginal, kCopy}) fs::remove(testkit::storedDomain(domain));
+    readDefaultsAnew();
+  }
+
+  /// What a host of that version gets from the original's file.
+  Value original(double version) {
+    readDefaultsAnew();
+    startHost({.version = version});
+    defaults_ = standard();
+    return ask(defaults_, "persistentDomainForName", {std::string(kOriginal)});
+  }
+  /// Stores it, made of new host objects, as the copy.
+  Outcome storeCopy(const Value& domain) {
+    Outcome outcome =
+        host->call(defaults_, "setPersistentDomain", {rebuilt(domain), std::string(kCopy)});
+    EXPECT_EQ(ask(defaults_, "synchronize"), Value(std::int8_t{1}));
+    return outcome;
+  }
+  static id storedOriginal() { return propertyListIn(testkit::storedDomain(kOriginal)); }
+  static id storedCopy() { return propertyListIn(testkit::storedDomain(kCopy)); }
+
+ private:
+  // The same value of new host objects.
+  Value rebuilt(const Value& value) {
+    const auto* const object = std::get_if<ObjectRef>(&value);
+    if (object == nullptr || !*object) return value;
+    const std::string literal = host->describe(value);
+    if (literal.starts_with("{")) return rebuiltDictionary(*object);
+    if (literal.starts_with("[")) return rebuiltList(*object);
+    if (literal.starts_with("Date ")) return host->date(host->fieldsOf(*object));
+    EXPECT_TRUE(literal.starts_with("MemoryBlock ")) << literal;
+    return host->memoryBlock(host->bytesOf(*object));
+  }
+  ObjectRef rebuiltList(const ObjectRef& list) {
+    Values elements = host->elements(list);
+    std::transform(elements.begin(), elements.end(), elements.begin(),
+                   [this](const Value& element) { return rebuilt(element); });
+    return host->array(Host::kObjectElements, elements);
+  }
+  ObjectRef rebuiltDictionary(const ObjectRef& dictionary) {
+    testkit::Entries entries = host->entries(dictionary);
+    for (auto& [key, value] : entries) value = rebuilt(value);
+    return host->dictionary(entries);
+  }
+
+  DefaultZone zone_{"Asia/Kathmandu"};
+  ObjectRef defaults_;
+};
+
+class PreferencesTest : public PassageTest,
+                        public testing::WithParamInterface<std::tuple<double, File>> {
+ protected:
+  // Puts the file where the original domain is kept.
+  static void place(const File& file) {
+    const fs::path source = fs::path(ZEL_PREFERENCES) / (file.name + ".plist"s);
+    if (file.binary) {
+      writeBinary(propertyListIn(source), testkit::storedDomain(kOriginal));
+    } else {
+      fs::copy_file(source, testkit::storedDomain(kOriginal));
+    }
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Hosts, PreferencesTest,
+                         testing::Combine(testing::Values(2011.04, 2013.9, 2014.0),
+                                          testing::ValuesIn(kFiles)));
+
+TEST_P(PreferencesTest, PassThroughTheHost) {
+  const auto& [version, file] = GetParam();
+  place(file);
+  const Value domain = original(version);
+  const Lines lines = linesOf(*host, domain);
+  for (const auto& [path, literal] : file.seen) {
+    ASSERT_TRUE(lines.contains(path)) << path;
+    EXPECT_EQ(lines.at(path), literal) << path;
+  }
+  EXPECT_EQ(storeCopy(domain).raised, std::nullopt);
+  const id before = storedOriginal();
+  const id after = storedCopy();
+  EXPECT_EQ(differences(linesOf(before), linesOf(after)), file.differences);
+  EXPECT_EQ(areEqual(before, after), file.differences.empty());
+}
+
+// --- what only some files have
+
+id number(double value) {
+  return send<id, "numberWithDouble:">(zel::classNamed<"NSNumber">(), value);
+}
+
+class OneValueTest : public PassageTest {
+ protected:
+  // Makes the original a domain of that one value.
+  static void place(id value) {
+    writeBinary(send<id, "dictionaryWithObject:forKey:">(zel::classNamed<"NSDictionary">(), value,
+                                                         nativeText("key")),
+                testkit::storedDomain(kOriginal));
+  }
+  static id listOf(id value) {
+    return send<id, "arrayWithObject:">(zel::classNamed<"NSArray">(), value);
+  }
+  static id date(double seconds) {
+    return send<id, "dateWithTimeIntervalSinceReferenceDate:">(zel::classNamed<"NSDate">(),
+                                                               seconds);
+  }
+  // How the value changes on its way.
+  std::vector<std::string> change(id value) {
+    place(value);
+    EXPECT_EQ(storeCopy(original(2014.0)).raised, std::nullopt);
+    return differences(linesOf(storedOriginal()), linesOf(storedCopy()));
+  }
+  // Passes the original, which can't be stored again.
+  void expectRefused(const std::string& seen) {
+    const Value domain = original(2014.0);
+    EXPECT_EQ(host->describe(domain), seen);
+    testing::internal::CaptureStderr();
+    const Outcome outcome = storeCopy(domain);
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(outcome.raised.value_or(Raised{}).className, "NSExceptionZEL");
+    EXPECT_NE(log.find("A NSInvalidArgumentException: "), std::string::npos) << log;
+    EXPECT_FALSE(fs::exists(testkit::storedDomain(kCopy)));
+  }
+};
+
+TEST_F(OneValueTest, ADateLosesTheFractionOfItsSecond) {
+  EXPECT_EQ(change(date(400000001.75)),
+            std::vector<std::string>{"key: date 400000001.75 -> date 400000001"});
+}
+
+TEST_F(OneValueTest, ADateBefore1970LosesTheFractionOfItsSecond) {
+  EXPECT_EQ(change(date(-2000000000.25)),
+            std::vector<std::string>{"key: date -2000000000.25 -> date -2000000001"});
+}
+
+TEST_F(OneValueTest, ASingleIsARealOfItsDigitsOnDisk) {
+  const id single = send<id, "numberWithFloat:">(zel::classNamed<"NSNumber">(), 0.1F);
+  EXPECT_EQ(change(single), std::vector<std::string>{"key: real 0.10000000149011612 -> real 0.1"});
+}
+
+TEST_F(OneValueTest, ARealKeeps16DigitsOnDisk) {
+  EXPECT_EQ(change(number(0.30000000000000004)),
+            std::vector<std::string>{"key: real 0.30000000000000004 -> real 0.3"});
+}
+
+TEST_F(OneValueTest, AHighUnsignedNumberInABinaryFileIsReadAsANegativeOne) {
+  place(send<id, "numberWithUnsignedLongLong:">(zel::classNamed<"NSNumber">(),
+                                                9223372036854775813ULL));
+  const Value domain = original(2014.0);
+  EXPECT_EQ(host->describe(domain), R"({"key": Int64 -9223372036854775803})");
+}
+
+TEST_F(OneValueTest, EmptyDataInAListCantBeStoredAgain) {
+  place(listOf(send<id, "data">(zel::classNamed<"NSData">())));
+  expectRefused(R"({"key": [nil]})");
+}
+
+TEST_F(OneValueTest, AHighUnsignedNumberInAListCantBeStoredAgain) {
+  std::ofstream(testkit::storedDomain(kOriginal)) << "{key = (<*I9223372036854775813>);}";
+  expectRefused(R"({"key": [UInt64 5]})");
+}
+
+TEST_F(OneValueTest, AListInAListStaysEmpty) {
+  const id empty = send<id, "array">(zel::classNamed<"NSArray">());
+  EXPECT_EQ(change(listOf(listOf(empty))), std::vector<std::string>{});
+}
+
+}  // namespace
+}  // namespace tests

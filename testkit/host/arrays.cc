@@ -34,12 +34,14 @@ std::string HostArray::describe() const {
 }
 
 void HostArray::die(State& state) {
+  for (std::size_t i = 0; i < size(); ++i) drop(state, at(i));
+}
+
+void HostArray::drop(State& state, const std::byte* element) const {
   if (!elementType_.counted) return;
-  for (std::size_t i = 0; i < size(); ++i) {
-    const void* handle = nullptr;
-    std::memcpy(&handle, at(i), sizeof handle);
-    state.ledger.drop(state, handle);
-  }
+  const void* handle = nullptr;
+  std::memcpy(&handle, element, sizeof handle);
+  state.ledger.drop(state, handle);
 }
 
 std::size_t HostArray::size() const {
@@ -60,11 +62,32 @@ void HostArray::insert(std::size_t index, const std::byte* element) {
   publishStorage();
 }
 
-void HostArray::append(State& state, const Value& value) {
+void HostArray::append(State& state, const Value& value) { insert(state, size(), value); }
+
+void HostArray::insert(State& state, std::size_t index, const Value& value) {
   std::byte element[kLargestElement] = {};
   if (!elementType_.fromValue(state, value, element))
     throw std::invalid_argument("an element isn't a " + std::string(elementType_.name));
-  insert(size(), element);
+  insert(index, element);
+}
+
+void HostArray::replace(State& state, std::size_t index, const Value& value) {
+  insert(state, index, value);
+  remove(state, index + 1);
+}
+
+void HostArray::remove(State& state, std::size_t index) {
+  const std::vector<std::byte> removed(at(index), at(index) + elementType_.size);
+  const auto begin = elements_.begin() + static_cast<std::ptrdiff_t>(index * elementType_.size);
+  elements_.erase(begin, begin + static_cast<std::ptrdiff_t>(elementType_.size));
+  publishStorage();
+  drop(state, removed.data());  // only now: what dies with it may look at the array
+}
+
+void HostArray::resize(State& state, std::size_t wanted) {
+  while (size() > wanted) remove(state, size() - 1);
+  elements_.resize(wanted * elementType_.size + kLargestElement);
+  publishStorage();
 }
 
 void HostArray::publishStorage() {

@@ -40,11 +40,20 @@ class HostArray : public AnyObject {
   [[nodiscard]] Value value(State& state, std::size_t index) const;
   /// Takes over the reference that the element may carry. @param index no more than size().
   void insert(std::size_t index, const std::byte* element);
-  /// Throws std::invalid_argument when the value isn't of the elements' type.
+  // Those that take a value throw std::invalid_argument when it isn't of the elements' type.
   void append(State& state, const Value& value);
+  /// @param index no more than size().
+  void insert(State& state, std::size_t index, const Value& value);
+  /// @param index less than size(), as for remove().
+  void replace(State& state, std::size_t index, const Value& value);
+  void remove(State& state, std::size_t index);
+  /// Drops elements at the end, or adds some that are 0 or null.
+  void resize(State& state, std::size_t size);
 
  private:
   void publishStorage();
+  /// Gives up the reference that the bytes of an element carry.
+  void drop(State& state, const std::byte* element) const;
 
   Memory memory_;
   std::int32_t type_;

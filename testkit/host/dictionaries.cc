@@ -76,6 +76,19 @@ zel::REALobject HostDictionary::set(const DictionaryKey& key, Entry entry, bool&
   return nullptr;
 }
 
+HostDictionary::Entry HostDictionary::remove(const DictionaryKey& key) {
+  const auto found = positions_.find(key);
+  if (found == positions_.end()) return {nullptr, nullptr};
+  const std::size_t position = found->second;
+  positions_.erase(found);
+  for (auto& [other, otherPosition] : positions_)
+    if (otherPosition > position) --otherPosition;
+  const Entry removed = entries_[position];
+  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
+  *property("Count") = static_cast<std::int32_t>(entries_.size());
+  return removed;
+}
+
 zel::REALobject dictionaryValue(State& state, zel::REALobject dictionary, zel::REALobject key) {
   constexpr char kWho[] = "Dictionary.Value";
   const auto* const found = state.ledger.find<HostDictionary>(dictionary, kWho);
@@ -98,6 +111,20 @@ void setDictionaryValue(State& state, zel::REALobject dictionary, zel::REALobjec
   bool added = false;
   state.ledger.drop(state, found->set(keyOf(state, key), {key, value}, added));
   if (!added) state.ledger.drop(state, key);
+}
+
+bool hasDictionaryKey(State& state, zel::REALobject dictionary, zel::REALobject key) {
+  const auto* const found = state.ledger.find<HostDictionary>(dictionary, "Dictionary.HasKey");
+  return found != nullptr && found->find(keyOf(state, key)) != nullptr;
+}
+
+bool removeDictionaryKey(State& state, zel::REALobject dictionary, zel::REALobject key) {
+  auto* const found = state.ledger.find<HostDictionary>(dictionary, "Dictionary.Remove");
+  if (!hasDictionaryKey(state, dictionary, key)) return false;
+  const HostDictionary::Entry removed = found->remove(keyOf(state, key));
+  state.ledger.drop(state, removed.key);
+  state.ledger.drop(state, removed.value);
+  return true;
 }
 
 zel::REALobject dictionaryKey(State& state, zel::REALobject dictionary, std::int32_t index) {

@@ -37,6 +37,9 @@ class HostDictionary : public HostObject {
   /// Takes over the references; gives back the value that was there, with its reference, or null.
   /// A key that is there already stays, and the caller keeps its own.
   zel::REALobject set(const DictionaryKey& key, Entry entry, bool& added);
+  /// Takes an entry out, whose references are the caller's from then on; both null when there is no
+  /// such key.
+  Entry remove(const DictionaryKey& key);
 
  private:
   std::vector<Entry> entries_;
@@ -50,6 +53,10 @@ zel::REALobject dictionaryValue(State& state, zel::REALobject dictionary, zel::R
 /// "Value(key As Variant, Assigns _value As Variant)"
 void setDictionaryValue(State& state, zel::REALobject dictionary, zel::REALobject key,
                         zel::REALobject value);
+/// Whether there is such a key.
+bool hasDictionaryKey(State& state, zel::REALobject dictionary, zel::REALobject key);
+/// Removes a key and its value. False when there was no such key.
+bool removeDictionaryKey(State& state, zel::REALobject dictionary, zel::REALobject key);
 /// "Key(index As Integer) As Variant": the key with a reference for the caller; raises
 /// OutOfBoundsException and gives null when there is none.
 zel::REALobject dictionaryKey(State& state, zel::REALobject dictionary, std::int32_t index);

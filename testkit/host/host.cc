@@ -89,6 +89,8 @@ void Host::load(PluginMain pluginMain) {
 
 std::optional<std::int32_t> Host::announcedVersion() const { return state_->announcedVersion; }
 
+std::vector<std::string> Host::classNames() const { return state_->classes.names(); }
+
 const RegisteredClass* Host::findClass(std::string_view name) const {
   const std::shared_ptr<HostClass> found = state_->classes.find(name);
   return found == nullptr ? nullptr : &found->description;
@@ -220,6 +222,13 @@ void Host::removeClass(const std::string& name) {
 }
 
 std::vector<Raised> Host::takePending() { return testkit::takePending(*state_, 0); }
+
+std::vector<ObjectRef> Host::takePendingObjects() {
+  std::vector<ObjectRef> raised;
+  for (const zel::REALobject exception : std::exchange(state_->pending, {}))
+    raised.push_back(ObjectRef::adopt(exception));
+  return raised;
+}
 
 std::string Host::unbalanced() const { return state_->ledger.unbalanced(); }
 

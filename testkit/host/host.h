@@ -97,6 +97,8 @@ class Host {
   // --- what the plugin did at start
   /// The plugin-interface version that the plugin announced.
   [[nodiscard]] std::optional<std::int32_t> announcedVersion() const;
+  /// The names of all classes, in the order of the alphabet.
+  [[nodiscard]] std::vector<std::string> classNames() const;
   /// Null when there is no such class; valid until the class is removed.
   [[nodiscard]] const RegisteredClass* findClass(std::string_view name) const;
 
@@ -224,6 +226,8 @@ class Host {
   /// The exceptions raised outside of call(), callShared() and assign(), in order; they are
   /// forgotten then.
   std::vector<Raised> takePending();
+  /// The same exceptions as the objects that they are.
+  std::vector<ObjectRef> takePendingObjects();
   /// What hasn't been given back, one line each, and what was written to after it died; "" when
   /// all is well. Exceptions that nobody has taken yet count as well.
   [[nodiscard]] std::string unbalanced() const;

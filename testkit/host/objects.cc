@@ -51,6 +51,12 @@ const HostClass* Classes::find(zel::REALclassRef reference) const {
   return found == classes_.end() ? nullptr : wanted;
 }
 
+std::vector<std::string> Classes::names() const {
+  std::vector<std::string> names;
+  for (const auto& [name, known] : classes_) names.push_back(name);
+  return names;
+}
+
 bool Classes::add(const std::shared_ptr<HostClass>& added) {
   return classes_.try_emplace(added->description.name, added).second;
 }

@@ -49,6 +49,8 @@ class Classes {
   [[nodiscard]] std::shared_ptr<HostClass> find(std::string_view name) const;
   /// The class that a reference stands for; null when it stands for none.
   [[nodiscard]] const HostClass* find(zel::REALclassRef reference) const;
+  /// The names of all of them.
+  [[nodiscard]] std::vector<std::string> names() const;
   /// False when there is a class of that name already.
   bool add(const std::shared_ptr<HostClass>& added);
   void remove(const std::string& name) { classes_.erase(name); }

@@ -12,6 +12,7 @@
 #include "native/methods.h"
 #include "testkit/macho/frames.h"
 #include "testkit/macho/messages.h"
+#include "testkit/macho/methods.h"
 #include "testkit/macho/passages.h"
 
 namespace testkit::macho {
@@ -70,6 +71,8 @@ const Row kRows[] = {
     {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
     {"_class_getSuperclass", addressOf(zel::class_getSuperclass), asItIs},
     {"_sel_registerName", addressOf(zel::sel_registerName), asItIs},
+    {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
+    {"_class_addMethod", addressOf(addMethod), asItIs},
     // Foundation and Core Foundation
     {"_NSLog", addressOf(zel::NSLog), outward},
     {"_CFRetain", addressOf(zel::CFRetain), outward},

@@ -1,0 +1,3 @@
+' Assign to a method.
+Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults
+d.synchronize = True

@@ -1,0 +1,5 @@
+' By ref of a value.
+Sub twice(ByRef n As Integer)
+  n = n * 2
+End Sub
+twice 5

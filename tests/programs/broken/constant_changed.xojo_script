@@ -1,0 +1,3 @@
+' Constant changed.
+Const kSize = 5
+kSize = 6

@@ -1,0 +1,3 @@
+' Declared twice.
+Dim n As Integer
+Dim n As String

@@ -1,0 +1,3 @@
+' Does nothing.
+Dim n As Integer = 5
+n

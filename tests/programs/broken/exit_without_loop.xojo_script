@@ -1,0 +1,4 @@
+' Exit without loop.
+If True Then
+  Exit For
+End If

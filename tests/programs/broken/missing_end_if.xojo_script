@@ -1,0 +1,4 @@
+' Missing end if.
+Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults
+If d.synchronize Then
+  Print "written"

@@ -1,0 +1,2 @@
+' Missing operand.
+Dim n As Integer = 5 +

@@ -1,0 +1,2 @@
+' Missing parenthesis.
+Print Str(Len("a")

@@ -1,0 +1,3 @@
+' Not an array.
+Dim n As Integer = 5
+Print Str(n(0))

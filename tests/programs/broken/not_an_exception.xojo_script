@@ -1,0 +1,2 @@
+' Not an exception.
+Raise "went wrong"

@@ -1,0 +1,2 @@
+' Object method of the class.
+NSUserDefaultsZEL.integerForKey("n") = 5

@@ -1,0 +1,2 @@
+' Reserved word.
+Dim next As Integer

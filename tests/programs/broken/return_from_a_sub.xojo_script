@@ -1,0 +1,5 @@
+' Return from a sub.
+Sub show(s As String)
+  Return s
+End Sub
+show "a"

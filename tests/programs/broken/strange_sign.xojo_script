@@ -1,0 +1,2 @@
+' Strange sign.
+Dim n As Integer = 5 ? 6

@@ -1,0 +1,2 @@
+' Text without end.
+Print "open

@@ -1,0 +1,3 @@
+' Too few arguments.
+Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults
+d.setIntegerValue("n")

@@ -1,0 +1,2 @@
+' Unknown class.
+Dim d As NSUserDefaultZEL

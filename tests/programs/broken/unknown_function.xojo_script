@@ -1,0 +1,2 @@
+' Unknown function.
+Dim s As String = Uppercas("a")

@@ -1,0 +1,3 @@
+' Unknown method.
+Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults
+d.integerForKy("n") = 5

@@ -1,0 +1,2 @@
+' Unknown shared method.
+Print NSUserDefaultsZEL.NSGlobalDoman

@@ -1,0 +1,3 @@
+' Wrong key type.
+Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults
+Print d.stringForKey(5)

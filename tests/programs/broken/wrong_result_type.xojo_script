@@ -1,0 +1,3 @@
+' Wrong result type.
+Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults
+Dim n As Integer = d.stringForKey("n")

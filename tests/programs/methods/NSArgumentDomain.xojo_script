@@ -1,0 +1,1 @@
+Print NSUserDefaultsZEL.NSArgumentDomain

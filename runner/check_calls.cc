@@ -23,6 +23,10 @@ std::string counted(std::size_t number, const char* what) {
   return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
 }
 
+std::string hintFor(const Type& wanted, const Type& given) {
+  return wanted == kString && given.isNumber() ? " Str makes a text of a number." : "";
+}
+
 // Runs a function with the values of arguments.
 template <class Run>
 Value withArguments(Frame& frame, const std::vector<ValueCode>& arguments, const Run& run) {
@@ -100,14 +104,25 @@ void Checker::failToMatch(const std::string& name, const Place& place, const Can
   const std::vector<std::string> declarations = textsOf(candidates);
   if (candidates.empty())
     throw Problem{place, "\"" + name + "\" takes no arguments.", declarations, ""};
-  if (candidates.size() > 1) {
+  // Those of another number of arguments were hardly meant.
+  Candidates meant = candidates;
+  std::erase_if(meant, [&arguments](const Callable* candidate) {
+    return arguments.size() < candidate->required ||
+           arguments.size() > candidate->parameters.size();
+  });
+  if (candidates.size() > 1 && meant.size() != 1) {
     std::string types;
     for (const Typed& argument : arguments)
       types += (types.empty() ? "" : ", ") + nameOf(argument.type);
     throw Problem{place, "There is no \"" + name + "\" that takes (" + types + ").", declarations,
                   ""};
   }
-  const Callable& only = *candidates.front();
+  failToFit(name, place, meant.empty() ? *candidates.front() : *meant.front(), arguments);
+}
+
+void Checker::failToFit(const std::string& name, const Place& place, const Callable& only,
+                        const TypedList& arguments) {
+  const std::vector<std::string> declarations = {only.text};
   // The value of an assignment isn't counted: nobody writes it among the arguments.
   const std::size_t assigned = only.assigns() ? 1 : 0;
   const std::size_t most = only.parameters.size() - assigned;
@@ -125,10 +140,10 @@ void Checker::failToMatch(const std::string& name, const Place& place, const Can
     const bool isValue = assigned == 1 && i + 1 == arguments.size();
     const std::string which =
         isValue ? "The value" : "Argument " + std::to_string(i + 1) + " of \"" + name + "\"";
-    throw Problem{
-        arguments[i].place,
-        which + " must be " + nameOf(wanted) + ", but this is " + nameOf(arguments[i].type) + ".",
-        declarations, ""};
+    throw Problem{arguments[i].place,
+                  which + " must be " + nameOf(wanted) + ", but this is " +
+                      nameOf(arguments[i].type) + "." + hintFor(wanted, arguments[i].type),
+                  declarations, ""};
   }
   throw Problem{place, "\"" + name + "\" can't be called like this.", declarations, ""};
 }

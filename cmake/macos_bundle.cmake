@@ -13,22 +13,22 @@ set(zel_stand_ins ${CMAKE_BINARY_DIR}/imports)
 set(zel_imports ${zel_darwin}/imports.txt)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${zel_imports})
 
-# The lines of a section of the list.
+# The lines of the list's sections of that name, whichever bundle they are for.
 function(zel_import_lines section result)
   file(STRINGS ${zel_imports} lines)
-  set(within FALSE)
+  set(within "")
   set(found)
   foreach(line IN LISTS lines)
     if(line MATCHES "^\\[(.*)\\]$")
-      string(COMPARE EQUAL "${CMAKE_MATCH_1}" "${section}" within)
-    elseif(within AND line MATCHES "^[^#]")
+      string(REGEX MATCH "^${section}( |$)" within "${CMAKE_MATCH_1}")
+    elseif(NOT within STREQUAL "" AND line MATCHES "^[^#]")
       list(APPEND found "${line}")
     endif()
   endforeach()
   set(${result} "${found}" PARENT_SCOPE)
 endfunction()
 
-# The symbols that the bundle for this processor takes from the library.
+# The symbols that the bundles for this processor take from the library.
 function(zel_symbols_of library result)
   zel_import_lines(symbols lines)
   set(found)

@@ -31,6 +31,11 @@ void CocoaInit() {
   }
 }
 
+void describeException(REALobject exception, REALstring message) {
+  REALSetPropValueString(exception, "Message", message);
+  REALSetPropValueInt32(exception, "ErrorNumber", 0);
+}
+
 void RaiseException(const char* className, const char* message,
                     [[maybe_unused]] std::uint32_t errorNumber) {
   const REALstring text =
@@ -38,8 +43,7 @@ void RaiseException(const char* className, const char* message,
   REALobject exception = REALnewInstance(className);
   if (exception == nullptr) exception = REALnewInstance("RuntimeException");
   if (exception != nullptr) {
-    REALSetPropValueString(exception, "Message", text);
-    REALSetPropValueInt32(exception, "ErrorNumber", 0);
+    describeException(exception, text);
     REALRaiseException(exception);
     REALUnlockObject(exception);
   }

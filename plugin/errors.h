@@ -5,6 +5,7 @@
 
 #include "native/corefoundation.h"
 #include "native/exceptions.h"
+#include "plugin/handles.h"
 
 namespace zel {
 
@@ -18,6 +19,11 @@ extern bool ExceptionsInitialized;
 /// handling. What has succeeded is not done again; what has not is tried at every call. Native
 /// exceptions pass.
 void CocoaInit();
+
+/// Gives a host exception its message and the number that every exception of these plugins has, 0.
+/// @param exception not null.
+/// @param message   nullable: no message.
+void describeException(REALobject exception, REALstring message);
 
 /// Raises a host exception. It pends in the host until the plugin's method returns, so the caller
 /// cleans up and returns as usual. When the host can't make one, nothing is raised.

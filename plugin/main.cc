@@ -1,7 +1,7 @@
 #include "plugin/main.h"
 
 #include "plugin/downgrade.h"
-#include "plugin/tables.h"
+#include "plugin/plugin.h"
 
 namespace zel {
 
@@ -47,13 +47,15 @@ void REALPluginMain(Resolver resolver) {
   CurrentREALControlVersion = controlVersionOf(rbversion);
   registerVersion(CurrentREALControlVersion);  // every host has it, so it isn't tested for
 
-  roundUpDataSize(NSUserDefaultsClass.base.dataSize);
+  if (!startPlugin()) return;
+  REALclassDefinition& definition = pluginClass();
+  roundUpDataSize(definition.base.dataSize);
   if (CurrentREALControlVersion > kOldestControlVersion) {
-    NSUserDefaultsClass.base.version = CurrentREALControlVersion;
+    definition.base.version = CurrentREALControlVersion;
   } else {
-    downgrade(NSUserDefaultsClass, CurrentREALControlVersion);
+    downgrade(definition, CurrentREALControlVersion);
   }
-  REALRegisterClass(&NSUserDefaultsClass);
+  REALRegisterClass(&definition);
 }
 
 }  // namespace zel

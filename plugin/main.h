@@ -1,4 +1,4 @@
-// The plugin's entry point.
+// The plugin's entry point, the same in every plugin: plugin.h has what makes them differ.
 #pragma once
 
 #include "plugin/host.h"

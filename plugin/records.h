@@ -14,6 +14,9 @@ namespace zel {
 using HostFunction = void (*)();
 using Word = std::intptr_t;
 
+/// Version 12 of the plugin interface, which the current records are written for.
+inline constexpr std::int32_t kCurrentControlVersion = 12;
+
 struct OlderMethodRecord {
   HostFunction function;
   HostFunction setter;      // called when the host assigns to the getter's declaration; nullable
@@ -69,31 +72,31 @@ struct OlderClassRecord {
   std::int32_t systemUse;    // the host writes the offset of the instance data here
   HostFunction constructor;  // called for every new object
   HostFunction destructor;   // called when an object dies
-  void* properties;
-  std::int32_t propertyCount;
-  const void* methods;
-  std::int32_t methodCount;
-  void* events;
-  std::int32_t eventCount;
-  void* eventInstances;
-  std::int32_t eventInstanceCount;
-  const char* interfaces;
-  void* attributes;
-  std::int32_t attributeCount;
-  void* constants;
-  std::int32_t constantCount;
-  std::int32_t flags;
-  void* sharedProperties;
-  std::int32_t sharedPropertyCount;
-  const void* sharedMethods;
-  std::int32_t sharedMethodCount;
+  void* properties = nullptr;
+  std::int32_t propertyCount = 0;
+  const void* methods = nullptr;
+  std::int32_t methodCount = 0;
+  void* events = nullptr;
+  std::int32_t eventCount = 0;
+  void* eventInstances = nullptr;
+  std::int32_t eventInstanceCount = 0;
+  const char* interfaces = nullptr;
+  void* attributes = nullptr;
+  std::int32_t attributeCount = 0;
+  void* constants = nullptr;
+  std::int32_t constantCount = 0;
+  std::int32_t flags = 0;
+  void* sharedProperties = nullptr;
+  std::int32_t sharedPropertyCount = 0;
+  const void* sharedMethods = nullptr;
+  std::int32_t sharedMethodCount = 0;
 };
 struct REALclassDefinition {
   OlderClassRecord base;  // the words that every host knows
-  void* delegates;
-  std::int32_t delegateCount;
-  void* enums;
-  std::int32_t enumCount;
+  void* delegates = nullptr;
+  std::int32_t delegateCount = 0;
+  void* enums = nullptr;
+  std::int32_t enumCount = 0;
 };
 
 static_assert(sizeof(void*) != 4 || sizeof(OlderMethodRecord) == 16);

@@ -1,23 +1,10 @@
 #include "plugin/tables.h"
 
+#include "plugin/method_records.h"
 #include "plugin/methods.h"
+#include "plugin/plugin.h"
 
 namespace zel {
-namespace {
-
-// What this value means is the host's: it expects it on the class and on every method.
-constexpr std::int32_t kFlags = 4;
-
-}  // namespace
-
-// The host calls every function by the declaration beside it. Macros, because no constant
-// expression may change a function's type.
-#define HOST_FUNCTION(function) reinterpret_cast<HostFunction>(function)
-#define METHOD(declaration, function) \
-  { HOST_FUNCTION(function), nullptr, declaration, kFlags, 0, nullptr }
-// A getter that the host can also assign to: it then calls the setter.
-#define PROPERTY(declaration, getter, setter) \
-  { HOST_FUNCTION(getter), HOST_FUNCTION(setter), declaration, kFlags, 0, nullptr }
 
 // The two list getters are the only ones without a setter in their record, deliberately: lists are
 // written through their setter methods alone.
@@ -112,5 +99,9 @@ REALclassDefinition NSUserDefaultsClass = {
     .enums = nullptr,
     .enumCount = 0,
 };
+
+REALclassDefinition& pluginClass() { return NSUserDefaultsClass; }
+
+bool startPlugin() { return true; }
 
 }  // namespace zel

@@ -29,4 +29,16 @@ zel_add_tests(unit_tests
     defaults/fault_rows.cc
     defaults/object_fault_calls.cc
     defaults/faults_test.cc
-  LIBRARIES plugin_objects reference_host siblings foundation_double)
+  LIBRARIES plugin_objects frame_objects reference_host siblings foundation_double)
+
+# The companion plugin's, which has an entry point of its own.
+zel_add_tests(companion_tests
+  SOURCES
+    support/fresh_plugin.cc
+    support/plugin_test.cc
+    companion/companion_test.cc
+    companion/tables_test.cc
+    companion/exceptions_test.cc
+    companion/family_test.cc
+    companion/faults_test.cc
+  LIBRARIES companion_objects frame_objects reference_host siblings foundation_double)

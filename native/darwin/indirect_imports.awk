@@ -12,7 +12,7 @@
 BEGIN {
   while ((status = (getline line < imports)) > 0) {
     if (line ~ /^\[/) section = line
-    else if (section == "[symbols]" && split(line, word) >= 3 && word[1] !~ /^#/) isImport[word[3]] = 1
+    else if (section ~ /^\[symbols/ && split(line, word) >= 3 && word[1] !~ /^#/) isImport[word[3]] = 1
   }
   if (status < 0) fail("can't read the list of imports, '" imports "'")
 }

@@ -1,5 +1,6 @@
 #include "testkit/foundation/runtime.h"
 
+#include "native/methods.h"
 #include "testkit/foundation/classes.h"
 #include "testkit/foundation/exceptions.h"
 
@@ -153,6 +154,19 @@ Class* objc_lookUpClass(const char* name) {
 
 Class* class_getSuperclass(Class* subclass) {
   return testkit::objc::handle<Class*>(testkit::objc::classRecord(subclass).superClass);
+}
+
+Class* objc_getMetaClass(const char* className) {
+  const testkit::objc::ClassRecord* const found = Runtime::shared().find(className);
+  return found == nullptr ? nullptr : testkit::objc::handle<Class*>(found->isa);
+}
+
+BOOL class_addMethod(Class* owner, SEL selector, void (*implementation)(), const char* /*types*/) {
+  if (!Faults::shared().countCall("class_addMethod") || owner == nullptr) return 0;
+  testkit::objc::ClassRecord& record = testkit::objc::classRecord(owner);
+  const bool hidden = record.hidden.count(selector) != 0;
+  if (!hidden && record.methods.count(selector) != 0) return 0;
+  return record.addedMethods.emplace(selector, implementation).second ? 1 : 0;
 }
 
 const char* object_getClassName(void* object) {

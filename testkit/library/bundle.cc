@@ -1,6 +1,7 @@
 #include "testkit/macho/bundle.h"
 
 #include <set>
+#include <vector>
 
 #include "testkit/library/opened_file.h"
 #include "testkit/macho/passages.h"
@@ -19,7 +20,8 @@ class OpenBundle {
   OpenBundle(const OpenBundle&) = delete;
   OpenBundle& operator=(const OpenBundle&) = delete;
 
-  [[nodiscard]] PluginMain main() const {
+  [[nodiscard]] bool mustStay() const { return bundle_.mustStay(); }
+  [[nodiscard]] PluginMain entryPoint() const {
     void* const found = bundle_.find("REALPluginMain");
     if (found == nullptr)
       throw std::runtime_error(path_ + " has no REALPluginMain: it is no plugin");
@@ -36,11 +38,18 @@ class OpenBundle {
   macho::Bundle bundle_;
 };
 
+// Lets the bundle live for ever.
+void keep(const std::shared_ptr<OpenBundle>& bundle) {
+  static auto& kept = *new std::vector<std::shared_ptr<OpenBundle>>;
+  kept.push_back(bundle);
+}
+
 }  // namespace
 
 OpenedFile openBundle(const std::filesystem::path& folder) {
   auto bundle = std::make_shared<OpenBundle>(std::filesystem::canonical(folder));
-  const PluginMain main = bundle->main();
+  const PluginMain main = bundle->entryPoint();
+  if (bundle->mustStay()) keep(bundle);
   return {std::move(bundle), main, {.enter = macho::enterBundle, .outward = macho::outward}};
 }
 

@@ -9,8 +9,10 @@
 #include <iterator>
 
 #include "native/files.h"
+#include "native/methods.h"
 #include "testkit/macho/frames.h"
 #include "testkit/macho/messages.h"
+#include "testkit/macho/methods.h"
 #include "testkit/macho/passages.h"
 
 namespace testkit::macho {
@@ -30,6 +32,13 @@ void* findConstant(void* handle, const char* name) {
   const bool everywhere = reinterpret_cast<std::intptr_t>(handle) == -2;
   if (!everywhere || zel::zelFoundationConstant(name) == nullptr) return nullptr;
   return dlsym(RTLD_DEFAULT, name);
+}
+
+// The method is called by this system.
+zel::BOOL addMethod(zel::Class* owner, zel::SEL selector, void (*implementation)(),
+                    const char* types) {
+  void* const wrapped = inward(reinterpret_cast<void*>(implementation));
+  return zel::class_addMethod(owner, selector, reinterpret_cast<void (*)()>(wrapped), types);
 }
 
 template <class Function>
@@ -58,8 +67,12 @@ const Row kRows[] = {
     {"_objc_exception_throw", addressOf(throwToFrame), asItIs},
     {"_objc_lookUpClass", addressOf(zel::objc_lookUpClass), asItIs},
     {"_object_getClassName", addressOf(zel::object_getClassName), asItIs},
+    {kAddMethod, addressOf(addMethod), asItIs},
+    {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
     {"_class_getSuperclass", addressOf(zel::class_getSuperclass), asItIs},
     {"_sel_registerName", addressOf(zel::sel_registerName), asItIs},
+    {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
+    {"_class_addMethod", addressOf(addMethod), asItIs},
     // Foundation and Core Foundation
     {"_NSLog", addressOf(zel::NSLog), outward},
     {"_CFRetain", addressOf(zel::CFRetain), outward},

@@ -5,6 +5,9 @@
 
 namespace testkit::macho {
 
+/// The import by which a bundle gives methods to the runtime, which keeps them for good.
+inline constexpr std::string_view kAddMethod = "_class_addMethod";
+
 /// What stands for the symbol, ready to be called by a bundle: native exceptions reach it in its
 /// own way. Null for a symbol that isn't known here.
 /// @param symbol with its leading underscore.

@@ -1,5 +1,6 @@
 #include "testkit/macho/bundle.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
@@ -46,6 +47,11 @@ Bundle::Bundle(const std::filesystem::path& folder)
 void* Bundle::find(const std::string& function) const {
   const Export* const found = image_.findExport("_" + function);
   return found == nullptr ? nullptr : mapped_.at(found->address);
+}
+
+bool Bundle::mustStay() const {
+  return std::any_of(image_.imports.begin(), image_.imports.end(),
+                     [](const Import& import) { return import.symbol == kAddMethod; });
 }
 
 void* Bundle::get(const std::string& function) const {

@@ -24,6 +24,10 @@ class Bundle {
   /// Throws std::runtime_error with the reason when it can't be loaded. @param folder NAME.bundle.
   explicit Bundle(const std::filesystem::path& folder);
 
+  /// Whether the bundle may have given the runtime methods, and so must be kept as long as the
+  /// process.
+  [[nodiscard]] bool mustStay() const;
+
   /// The function of that name (without the underscore in front), or null.
   [[nodiscard]] void* find(const std::string& function) const;
 

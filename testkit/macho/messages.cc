@@ -24,6 +24,8 @@ int objc_sizeof_type(const char* type);
 
 using Method = void (*)();
 
+constexpr std::size_t kWord = 4;  // bytes; also of a pointer
+
 // The arguments of a message, receiver and selector first. A method takes what it knows of.
 struct Words {
   std::uint32_t word[60];
@@ -31,10 +33,10 @@ struct Words {
 
 Words wordsOf(zel::id receiver, zel::SEL selector, va_list arguments) {
   Words words;
-  std::memcpy(&words.word[0], &receiver, sizeof receiver);
-  std::memcpy(&words.word[1], &selector, sizeof selector);
+  std::memcpy(&words.word[0], &receiver, kWord);
+  std::memcpy(&words.word[1], &selector, kWord);
   // On this processor a va_list is the address of the words that follow.
-  std::memcpy(&words.word[2], arguments, sizeof words - 2 * sizeof words.word[0]);
+  std::memcpy(&words.word[2], arguments, sizeof words - 2 * kWord);
   return words;
 }
 
@@ -71,7 +73,7 @@ std::uint64_t returnStructure(Method method, const Words& words) {
 
 std::uint64_t refuseStructure(Method /*method*/, const Words& words) {
   zel::SEL selector = nullptr;
-  std::memcpy(&selector, &words.word[1], sizeof selector);
+  std::memcpy(&selector, &words.word[1], kWord);
   refuse(selector);
 }
 

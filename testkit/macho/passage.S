@@ -1,14 +1,23 @@
-# The passage out of a bundle; passages.h says what it is for. Entered by a jump, as the function
-# that the bundle has called, with the function to call in %eax.
-#
-# A frame copies the arguments, as many words of them as there can be, and calls. Its exception table
-# is the one that a compiler makes for "@try { call } @catch (id exception) { throw to the frame }".
-# The result stays where it came back: %eax, %edx, or the floating-point stack.
+# The passages out of a bundle and into it; passages.h says what they are for. They are entered by a
+# jump, as the function that was called, with the function to call in %eax. The result stays where it
+# came back: %eax, %edx, or the floating-point stack.
 
     .set argumentWords, 64
 
-# passage NAME: \result runs after the call, \pop is how much of the arguments the caller has left to
-# it.
+# Makes room on the aligned stack for as many words of arguments as there can be, and copies them from
+# the address in %esi.
+.macro copyArguments
+    subl $(4 * argumentWords), %esp
+    andl $-16, %esp
+    movl %esp, %edi
+    movl $argumentWords, %ecx
+    cld
+    rep movsl
+.endm
+
+# passage NAME: out of a bundle. \result runs after the call, \pop is how much of the arguments the
+# caller has left to it. Its exception table is the one that a compiler makes for
+# "@try { call } @catch (id exception) { throw to the frame }".
 .macro passage name, pop, result:vararg
     .globl \name
     .hidden \name
@@ -26,13 +35,8 @@
     .cfi_offset %esi, -12
     pushl %edi
     .cfi_offset %edi, -16
-    subl $(4 * argumentWords), %esp
-    andl $-16, %esp
     leal 8(%ebp), %esi
-    movl %esp, %edi
-    movl $argumentWords, %ecx
-    cld
-    rep movsl
+    copyArguments
 .Lcall_\name:
     call *%eax
 .Lreturn_\name:
@@ -83,6 +87,59 @@
     passage testkitPassage, 0
     # The first argument is the address for the structure: it comes back, and is popped.
     passage testkitPassageForStructure, 4, movl 8(%ebp), %eax
+
+# The passage into a bundle. testkitEnterBundle gets the address of a record: the function, the
+# address of the arguments, and room for what comes back in %eax and %edx; it calls back
+# testkitCallAsRecorded, with a frame around it.
+    .hidden testkitEnterBundle
+    .globl testkitPassageInward
+    .hidden testkitPassageInward
+    .type testkitPassageInward, @function
+testkitPassageInward:
+    .cfi_startproc
+    pushl %ebp
+    .cfi_def_cfa_offset 8
+    .cfi_offset %ebp, -8
+    movl %esp, %ebp
+    .cfi_def_cfa_register %ebp
+    subl $24, %esp
+    movl %eax, -16(%ebp)
+    leal 8(%ebp), %eax
+    movl %eax, -12(%ebp)
+    leal -16(%ebp), %eax
+    movl %eax, (%esp)
+    call testkitEnterBundle
+    movl -8(%ebp), %eax
+    movl -4(%ebp), %edx
+    leave
+    .cfi_restore %ebp
+    .cfi_def_cfa %esp, 4
+    ret
+    .cfi_endproc
+    .size testkitPassageInward, . - testkitPassageInward
+
+# Takes the record. Nothing unwinds from here: what the function calls jumps over it.
+    .globl testkitCallAsRecorded
+    .hidden testkitCallAsRecorded
+    .type testkitCallAsRecorded, @function
+testkitCallAsRecorded:
+    pushl %ebp
+    movl %esp, %ebp
+    pushl %esi
+    pushl %edi
+    movl 8(%ebp), %eax
+    movl 4(%eax), %esi
+    copyArguments
+    call *(%eax)
+    movl 8(%ebp), %ecx
+    movl %eax, 8(%ecx)
+    movl %edx, 12(%ecx)
+    leal -8(%ebp), %esp
+    popl %edi
+    popl %esi
+    popl %ebp
+    ret
+    .size testkitCallAsRecorded, . - testkitCallAsRecorded
 
     .hidden DW.ref.__gnu_objc_personality_v0
     .weak DW.ref.__gnu_objc_personality_v0

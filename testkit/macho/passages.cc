@@ -12,11 +12,18 @@ extern "C" {
 // In passage.S.
 void testkitPassage();
 void testkitPassageForStructure();
+void testkitPassageInward();
+/// Calls the function of a record. @param record as passage.S lays it out.
+void testkitCallAsRecorded(void* record);
+void testkitEnterBundle(void* record);
 /// Where a passage lands with a native exception.
 [[noreturn]] void testkitThrowToFrame(zel::id exception);
 }
 
 void testkitThrowToFrame(zel::id exception) { testkit::macho::throwToFrame(exception); }
+void testkitEnterBundle(void* record) {
+  testkit::macho::enterBundle(testkitCallAsRecorded, record);
+}
 
 namespace testkit::macho {
 namespace {
@@ -91,6 +98,11 @@ void* outward(void* function) {
 
 void* outwardForStructure(void* function) {
   static Thunks thunks(testkitPassageForStructure);
+  return thunks.of(function);
+}
+
+void* inward(void* function) {
+  static Thunks thunks(testkitPassageInward);
   return thunks.of(function);
 }
 

@@ -1,14 +1,13 @@
 #include "testkit/siblings/runtime.h"
 
+#include "native/methods.h"
+
 extern "C" {
 // Of the Objective-C runtime.
 zel::Class* objc_getClass(const char* className);
-zel::Class* objc_getMetaClass(const char* className);
 zel::Class* objc_allocateClassPair(zel::Class* superClass, const char* name,
                                    std::size_t extraBytes);
 void objc_registerClassPair(zel::Class* made);
-bool class_addMethod(zel::Class* owner, zel::SEL selector, void (*implementation)(),
-                     const char* types);
 }
 
 namespace testkit {
@@ -25,9 +24,9 @@ AddMethod addToRuntime() {
   return [](const NativeMethod& method) {
     defineClass(method.className, method.superName);
     zel::Class* const owner =
-        (method.ofClass ? objc_getMetaClass : objc_getClass)(method.className);
-    class_addMethod(owner, zel::sel_registerName(method.selector), method.implementation,
-                    method.types);
+        (method.ofClass ? zel::objc_getMetaClass : objc_getClass)(method.className);
+    zel::class_addMethod(owner, zel::sel_registerName(method.selector), method.implementation,
+                         method.types);
   };
 }
 

@@ -1,6 +1,9 @@
 #include "tests/end_to_end/end_to_end_test.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
+#include <string_view>
 
 #include "testkit/siblings/runtime.h"
 
@@ -16,11 +19,20 @@ zel::CFMutableDictionaryRef sharedInstances() {
   return instances;
 }
 
+const char* setting(const char* name, const char* otherwise) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : otherwise;
+}
+
 }  // namespace
 
-std::string productFile() {
-  const char* const other = std::getenv("ZEL_PLUGIN");
-  return other == nullptr ? ZEL_PLUGIN : other;
+std::filesystem::path productFile(const std::string& name) {
+  return std::filesystem::path(setting("ZEL_PRODUCT", ZEL_PRODUCT)) / name;
+}
+
+std::filesystem::path pluginFile(const std::string& plugin) {
+  const std::filesystem::path bundle = productFile(plugin + ".bundle");
+  return std::filesystem::exists(bundle) ? bundle : productFile(plugin + ".so");
 }
 
 EndToEndTest::EndToEndTest() { openPool(); }
@@ -37,13 +49,17 @@ void EndToEndTest::drainPool() {
 }
 
 void EndToEndTest::startHost(const HostOptions& options) {
-  library = std::make_unique<testkit::PluginLibrary>(productFile());
+  library = std::make_unique<testkit::PluginLibrary>(pluginFile(kClass));
   HostOptions fitting = options;
   fitting.border = library->border();
   host = std::make_unique<Host>(fitting);
   host->onFailure(fail);
-  host->load(library->main());
+  loadPlugins();
 }
+
+void EndToEndTest::loadPlugins() { loadPlugin(); }
+
+void EndToEndTest::loadPlugin() { host->load(library->main()); }
 
 void EndToEndTest::TearDown() {
   if (host != nullptr) {
@@ -70,17 +86,65 @@ Value EndToEndTest::askShared(const std::string& method) {
   return outcome.value;
 }
 
-void FamilyTest::startHost(const HostOptions& options) {
-  EndToEndTest::startHost(options);
+// What is loaded or added, in this order.
+struct FamilyKind {
+  enum class Part { plugin, companion, standIns };
+  std::string_view name;
+  std::vector<Part> parts;
+
+  [[nodiscard]] bool has(Part part) const { return std::ranges::count(parts, part) != 0; }
+};
+
+namespace {
+
+using Part = FamilyKind::Part;
+
+const FamilyKind& familyOfEnvironment() {
+  static const std::vector<FamilyKind> kKinds = {
+      {"stand-ins", {Part::plugin, Part::standIns}},
+      {"companion-first", {Part::companion, Part::plugin}},
+      {"companion-last", {Part::plugin, Part::companion}},
+      {"stand-ins-first", {Part::standIns, Part::companion, Part::plugin}},
+  };
+  const std::string_view name = setting("ZEL_FAMILY", "stand-ins");
+  const auto found = std::ranges::find(kKinds, name, &FamilyKind::name);
+  if (found == kKinds.end())
+    throw std::runtime_error("ZEL_FAMILY: no family is called " + std::string(name));
+  return *found;
+}
+
+}  // namespace
+
+FamilyTest::FamilyTest() : kind_(familyOfEnvironment()) {}
+
+void FamilyTest::loadPlugins() {
   siblings = std::make_unique<testkit::Siblings>(*host, testkit::addToRuntime());
+  for (const Part part : kind_.parts) {
+    if (part == Part::plugin) loadPlugin();
+    if (part == Part::companion) loadCompanion();
+    if (part == Part::standIns) addStandIns();
+  }
+}
+
+void FamilyTest::loadCompanion() {
+  // The host has the class from its start, as one that another plugin has given it.
+  if (!standInsRule()) host->removeClass("NSExceptionZEL");
+  companion = std::make_unique<testkit::PluginLibrary>(pluginFile("NSExceptionZEL"));
+  host->load(companion->main());
+}
+
+void FamilyTest::addStandIns() {
   siblings->provideInstances(sharedInstances());
   siblings->providePreparation();
   siblings->provideExceptions();
 }
 
+bool FamilyTest::standInsRule() const { return kind_.has(Part::standIns); }
+
 void FamilyTest::TearDown() {
   EndToEndTest::TearDown();
   siblings = nullptr;
+  companion = nullptr;
 }
 
 }  // namespace tests

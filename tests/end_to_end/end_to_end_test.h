@@ -1,6 +1,7 @@
 // The built plugin in the reference host, over the real Foundation.
 #pragma once
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
@@ -23,11 +24,13 @@ using testkit::Text;
 using testkit::Value;
 using Values = std::vector<Value>;
 
-/// The plugin under test: the file that ZEL_PLUGIN names in the environment, else the one that was
-/// built with the tests.
-std::string productFile();
-
 inline const char* const kClass = "NSUserDefaultsZEL";
+
+/// A file of the product under test: the one just built or, where the environment names a folder in
+/// ZEL_PRODUCT, the one there.
+std::filesystem::path productFile(const std::string& name);
+/// The file of a plugin there, NAME.bundle or NAME.so.
+std::filesystem::path pluginFile(const std::string& plugin);
 
 /// Loads the built plugin anew for every test, in a host of the version that the test asks for and
 /// with an autorelease pool around it. Whatever the host handed out must have come back at the end.
@@ -38,6 +41,10 @@ class EndToEndTest : public testing::Test {
   void TearDown() override;
 
   void startHost(const HostOptions& options);
+  /// What is loaded into the new host, in its order: here, the plugin alone.
+  virtual void loadPlugins();
+  /// Loads the plugin.
+  void loadPlugin();
   /// The standard defaults object.
   ObjectRef standard();
   /// The result of a call that must raise nothing.
@@ -56,12 +63,26 @@ class EndToEndTest : public testing::Test {
 
 /// The same among the other plugins of the family, whose hooks can't be taken back in a process:
 /// tests without them stand in a program of their own.
+///
+/// Who they are is up to the environment's ZEL_FAMILY: "stand-ins" (so too without it),
+/// "companion-first" and "companion-last" (the companion plugin, before or after the plugin),
+/// "stand-ins-first" (the companion plugin too, but stand-ins have added everything before it). The
+/// companion plugin stays in a process for good, so with it every test takes a process of its own.
 class FamilyTest : public EndToEndTest {
  protected:
+  FamilyTest();
   void TearDown() override;
-  void startHost(const HostOptions& options);
+  void loadPlugins() override;
+  void loadCompanion();
+  void addStandIns();
+  /// Whether the stand-ins' hooks are the ones in force.
+  [[nodiscard]] bool standInsRule() const;
 
+  std::unique_ptr<testkit::PluginLibrary> companion;
   std::unique_ptr<testkit::Siblings> siblings;
+
+ private:
+  const struct FamilyKind& kind_;
 };
 
 /// The host versions whose behaviour differs, and the newest of each kind.

@@ -9,6 +9,8 @@ namespace {
 using testkit::isBundle;
 using testkit::PluginLibrary;
 
+std::string fileUnderTest() { return pluginFile(kClass); }
+
 std::string refusalOf(const std::string& file) {
   try {
     const PluginLibrary library(file);
@@ -25,18 +27,18 @@ std::string libraryOf(testkit::PluginMain function) {
 }
 
 TEST(LibraryTest, TheFileUnderTestIsTheOneThatRuns) {
-  const PluginLibrary library(productFile());
-  EXPECT_EQ(libraryOf(library.main()), isBundle(productFile()) ? "" : productFile());
+  const PluginLibrary library(fileUnderTest());
+  EXPECT_EQ(libraryOf(library.main()), isBundle(fileUnderTest()) ? "" : fileUnderTest());
 }
 
 TEST(LibraryTest, AFileIsLoadedOnce) {
-  const PluginLibrary library(productFile());
-  EXPECT_EQ(refusalOf(productFile()), productFile() + " is loaded already");
+  const PluginLibrary library(fileUnderTest());
+  EXPECT_EQ(refusalOf(fileUnderTest()), fileUnderTest() + " is loaded already");
 }
 
 TEST(LibraryTest, AFileThatIsGoneCanBeLoadedAgain) {
-  EXPECT_EQ(refusalOf(productFile()), "");
-  EXPECT_EQ(refusalOf(productFile()), "");
+  EXPECT_EQ(refusalOf(fileUnderTest()), "");
+  EXPECT_EQ(refusalOf(fileUnderTest()), "");
 }
 
 TEST(LibraryTest, OtherLibrariesAreRefused) {

@@ -64,7 +64,9 @@ class PersistenceTest : public FamilyTest, public testing::WithParamInterface<do
   static std::string domain() { return std::filesystem::path(program_invocation_name).filename(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Hosts, PersistenceTest, testing::Values(2011.04, 2012.0, 2013.0, 2014.0));
+constexpr double kHosts[] = {2011.04, 2012.0, 2013.0, 2014.0};
+
+INSTANTIATE_TEST_SUITE_P(Hosts, PersistenceTest, testing::ValuesIn(kHosts));
 
 TEST_P(PersistenceTest, AnotherProcessReadsTheSame) {
   storeEverything();

@@ -1,36 +1,54 @@
 // The files of the product.
 #include <filesystem>
-#include <gtest/gtest.h>
 
+#include "tests/end_to_end/end_to_end_test.h"
 #include "tests/support/process.h"
 
 namespace tests {
 namespace {
 
-std::string dynamicSection() { return outputOf(ZEL_READELF, {"readelf", "-Wd", ZEL_PLUGIN}); }
+class ProductTest : public testing::TestWithParam<const char*> {
+ protected:
+  const std::filesystem::path file = productFile(GetParam());
+  [[nodiscard]] std::string dynamicSection() const {
+    return outputOf(ZEL_READELF, {"readelf", "-Wd", file});
+  }
+};
 
-TEST(ProductTest, ThePluginExportsItsEntryPointAlone) {
-  EXPECT_EQ(outputOf(ZEL_NM, {"nm", "-D", "--defined-only", "--format=just-symbols", ZEL_PLUGIN}),
+const auto kNameOfFile = [](const auto& row) {
+  return std::filesystem::path(row.param).stem().string();
+};
+
+INSTANTIATE_TEST_SUITE_P(Plugins, ProductTest,
+                         testing::Values("NSUserDefaultsZEL.so", "NSExceptionZEL.so"), kNameOfFile);
+
+TEST_P(ProductTest, ItExportsItsEntryPointAlone) {
+  EXPECT_EQ(outputOf(ZEL_NM, {"nm", "-D", "--defined-only", "--format=just-symbols", file}),
             "REALPluginMain\n");
 }
 
-TEST(ProductTest, ThePluginNeedsNoCxxRuntime) {
+TEST_P(ProductTest, ItNeedsNoCxxRuntime) {
   const std::string section = dynamicSection();
   EXPECT_NE(section.find("Shared library: [libzelnative.so]"), std::string::npos) << section;
   EXPECT_EQ(section.find("libstdc++"), std::string::npos) << section;
   EXPECT_EQ(section.find("libc++"), std::string::npos) << section;
 }
 
-TEST(ProductTest, ThePluginFindsItsCompanionBesideIt) {
+TEST_P(ProductTest, ItFindsTheNativeLibraryBesideIt) {
   EXPECT_NE(dynamicSection().find("Library runpath: [$ORIGIN]"), std::string::npos);
-  EXPECT_TRUE(std::filesystem::exists(
-      std::filesystem::path(ZEL_PLUGIN).replace_filename("libzelnative.so")));
+  EXPECT_TRUE(std::filesystem::exists(productFile("libzelnative.so")));
 }
 
-TEST(ProductTest, ThePluginInitialisesNothingAtLoadTime) {
+TEST_P(ProductTest, ItInitialisesNothingAtLoadTime) {
   const std::string section = dynamicSection();
   EXPECT_EQ(section.find("(PREINIT_ARRAY)"), std::string::npos);
-  EXPECT_EQ(outputOf(ZEL_NM, {"nm", ZEL_PLUGIN}).find("_GLOBAL__sub_I"), std::string::npos);
+  EXPECT_EQ(outputOf(ZEL_NM, {"nm", file}).find("_GLOBAL__sub_I"), std::string::npos);
+}
+
+// What adds methods to Foundation's classes stays: the methods do too.
+TEST_P(ProductTest, OnlyTheCompanionStaysLoaded) {
+  const bool stays = dynamicSection().find("NODELETE") != std::string::npos;
+  EXPECT_EQ(stays, std::string(GetParam()) == "NSExceptionZEL.so");
 }
 
 }  // namespace

@@ -172,6 +172,25 @@ TEST_F(BundleTest, WhatNobodyCatchesLeavesTheBundle) {
   EXPECT_EQ(linesOf("catch one"), (Lines{"throwing", "NSException", "left", "nothing"}));
 }
 
+// The methods stay with the class, so the bundle has to stay with the process.
+const Bundle& givingBundle() {
+  static const auto& bundle = *new Bundle(ZEL_LOADER_SAMPLE);
+  return bundle;
+}
+
+TEST_F(BundleTest, MethodsThatItGivesWorkOnEitherSide) {
+  EXPECT_TRUE(givingBundle().mustStay());
+  caseToRun = "give methods";
+  givingBundle().call("REALPluginMain", resolve);
+  givingBundle().call("REALPluginMain", resolve);
+  caseToRun = "use methods";
+  givingBundle().call("REALPluginMain", resolve);
+  EXPECT_EQ(reported, (Lines{"given", "there already", "twice half 7", "caught"}));
+  zel::Class* const owner = zel::lookUpClass("LoaderSample");
+  EXPECT_EQ((zel::send<double, "halfOf:">(owner, 9)), 4.5);
+  EXPECT_NE(zel::catching([&] { zel::send<void, "raiseBack">(owner); }), nullptr);
+}
+
 TEST_F(BundleTest, FunctionsAreFoundByName) {
   const Bundle bundle(ZEL_LOADER_SAMPLE);
   EXPECT_NE(bundle.find("REALPluginMain"), nullptr);

@@ -81,7 +81,8 @@ TEST(FramesDeathTest, WhatNobodyTakesEndsTheProgram) {
 // --- the ways out
 
 std::int64_t mix(std::int8_t a, double b, std::int64_t c, float d) {
-  return a * 1000000 + static_cast<std::int64_t>(b) * 10000 + c * 100 + static_cast<int>(d);
+  return std::int64_t{a} * 1000000 + static_cast<std::int64_t>(b) * 10000 + c * 100 +
+         static_cast<int>(d);
 }
 double half(std::int32_t number) { return number / 2.0; }
 float third(float number) { return number / 3; }
@@ -115,6 +116,27 @@ TEST(PassagesTest, StructuresComeWhereTheyAreWanted) {
   }
 }
 
+template <class Function>
+Function* inside(Function* function) {
+  return reinterpret_cast<Function*>(testkit::macho::inward(reinterpret_cast<void*>(function)));
+}
+
+TEST(PassagesTest, TheWayInTakesArgumentsAndResultsOfEveryKind) {
+  EXPECT_EQ(inside(mix)(-7, 8.5, 5000000000, 4.5F), 499993080004);
+  double sum = 0;
+  for (int i = 0; i < 100; ++i) sum += inside(half)(i);
+  EXPECT_EQ(sum, 2475.0);
+  EXPECT_EQ(inside(third)(1.5F), 0.5F);
+}
+
+void throwToFrame() { testkit::macho::throwToFrame(object()); }
+
+TEST(PassagesTest, AThrowInsideGoesOnAsAnExceptionOfThisSystem) {
+  for (int i = 0; i < 1000; ++i) {
+    EXPECT_EQ(zel::catching([] { inside(throwToFrame)(); }), object());
+  }
+}
+
 std::uintptr_t stackAlignment() {
   return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) % 16;
 }
@@ -122,6 +144,7 @@ std::uintptr_t stackAlignment() {
 TEST(PassagesTest, TheStackStaysAligned) {
   EXPECT_EQ(stackAlignment(), 8U);
   EXPECT_EQ(outside(stackAlignment)(), 8U);
+  EXPECT_EQ(inside(stackAlignment)(), 8U);
 }
 
 TEST(PassagesTest, OneFunctionHasOneWayOut) {

@@ -8,7 +8,6 @@ namespace tests {
 namespace {
 
 using testkit::macho::Image;
-using testkit::macho::MalformedFile;
 using testkit::macho::readImage;
 using testkit::macho::Segment;
 

@@ -10,7 +10,6 @@ namespace tests {
 namespace {
 
 using testkit::macho::Address;
-using testkit::macho::Image;
 using testkit::macho::Import;
 using testkit::macho::MappedImage;
 using testkit::macho::readImage;

@@ -20,17 +20,17 @@ constexpr std::size_t kNameSize = 16;
 
 }  // namespace
 
-std::string executable(const std::string& processor) {
-  std::ifstream file(std::string(ZEL_PROJECT "/build/macos-") + processor +
-                         "/product/NSUserDefaultsZEL.bundle/Contents/MacOS/NSUserDefaultsZEL",
+std::string executable(const std::string& processor, const std::string& bundle) {
+  std::ifstream file(std::string(ZEL_PROJECT "/build/macos-") + processor + "/product/" + bundle +
+                         ".bundle/Contents/MacOS/" + bundle,
                      std::ios::binary);
   EXPECT_TRUE(file) << processor;
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-macho_check::Requirements requirements(const std::string& processor) {
+macho_check::Requirements requirements(const std::string& processor, const std::string& bundle) {
   std::ifstream imports(ZEL_PROJECT "/native/darwin/imports.txt");
-  return {processor, macho_check::readImportList(imports, processor), {"_REALPluginMain"}};
+  return {processor, macho_check::readImportList(imports, bundle, processor), {"_REALPluginMain"}};
 }
 
 std::vector<std::string> faults(const std::string& bytes,

@@ -11,10 +11,12 @@
 
 namespace tests {
 
-/// The executable of the bundle that the build has made for the processor.
-std::string executable(const std::string& processor);
+/// The executable of a bundle that the build has made for the processor.
+std::string executable(const std::string& processor,
+                       const std::string& bundle = "NSUserDefaultsZEL");
 /// What the project wants of it.
-macho_check::Requirements requirements(const std::string& processor);
+macho_check::Requirements requirements(const std::string& processor,
+                                       const std::string& bundle = "NSUserDefaultsZEL");
 
 /// What is wrong with a file of these bytes.
 std::vector<std::string> faults(const std::string& bytes,

@@ -18,15 +18,16 @@ constexpr char kLibraries[] =
     "Two  300.0  /usr/lib/two.dylib\n"
     "[symbols]\n";
 
-macho_check::ImportList listFor(const std::string& processor, const std::string& symbols) {
+macho_check::ImportList listFor(const std::string& processor, const std::string& symbols,
+                                const std::string& bundle = "Bundle") {
   std::istringstream text(kLibraries + symbols);
-  return macho_check::readImportList(text, processor);
+  return macho_check::readImportList(text, bundle, processor);
 }
 
 std::string refusal(const std::string& list) {
   std::istringstream text(list);
   try {
-    macho_check::readImportList(text, "i386");
+    macho_check::readImportList(text, "Bundle", "i386");
   } catch (const std::runtime_error& error) {
     return error.what();
   }
@@ -47,6 +48,26 @@ TEST(ImportListTest, KnowsTheSymbolsOfAProcessor) {
                                                             Pair("_second", "/usr/lib/two.dylib")));
   EXPECT_THAT(listFor("arm64", symbols).symbols, ElementsAre(Pair("_first", "/usr/lib/one.dylib"),
                                                              Pair("_third", "/usr/lib/two.dylib")));
+}
+
+TEST(ImportListTest, KnowsTheSymbolsOfABundle) {
+  const std::string symbols =
+      "One any _first because\n"
+      "[symbols Bundle]\n"
+      "One any _second because\n"
+      "[symbols Other]\n"
+      "One any _third because\n";
+  const auto first = Pair("_first", "/usr/lib/one.dylib");
+  EXPECT_THAT(listFor("i386", symbols).symbols,
+              ElementsAre(first, Pair("_second", "/usr/lib/one.dylib")));
+  EXPECT_THAT(listFor("i386", symbols, "Other").symbols,
+              ElementsAre(first, Pair("_third", "/usr/lib/one.dylib")));
+  EXPECT_THAT(listFor("i386", symbols, "Third").symbols, ElementsAre(first));
+}
+
+TEST(ImportListTest, RefusesASectionOfSomethingElse) {
+  EXPECT_EQ(refusal(std::string(kLibraries) + "[symbols One Two]\nOne any _first because"),
+            "the list of imports: not in a section: One any _first because");
 }
 
 TEST(ImportListTest, RefusesASymbolWithoutAReason) {

@@ -14,6 +14,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
 // Kinds of load commands.
@@ -36,6 +37,21 @@ TEST(MachoCheckTest, AcceptsTheBundleForX86With64Bits) {
 
 TEST(MachoCheckTest, AcceptsTheBundleForArm) {
   EXPECT_THAT(faults(executable("arm64"), {requirements("arm64")}), IsEmpty());
+}
+
+TEST(MachoCheckTest, AcceptsTheCompanionsBundles) {
+  const std::string companion = "NSExceptionZEL";
+  for (const char* const processor : {"i386", "x86_64", "arm64"}) {
+    EXPECT_THAT(faults(executable(processor, companion), {requirements(processor, companion)}),
+                IsEmpty())
+        << processor;
+  }
+}
+
+TEST(MachoCheckTest, RefusesABundleForAnother) {
+  EXPECT_THAT(faults(executable("i386", "NSExceptionZEL"), {requirements("i386")}),
+              IsSupersetOf({"i386: it imports _class_addMethod, which the list doesn't have",
+                            "i386: it doesn't import _malloc, which the list has"}));
 }
 
 // The universal file of these processors' bundles.

@@ -6,25 +6,24 @@
 #include "plugin/errors.h"
 #include "plugin/host.h"
 #include "plugin/main.h"
-#include "plugin/tables.h"
+#include "plugin/plugin.h"
 
 namespace tests {
 namespace {
 
 // What an older host keeps for good goes with the host of a test.
-void freeOlderTables() {
-  const zel::OlderClassRecord& record = zel::NSUserDefaultsClass.base;
-  if (record.methods != zel::NSUserDefaultsMethods) std::free(const_cast<void*>(record.methods));
-  if (record.sharedMethods != zel::NSUserDefaultsSharedMethods)
-    std::free(const_cast<void*>(record.sharedMethods));
+void freeOlderTable(const void* table, const void* declared) {
+  if (table != declared) std::free(const_cast<void*>(table));
 }
 
 }  // namespace
 
 void makePluginFresh() {
-  freeOlderTables();
-  static const zel::REALclassDefinition declared = zel::NSUserDefaultsClass;
-  zel::NSUserDefaultsClass = declared;
+  zel::REALclassDefinition& definition = zel::pluginClass();
+  static const zel::REALclassDefinition declared = definition;
+  freeOlderTable(definition.base.methods, declared.base.methods);
+  freeOlderTable(definition.base.sharedMethods, declared.base.sharedMethods);
+  definition = declared;
   zel::gResolver = nullptr;
   zel::rbversion = 0.0;
   zel::CurrentREALControlVersion = zel::kCurrentControlVersion;

@@ -29,6 +29,7 @@ void PluginTest::startHost(const HostOptions& options) {
   makePluginFresh();
   host = std::make_unique<Host>(options);
   host->onFailure(fail);
+  prepareHost();
   host->load(zel::REALPluginMain);
   testkit::Allocations::shared().reset();  // an older host keeps what it was given at start
   foundation.clearRecords();

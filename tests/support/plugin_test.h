@@ -32,6 +32,8 @@ class PluginTest : public testing::Test {
   void SetUp() override;
   void TearDown() override;
 
+  /// What the host has and lacks before the plugin starts in it.
+  virtual void prepareHost() {}
   /// Loads the plugin into a new host; the old one, if any, must be balanced.
   void startHost(const HostOptions& options);
   /// The whole family is there.

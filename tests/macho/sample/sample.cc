@@ -40,7 +40,8 @@ extern "C" void REALPluginMain(sample::Resolver given) {
   sample::resolver = given;
   const char* const name = sample::given<const char* (*)()>("case")();
   const sample::Case* const units[] = {sample::kConstantsCases, sample::kExceptionCases,
-                                       sample::kMemoryCases, sample::kMessageCases};
+                                       sample::kMemoryCases, sample::kMessageCases,
+                                       sample::kMethodCases};
   for (const sample::Case* const cases : units) {
     if (sample::runNamed(cases, name)) return;
   }

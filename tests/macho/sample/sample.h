@@ -19,6 +19,7 @@ extern const Case kConstantsCases[];
 extern const Case kExceptionCases[];
 extern const Case kMemoryCases[];
 extern const Case kMessageCases[];
+extern const Case kMethodCases[];
 
 /// Tells the test a line.
 void report(const char* line);

@@ -1,0 +1,62 @@
+// Every program on the pages prints just what the page says, run against the built plugin in a
+// store of its own.
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <ostream>
+#include <unistd.h>
+
+#include "tests/docs/pages.h"
+#include "tests/support/process.h"
+
+namespace tests {
+
+// GoogleTest shows parameters by this.
+static void PrintTo(const Example& example, std::ostream* out) {
+  *out << example.page << ':' << example.line;
+}
+
+namespace {
+
+std::vector<Example> allExamples() {
+  std::vector<Example> found;
+  for (const std::string& page : pages()) {
+    const std::vector<Example> examples = examplesIn(page);
+    found.insert(found.end(), examples.begin(), examples.end());
+  }
+  return found;
+}
+
+std::string nameOf(const testing::TestParamInfo<Example>& info) {
+  std::string name = info.param.page + "_line_" + std::to_string(info.param.line);
+  std::replace_if(
+      name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+  return name;
+}
+
+class ExamplesTest : public testing::TestWithParam<Example> {
+ protected:
+  void TearDown() override { std::filesystem::remove(program_); }
+
+  // hostrun brings the store.
+  [[nodiscard]] std::string run(const std::string& text) const {
+    std::ofstream(program_) << text;
+    return outputOf(ZEL_HOSTRUN, {"hostrun", "--leaks", "--plugin", ZEL_PLUGIN, program_.native()});
+  }
+
+ private:
+  std::filesystem::path program_ = std::filesystem::temp_directory_path() /
+                                   ("example-" + std::to_string(getpid()) + ".xojo_script");
+};
+
+TEST_P(ExamplesTest, PrintsWhatThePageSays) {
+  ASSERT_TRUE(GetParam().output) << "below the program isn't what it prints";
+  EXPECT_EQ(run(GetParam().program), *GetParam().output);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, ExamplesTest, testing::ValuesIn(allExamples()), nameOf);
+
+}  // namespace
+}  // namespace tests

@@ -32,7 +32,7 @@ void ProgramParser::counted(Statement& statement, const Place& begin) {
   if (!reader_.atEndOfLine()) {
     const Token word = reader_.name("the end of the line");
     if (!testkit::sameName(word.text, loop.counter.name))
-      throw Problem{word.place, "This loop's variable is \"" + loop.counter.name + "\".", {}, ""};
+      refuse(word.place, "This loop's variable is \"" + loop.counter.name + "\".");
   }
   statement.what = std::move(loop);
 }

@@ -195,8 +195,7 @@ void ProgramParser::redim(Statement& statement) {
   ExpressionPtr target = expressions_.designator();
   auto* const call = std::get_if<Call>(&target->what);
   if (call == nullptr || call->arguments.size() != 1)
-    throw Problem{
-        target->place, "Redim takes an array and its new upper bound: Redim a(9).", {}, ""};
+    refuse(target->place, "Redim takes an array and its new upper bound: Redim a(9).");
   ExpressionPtr bound = std::move(call->arguments.front());
   ExpressionPtr array = std::move(call->callee);
   statement.what = Redim{std::move(array), std::move(bound)};
@@ -208,7 +207,7 @@ void ProgramParser::call(Statement& statement) {
 }
 
 void ProgramParser::nested(Statement& statement) {
-  throw Problem{statement.place, "A Sub or Function can't stand inside of another block.", {}, ""};
+  refuse(statement.place, "A Sub or Function can't stand inside of another block.");
 }
 
 void ProgramParser::assignmentOrCall(Statement& statement) {

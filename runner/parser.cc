@@ -47,10 +47,7 @@ Program ProgramParser::run() {
     if (reader_.current().is("sub") || reader_.current().is("function")) {
       program.methods.push_back(method());
     } else if (endsBlock()) {
-      throw Problem{reader_.current().place,
-                    "\"" + reader_.current().text + "\" closes nothing here.",
-                    {},
-                    ""};
+      refuse(reader_.current().place, "\"" + reader_.current().text + "\" closes nothing here.");
     } else {
       line(program.body);
     }

@@ -18,9 +18,10 @@ struct Result {
   int status = -1;
 };
 
-// Runs hostrun by the shell. @param rest of the command line.
-Result hostrun(const std::string& rest, const std::string& before = "") {
-  const std::string command = before + ZEL_HOSTRUN " " + rest + " 2>&1";
+// Runs hostrun by the shell. @param rest of the command line. @param messages where they go.
+Result hostrun(const std::string& rest, const std::string& before = "",
+               const std::string& messages = "2>&1") {
+  const std::string command = before + ZEL_HOSTRUN " " + rest + " " + messages;
   Result result;
   std::FILE* const pipe = popen(command.c_str(), "r");
   std::array<char, 4096> buffer{};
@@ -150,6 +151,19 @@ TEST(CommandTest, HostsOfEveryVersionRunThePlugin) {
     const Result result = hostrun(std::string("--leaks --plugin " ZEL_PLUGIN " --host-version ") +
                                   version + " " + program.file());
     EXPECT_EQ(result.output, "ab\n") << version;
+  }
+}
+
+TEST(CommandTest, TheCompanionsExceptionsReachAProgram) {
+  const Program program("companion",
+                        "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
+                        "Try\nd.integerForKey(\"\") = 1\nCatch e As NSExceptionZEL\n"
+                        "Print e.name\nPrint Str(e.Message = e.reason)\nEnd Try\n");
+  for (const char* const plugins : {"--plugin " ZEL_COMPANION " --plugin " ZEL_PLUGIN " ",
+                                    "--plugin " ZEL_PLUGIN " --plugin " ZEL_COMPANION " "}) {
+    const Result result = hostrun("--leaks " + (plugins + program.file()), "", "2>/dev/null");
+    EXPECT_EQ(result.output, "NSInvalidArgumentException\nTrue\n") << plugins;
+    EXPECT_EQ(result.status, 0);
   }
 }
 

@@ -159,7 +159,7 @@ void resizeArray(Machine& machine, const Value& array, const Value& bound) {
   if (last < -1 || last >= kMostElements)
     machine.raise("OutOfBoundsException",
                   "No array can end at index " + std::to_string(last) + ".");
-  arrayIn(machine, array).resize(machine.state(), static_cast<std::size_t>(last + 1));
+  arrayIn(machine, array).resize(machine.state(), static_cast<std::size_t>(last) + 1);
 }
 
 }  // namespace runner

@@ -5,22 +5,24 @@
 #include "runner/natives.h"
 
 namespace runner {
+namespace {
+
+bool doesNotAssign(const Callable* function) { return !function->assigns(); }
+
+}  // namespace
 
 ReferenceCode referenceTo(const KnownVariable& variable) {
   const auto code = [](auto function) -> ReferenceCode {
     return std::make_unique<CodeOf<Value*, decltype(function)>>(std::move(function));
   };
+  using Where = KnownVariable::Where;
   const std::size_t slot = variable.slot;
-  switch (variable.where) {
-    case KnownVariable::Where::global:
-      return code([place = variable.global](Frame&) { return place; });
-    case KnownVariable::Where::slot:
-      return code([slot](Frame& frame) { return &frame.slots[slot]; });
-    case KnownVariable::Where::reference:
-      return code([slot](Frame& frame) { return frame.references[slot]; });
-    case KnownVariable::Where::constant:
-      break;
-  }
+  if (variable.where == Where::global)
+    return code([place = variable.global](Frame&) { return place; });
+  if (variable.where == Where::slot)
+    return code([slot](Frame& frame) { return &frame.slots[slot]; });
+  if (variable.where == Where::reference)
+    return code([slot](Frame& frame) { return frame.references[slot]; });
   return nullptr;
 }
 
@@ -34,7 +36,7 @@ Action Checker::store(const KnownVariable& variable, ValueCode value) {
 
 void Checker::refuseConstant(const KnownVariable& variable, const Place& place) {
   if (variable.where == KnownVariable::Where::constant)
-    throw Problem{place, "\"" + variable.name + "\" is a constant and can't be changed.", {}, ""};
+    refuse(place, "\"" + variable.name + "\" is a constant and can't be changed.");
 }
 
 Action Checker::check(const Assign& what, const Place& place) {
@@ -52,7 +54,7 @@ Action Checker::assignTo(const Expression& target, Typed value) {
     return assignMember(*member, {}, target.place, std::move(value));
   if (const auto* const call = std::get_if<Call>(&target.what))
     return assignCall(*call, target.place, std::move(value));
-  throw Problem{target.place, "Nothing can be assigned to this.", {}, ""};
+  refuse(target.place, "Nothing can be assigned to this.");
 }
 
 Action Checker::assignName(const Name& name, const Place& place, Typed value) {
@@ -63,7 +65,7 @@ Action Checker::assignName(const Name& name, const Place& place, Typed value) {
   Candidates functions = library_.functions(name.name);
   if (functions.empty()) failToFindName(name.name, place, "variable");
   Candidates setters = functions;
-  std::erase_if(setters, [](const Callable* function) { return !function->assigns(); });
+  std::erase_if(setters, doesNotAssign);
   return callSetter(name.name, place, setters, functions, {}, std::move(value), nullptr);
 }
 
@@ -75,18 +77,16 @@ Action Checker::assignCall(const Call& call, const Place& place, Typed value) {
     Candidates functions = library_.functions(name->name);
     if (functions.empty()) failToFindName(name->name, call.callee->place, "variable or method");
     Candidates setters = functions;
-    std::erase_if(setters, [](const Callable* function) { return !function->assigns(); });
+    std::erase_if(setters, doesNotAssign);
     return callSetter(name->name, call.callee->place, setters, functions, call.arguments,
                       std::move(value), nullptr);
   }
   Typed array = expression(*call.callee);
   if (!array.type.array || call.arguments.size() != 1)
-    throw Problem{place,
-                  "Only an element of an array can be set like this, but what stands before the "
-                  "parentheses is " +
-                      nameOf(array.type) + ".",
-                  {},
-                  ""};
+    refuse(place,
+           "Only an element of an array can be set like this, but what stands before the "
+           "parentheses is " +
+               nameOf(array.type) + ".");
   ValueCode index = number(*call.arguments.front(), kInteger).code;
   Typed element = convert(std::move(value), array.type.element());
   return action([array = std::move(array.code), index = std::move(index),
@@ -123,8 +123,7 @@ Action Checker::callSetter(const std::string& name, const Place& place, const Ca
   if (setters.empty()) {
     std::vector<std::string> declarations;
     for (const Callable* const getter : getters) declarations.push_back(getter->text);
-    throw Problem{place, "\"" + name + "\" can't be assigned to: it has no setter.", declarations,
-                  ""};
+    refuse(place, "\"" + name + "\" can't be assigned to: it has no setter.", declarations);
   }
   TypedList all = checkAll(arguments);
   all.push_back(std::move(value));

@@ -23,6 +23,10 @@ std::string counted(std::size_t number, const char* what) {
   return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
 }
 
+std::string hintFor(const Type& wanted, const Type& given) {
+  return wanted == kString && given.isNumber() ? " Str makes a text of a number." : "";
+}
+
 // Runs a function with the values of arguments.
 template <class Run>
 Value withArguments(Frame& frame, const std::vector<ValueCode>& arguments, const Run& run) {
@@ -98,26 +102,35 @@ Checker::Match Checker::resolve(const std::string& name, const Place& place,
 void Checker::failToMatch(const std::string& name, const Place& place, const Candidates& candidates,
                           const TypedList& arguments) {
   const std::vector<std::string> declarations = textsOf(candidates);
-  if (candidates.empty())
-    throw Problem{place, "\"" + name + "\" takes no arguments.", declarations, ""};
-  if (candidates.size() > 1) {
+  if (candidates.empty()) refuse(place, "\"" + name + "\" takes no arguments.", declarations);
+  // Those of another number of arguments were hardly meant.
+  Candidates meant = candidates;
+  std::erase_if(meant, [&arguments](const Callable* candidate) {
+    return arguments.size() < candidate->required ||
+           arguments.size() > candidate->parameters.size();
+  });
+  if (candidates.size() > 1 && meant.size() != 1) {
     std::string types;
     for (const Typed& argument : arguments)
       types += (types.empty() ? "" : ", ") + nameOf(argument.type);
-    throw Problem{place, "There is no \"" + name + "\" that takes (" + types + ").", declarations,
-                  ""};
+    refuse(place, "There is no \"" + name + "\" that takes (" + types + ").", declarations);
   }
-  const Callable& only = *candidates.front();
+  failToFit(name, place, meant.empty() ? *candidates.front() : *meant.front(), arguments);
+}
+
+void Checker::failToFit(const std::string& name, const Place& place, const Callable& only,
+                        const TypedList& arguments) {
+  const std::vector<std::string> declarations = {only.text};
   // The value of an assignment isn't counted: nobody writes it among the arguments.
   const std::size_t assigned = only.assigns() ? 1 : 0;
   const std::size_t most = only.parameters.size() - assigned;
   const std::size_t given = arguments.size() - std::min(assigned, arguments.size());
   if (given > most || arguments.size() < only.required) {
-    throw Problem{place,
-                  "\"" + name + "\" takes " + counted(most, "argument") + ", but " +
-                      (given == 0 ? "none" : std::to_string(given)) +
-                      (given == 1 ? " is" : " are") + " given.",
-                  declarations, ""};
+    refuse(place,
+           "\"" + name + "\" takes " + counted(most, "argument") + ", but " +
+               (given == 0 ? "none" : std::to_string(given)) + (given == 1 ? " is" : " are") +
+               " given.",
+           declarations);
   }
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const Type& wanted = only.parameters[i];
@@ -125,12 +138,12 @@ void Checker::failToMatch(const std::string& name, const Place& place, const Can
     const bool isValue = assigned == 1 && i + 1 == arguments.size();
     const std::string which =
         isValue ? "The value" : "Argument " + std::to_string(i + 1) + " of \"" + name + "\"";
-    throw Problem{
-        arguments[i].place,
-        which + " must be " + nameOf(wanted) + ", but this is " + nameOf(arguments[i].type) + ".",
-        declarations, ""};
+    refuse(arguments[i].place,
+           which + " must be " + nameOf(wanted) + ", but this is " + nameOf(arguments[i].type) +
+               "." + hintFor(wanted, arguments[i].type),
+           declarations);
   }
-  throw Problem{place, "\"" + name + "\" can't be called like this.", declarations, ""};
+  refuse(place, "\"" + name + "\" can't be called like this.", declarations);
 }
 
 void Checker::failToFindMember(const Member& member, const Type& type) {
@@ -146,7 +159,7 @@ void Checker::failToFindMember(const Member& member, const Type& type) {
   const std::string suggestion = nearest(member.name, names);
   const Candidates suggested =
       isClass ? library_.sharedMethods(type.className, suggestion) : methodsOf(type, suggestion);
-  throw Problem{member.namePlace, message, textsOf(suggested), suggestion};
+  refuse(member.namePlace, message, textsOf(suggested), suggestion);
 }
 
 void Checker::failToFindName(const std::string& name, const Place& place, const std::string& what) {
@@ -154,8 +167,8 @@ void Checker::failToFindName(const std::string& name, const Place& place, const 
   for (std::vector<std::string> more : {library_.functionNames(), library_.types().names()})
     names.insert(names.end(), more.begin(), more.end());
   const std::string suggestion = nearest(name, names);
-  throw Problem{place, "There is no " + what + " \"" + name + "\".",
-                textsOf(library_.functions(suggestion)), suggestion};
+  refuse(place, "There is no " + what + " \"" + name + "\".",
+         textsOf(library_.functions(suggestion)), suggestion);
 }
 
 // --- by name
@@ -178,7 +191,7 @@ Typed Checker::callName(const Name& name, const Arguments& arguments, const Plac
   const std::optional<Type> type = library_.types().find({name.name, false});
   if (type && arguments.size() == 1) return castTo(*type, arguments, place);
   const Place namePlace = {place.begin, place.begin + name.name.size()};
-  if (type) throw Problem{namePlace, "\"" + name.name + "\" is a type, which is no value.", {}, ""};
+  if (type) refuse(namePlace, "\"" + name.name + "\" is a type, which is no value.");
   failToFindName(name.name, namePlace, "variable or method");
 }
 
@@ -189,8 +202,7 @@ std::optional<Typed> Checker::special(const Name& name, const Arguments& argumen
   if (testkit::sameName(name.name, "Ubound") && arguments.size() == 1) {
     Typed array = expression(*arguments.front());
     if (!array.type.array)
-      throw Problem{
-          array.place, "Ubound takes an array, but this is " + nameOf(array.type) + ".", {}, ""};
+      refuse(array.place, "Ubound takes an array, but this is " + nameOf(array.type) + ".");
     const Candidates candidates = library_.arrayMethods(array.type, name.name);
     return makeCall(resolve(name.name, place, candidates, {}), std::move(array.code), place);
   }
@@ -221,7 +233,7 @@ Typed Checker::castTo(const Type& type, const Arguments& arguments, const Place&
   Typed value = expression(*arguments.front());
   const Types& types = library_.types();
   if (!types.distance(value.type, type) && !types.distance(type, value.type))
-    throw Problem{place, nameOf(value.type) + " can't be cast to " + nameOf(type) + ".", {}, ""};
+    refuse(place, nameOf(value.type) + " can't be cast to " + nameOf(type) + ".");
   return {type, valueCode([code = std::move(value.code), type](Frame& frame) {
             return cast(frame.machine, code->run(frame), type);
           }),
@@ -252,7 +264,7 @@ Typed Checker::callMember(const Member& member, const Arguments& arguments, cons
   }
   Typed object = expression(*member.object);
   if (object.type.kind == Kind::nothing)
-    throw Problem{object.place, "This gives no value that could have methods.", {}, ""};
+    refuse(object.place, "This gives no value that could have methods.");
   const Candidates methods = methodsOf(object.type, member.name);
   if (!methods.empty())
     return callOrIndex(member.name, member.namePlace, methods, arguments, std::move(object.code),
@@ -335,11 +347,9 @@ ValueCode Checker::userCall(const Callable& callable, TypedList arguments) {
       const KnownVariable* const known = scope_.find(text);
       if (known == nullptr || known->where == KnownVariable::Where::constant ||
           known->type != callable.parameters[i])
-        throw Problem{
-            arguments[i].place,
-            "A ByRef parameter takes a variable of type " + nameOf(callable.parameters[i]) + ".",
-            {callable.text},
-            ""};
+        refuse(arguments[i].place,
+               "A ByRef parameter takes a variable of type " + nameOf(callable.parameters[i]) + ".",
+               {callable.text});
       passed.reference = referenceTo(*known);
     } else {
       passed.value = std::move(arguments[i].code);

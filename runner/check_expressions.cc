@@ -68,8 +68,7 @@ Typed Checker::expression(const Expression& expression) {
 Typed Checker::condition(const Expression& expression) {
   Typed value = this->expression(expression);
   if (value.type != kBoolean && value.type != kVariant)
-    throw Problem{
-        value.place, "A condition is a Boolean, but this is " + nameOf(value.type) + ".", {}, ""};
+    refuse(value.place, "A condition is a Boolean, but this is " + nameOf(value.type) + ".");
   return convert(std::move(value), kBoolean);
 }
 
@@ -82,7 +81,7 @@ Typed Checker::convert(Typed value, const Type& to) {
   if (!library_.types().distance(value.type, to)) {
     const std::string found =
         value.type.kind == Kind::nothing ? "this gives no value" : "this is " + nameOf(value.type);
-    throw Problem{value.place, "Expected " + nameOf(to) + ", but " + found + ".", {}, ""};
+    refuse(value.place, "Expected " + nameOf(to) + ", but " + found + ".");
   }
   if (value.constant && to.kind != Kind::object)
     return constant(to, converted(machine_, *value.constant, to), value.place);
@@ -132,12 +131,8 @@ Typed Checker::check(const Call& what, const Place& place) {
 
 Typed Checker::element(Typed array, const Arguments& arguments, const Place& place) {
   if (!array.type.array)
-    throw Problem{array.place,
-                  "This is " + nameOf(array.type) + ", which is no array and no method.",
-                  {},
-                  ""};
-  if (arguments.size() != 1)
-    throw Problem{place, "An element of an array is found by one index.", {}, ""};
+    refuse(array.place, "This is " + nameOf(array.type) + ", which is no array and no method.");
+  if (arguments.size() != 1) refuse(place, "An element of an array is found by one index.");
   ValueCode index = number(*arguments.front(), kInteger).code;
   return {array.type.element(),
           valueCode([array = std::move(array.code), index = std::move(index)](Frame& frame) {
@@ -151,11 +146,8 @@ Typed Checker::check(const Unary& what, const Place& place) {
   Typed operand = expression(*what.operand);
   const std::optional<Type> type = resultOf(what.op, operand.type);
   if (!type)
-    throw Problem{
-        place,
-        "\"" + std::string(signOf(what.op)) + "\" doesn't take " + nameOf(operand.type) + ".",
-        {},
-        ""};
+    refuse(place,
+           "\"" + std::string(signOf(what.op)) + "\" doesn't take " + nameOf(operand.type) + ".");
   if (operand.constant) {
     Value value = operate(machine_, what.op, *operand.constant);
     // The lowest Integer is written as the negative of a number that is none.
@@ -181,7 +173,7 @@ Typed Checker::binary(Operator op, Typed left, Typed right, const Place& place) 
                           nameOf(left.type) + " and " + nameOf(right.type) + ".";
     const bool joins = op == Operator::add && (left.type == kString || right.type == kString);
     if (joins) message += " Str makes a text of a number.";
-    throw Problem{place, message, {}, ""};
+    refuse(place, message);
   }
   const bool booleans = *type == kBoolean && left.type == kBoolean && right.type == kBoolean;
   if (booleans && (op == Operator::bothOf || op == Operator::eitherOf))
@@ -204,11 +196,8 @@ Typed Checker::check(const TypeTest& what, const Place& place) {
   const Type type = typeNamed(what.type, what.typePlace);
   const bool testable = object.type.isReference() && !object.type.array;
   if (!testable || type.kind != Kind::object || type.array)
-    throw Problem{what.typePlace,
-                  "IsA asks whether an object is of a class, but this is between " +
-                      nameOf(object.type) + " and " + nameOf(type) + ".",
-                  {},
-                  ""};
+    refuse(what.typePlace, "IsA asks whether an object is of a class, but this is between " +
+                               nameOf(object.type) + " and " + nameOf(type) + ".");
   return {kBoolean, valueCode([code = std::move(object.code), type](Frame& frame) {
             const Type found = typeOf(frame.machine, code->run(frame));
             const bool isObject = found.kind == Kind::object || found.array;
@@ -221,8 +210,7 @@ Typed Checker::check(const TypeTest& what, const Place& place) {
 Typed Checker::check(const Creation& what, const Place& place) {
   const Type type = typeNamed(what.type, what.typePlace);
   if (type.kind != Kind::object || type == kAnyObject)
-    throw Problem{
-        what.typePlace, "New makes objects, and " + nameOf(type) + " is no class.", {}, ""};
+    refuse(what.typePlace, "New makes objects, and " + nameOf(type) + " is no class.");
   const std::string& className = type.className;
   const Candidates constructors = library_.constructors(className);
   if (constructors.empty() && what.arguments.empty())

@@ -82,11 +82,8 @@ Action Checker::check(const For& what, const Place& /*place*/) {
   scope_.enter();
   const KnownVariable counter = loopVariable(what.counter, what.type, what.typePlace);
   if (!counter.type.isNumber())
-    throw Problem{what.counter.place,
-                  "A loop counts with a number, but \"" + counter.name + "\" is " +
-                      nameOf(counter.type) + ".",
-                  {},
-                  ""};
+    refuse(what.counter.place, "A loop counts with a number, but \"" + counter.name + "\" is " +
+                                   nameOf(counter.type) + ".");
   const bool whole = counter.type.isInteger();
   const Type type = whole ? kInt64 : kDouble;
   ValueCode from = number(*what.from, counter.type).code;
@@ -117,10 +114,7 @@ Action Checker::check(const ForEach& what, const Place& /*place*/) {
   scope_.enter();
   Typed list = expression(*what.list);
   if (!list.type.array)
-    throw Problem{list.place,
-                  "For Each goes through an array, but this is " + nameOf(list.type) + ".",
-                  {},
-                  ""};
+    refuse(list.place, "For Each goes through an array, but this is " + nameOf(list.type) + ".");
   const KnownVariable element = loopVariable(what.element, what.type, what.typePlace);
   const KnownVariable current = hidden(list.type.element());
   Typed value = convert(variable(current, what.element.place), element.type);
@@ -167,7 +161,7 @@ Action Checker::leaveLoop(LoopKind kind, const Place& place, Flow flow, const ch
     return kind == LoopKind::any || loop == kind;
   });
   if (found == loops_.rend())
-    throw Problem{place, std::string(what) + " stands in no " + nameOfLoop(kind) + ".", {}, ""};
+    refuse(place, std::string(what) + " stands in no " + nameOfLoop(kind) + ".");
   return action([flow, beyond = static_cast<int>(found - loops_.rbegin())](Frame& frame) {
     frame.loopsToLeave = beyond;
     return flow;

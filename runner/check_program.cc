@@ -76,20 +76,15 @@ void Checker::report(const Problem& problem) {
 
 Type Checker::typeNamed(const testkit::Type& written, const Place& place) {
   if (std::optional<Type> found = library_.types().find(written)) return *found;
-  throw Problem{place,
-                "There is no type \"" + written.name + "\".",
-                {},
-                nearest(written.name, library_.types().names())};
+  refuse(place, "There is no type \"" + written.name + "\".", {},
+         nearest(written.name, library_.types().names()));
 }
 
 KnownVariable& Checker::declare(const Variable& variable, const Type& type) {
   const KnownVariable* const earlier = scope_.findHere(variable.name);
   if (earlier != nullptr && earlier->line != 0)
-    throw Problem{variable.place,
-                  "\"" + variable.name + "\" is declared already, in line " +
-                      std::to_string(earlier->line) + ".",
-                  {},
-                  ""};
+    refuse(variable.place, "\"" + variable.name + "\" is declared already, in line " +
+                               std::to_string(earlier->line) + ".");
   KnownVariable known;
   known.name = variable.name;
   known.type = type;
@@ -122,14 +117,10 @@ void Checker::declareMethod(const Method& method) {
     if (parameter.initial != nullptr) {
       Typed value = convert(expression(*parameter.initial), type);
       if (!value.constant)
-        throw Problem{
-            value.place, "The value of a parameter that may be left out is a constant.", {}, ""};
+        refuse(value.place, "The value of a parameter that may be left out is a constant.");
       callable->defaults.push_back(*value.constant);
     } else if (!callable->defaults.empty()) {
-      throw Problem{parameter.place,
-                    "A parameter behind one that may be left out needs a value, too.",
-                    {},
-                    ""};
+      refuse(parameter.place, "A parameter behind one that may be left out needs a value, too.");
     }
   }
   callable->required = callable->parameters.size() - callable->defaults.size();
@@ -138,8 +129,7 @@ void Checker::declareMethod(const Method& method) {
   for (const Callable* const other : library_.functions(method.name)) {
     if (other->method != nullptr && other->method->tree != nullptr &&
         other->parameters == callable->parameters)
-      throw Problem{
-          method.place, "\"" + method.name + "\" is declared already.", {other->text}, ""};
+      refuse(method.place, "\"" + method.name + "\" is declared already.", {other->text});
   }
   library_.add(std::move(callable));
 }

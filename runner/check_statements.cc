@@ -34,7 +34,7 @@ Action Checker::declareOne(const Declare& what, const Variable& variable) {
     if (what.initial != nullptr) initial = expression(*what.initial);
     if (initial && !type) {
       if (initial->type.kind == Kind::nil || initial->type.kind == Kind::nothing)
-        throw Problem{initial->place, "This has no type that the variable could have.", {}, ""};
+        refuse(initial->place, "This has no type that the variable could have.");
       type = initial->type;
     }
     if (initial) initial = convert(std::move(*initial), *type);
@@ -44,7 +44,7 @@ Action Checker::declareOne(const Declare& what, const Variable& variable) {
     throw;
   }
   if (what.constant && !initial->constant)
-    throw Problem{initial->place, "A constant's value is a number, a text or a boolean.", {}, ""};
+    refuse(initial->place, "A constant's value is a number, a text or a boolean.");
   ValueCode value = initial ? std::move(initial->code) : freshValue(what, variable, *type);
   KnownVariable& known = declare(variable, *type);
   if (what.constant) {
@@ -69,8 +69,7 @@ ValueCode Checker::freshValue(const Declare& /*what*/, const Variable& variable,
 Action Checker::check(const Redim& what, const Place& /*place*/) {
   Typed array = expression(*what.array);
   if (!array.type.array)
-    throw Problem{
-        array.place, "Redim takes an array, but this is " + nameOf(array.type) + ".", {}, ""};
+    refuse(array.place, "Redim takes an array, but this is " + nameOf(array.type) + ".");
   ValueCode bound = number(*what.bound, kInteger).code;
   return action([array = std::move(array.code), bound = std::move(bound)](Frame& frame) {
     resizeArray(frame.machine, array->run(frame), bound->run(frame));
@@ -84,8 +83,7 @@ Action Checker::check(const Perform& what, const Place& place) {
   const bool callable = name != nullptr || std::holds_alternative<Member>(what.call->what) ||
                         std::holds_alternative<Call>(what.call->what);
   if (isVariable || !callable)
-    throw Problem{
-        place, "This does nothing: a statement is an assignment, a call or a keyword's.", {}, ""};
+    refuse(place, "This does nothing: a statement is an assignment, a call or a keyword's.");
   Typed value = expression(*what.call);
   return action([code = std::move(value.code)](Frame& frame) {
     code->run(frame);
@@ -125,8 +123,7 @@ Action Checker::check(const Select& what, const Place& /*place*/) {
     Action body;
   };
   Typed value = expression(*what.subject);
-  if (value.type.kind == Kind::nothing)
-    throw Problem{value.place, "This gives no value to select by.", {}, ""};
+  if (value.type.kind == Kind::nothing) refuse(value.place, "This gives no value to select by.");
   const KnownVariable subject = hidden(value.type);
   std::vector<Checked> cases;
   for (const Case& one : what.cases) {
@@ -180,10 +177,9 @@ Action Checker::check(const Return& what, const Place& /*place*/) {
   const Type result = method_ == nullptr ? kNothing : method_->result;
   if (what.value == nullptr) return action([](Frame&) { return Flow::leave; });
   if (result.kind == Kind::nothing)
-    throw Problem{
-        what.value->place,
-        method_ == nullptr ? "The program itself returns no value." : "A Sub returns no value.",
-        method_ == nullptr ? std::vector<std::string>{} : std::vector{method_->text}, ""};
+    refuse(what.value->place,
+           method_ == nullptr ? "The program itself returns no value." : "A Sub returns no value.",
+           method_ == nullptr ? std::vector<std::string>{} : std::vector{method_->text});
   Typed value = convert(expression(*what.value), result);
   return action([code = std::move(value.code)](Frame& frame) {
     frame.result = code->run(frame);
@@ -195,10 +191,8 @@ Action Checker::check(const Raise& what, const Place& /*place*/) {
   Typed exception = expression(*what.exception);
   const Type wanted = objectOf("RuntimeException");
   if (!library_.types().distance(exception.type, wanted))
-    throw Problem{exception.place,
-                  "Only exceptions can be raised, but this is " + nameOf(exception.type) + ".",
-                  {},
-                  ""};
+    refuse(exception.place,
+           "Only exceptions can be raised, but this is " + nameOf(exception.type) + ".");
   Typed converted = convert(std::move(exception), wanted);
   return action([code = std::move(converted.code)](Frame& frame) -> Flow {
     frame.machine.raise(std::get<ObjectRef>(code->run(frame)));
@@ -243,10 +237,8 @@ Action Checker::check(const Try& what, const Place& /*place*/) {
     guarded([&] {
       if (clause.type) checked.type = typeNamed(*clause.type, clause.typePlace);
       if (!library_.types().isA(checked.type.className, "RuntimeException"))
-        throw Problem{clause.typePlace,
-                      "Only exceptions can be caught, but this is " + nameOf(checked.type) + ".",
-                      {},
-                      ""};
+        refuse(clause.typePlace,
+               "Only exceptions can be caught, but this is " + nameOf(checked.type) + ".");
       if (clause.variable)
         checked.store =
             store(declare(*clause.variable, checked.type), variable(passed, clause.typePlace).code);

@@ -140,6 +140,9 @@ class Checker {
   std::optional<int> fit(const Callable& callable, const TypedList& arguments);
   [[noreturn]] void failToMatch(const std::string& name, const Place& place,
                                 const Candidates& candidates, const TypedList& arguments);
+  /// The same for the only one that can have been meant.
+  [[noreturn]] void failToFit(const std::string& name, const Place& place, const Callable& only,
+                              const TypedList& arguments);
   Typed makeCall(Match match, ValueCode self, const Place& place);
   ValueCode userCall(const Callable& callable, TypedList arguments);
   TypedList checkAll(const Arguments& arguments);

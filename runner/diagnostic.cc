@@ -6,6 +6,11 @@
 
 namespace runner {
 
+void refuse(const Place& place, std::string message, std::vector<std::string> declarations,
+            std::string suggestion) {
+  throw Problem{place, std::move(message), std::move(declarations), std::move(suggestion)};
+}
+
 Diagnostic diagnose(const Source& source, const Problem& problem) {
   Diagnostic diagnostic;
   diagnostic.file = source.name();

@@ -18,6 +18,10 @@ struct Problem {
   std::string suggestion;                 // a name that may have been meant; "" for none
 };
 
+/// Throws a problem.
+[[noreturn]] void refuse(const Place& place, std::string message,
+                         std::vector<std::string> declarations = {}, std::string suggestion = "");
+
 struct Diagnostic {
   std::string file;
   int line = 0;

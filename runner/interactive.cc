@@ -45,8 +45,7 @@ void interact(Session& session) {
   std::string name = "hostrun";
   rl_readline_name = name.data();
   rl_attempted_completion_function = complete;
-  std::string breaks = " \t\n()+-*/\\^=<>,.\"";
-  rl_completer_word_break_characters = breaks.data();
+  rl_basic_word_break_characters = " \t\n()+-*/\\^=<>,.\"";
   using_history();
   std::string text;
   for (;;) {

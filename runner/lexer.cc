@@ -59,8 +59,7 @@ class Lexer {
  private:
   void refuseBrokenText() {
     const std::size_t bad = firstBadByte(text_);
-    if (bad != std::string_view::npos)
-      throw Problem{{bad, bad + 1}, "This byte is no text in UTF-8.", {}, ""};
+    if (bad != std::string_view::npos) refuse({bad, bad + 1}, "This byte is no text in UTF-8.");
   }
 
   void token() {
@@ -114,8 +113,7 @@ class Lexer {
     while (isSpace(peek(0))) ++at_;
     if (peek(0) == '\'' || text_.substr(at_, 2) == "//") skipLine();
     if (at_ < text_.size() && peek(0) != '\n' && peek(0) != '\r')
-      throw Problem{
-          {begin, begin + 1}, "Nothing may follow the \"_\" that continues a line.", {}, ""};
+      refuse({begin, begin + 1}, "Nothing may follow the \"_\" that continues a line.");
     at_ += text_.substr(at_, 2) == "\r\n" ? 2 : 1;
     at_ = std::min(at_, text_.size());
   }
@@ -126,7 +124,7 @@ class Lexer {
     for (;; ++at_) {
       const char c = peek(0);
       if (at_ >= text_.size() || c == '\n' || c == '\r')
-        throw Problem{{begin, at_}, "This text has no closing quote (\").", {}, ""};
+        refuse({begin, at_}, "This text has no closing quote (\").");
       if (c == '"' && peek(1) != '"') break;
       if (c == '"') ++at_;
       content += c;
@@ -152,10 +150,8 @@ class Lexer {
     }
     if (at_ < text_.size() && beginsWord(text_[at_])) {
       const std::size_t bad = at_;
-      throw Problem{{bad, bad + middle(text_.substr(bad), 0, 1).size()},
-                    "A number ends here, and a name can't follow it directly.",
-                    {},
-                    ""};
+      refuse({bad, bad + middle(text_.substr(bad), 0, 1).size()},
+             "A number ends here, and a name can't follow it directly.");
     }
     add(Kind::number, begin, "", whole ? integer(begin, begin, 10) : real(begin));
   }
@@ -171,11 +167,9 @@ class Lexer {
         std::find_if(std::begin(kPrefixes), std::end(kPrefixes),
                      [letter](const Prefix& p) { return p.letter == letter; });
     if (prefix == std::end(kPrefixes))
-      throw Problem{{begin, begin + 1},
-                    "\"&\" begins a number: &h (hexadecimal), &b (binary) or &o (octal). Texts are "
-                    "joined with \"+\".",
-                    {},
-                    ""};
+      refuse({begin, begin + 1},
+             "\"&\" begins a number: &h (hexadecimal), &b (binary) or &o (octal). Texts are "
+             "joined with \"+\".");
     at_ += 2;
     const std::size_t digits = at_;
     while (at_ < text_.size() && (isDigit(text_[at_]) || beginsWord(text_[at_]))) ++at_;
@@ -187,9 +181,9 @@ class Lexer {
     const char* const end = text_.data() + at_;
     const auto [stop, error] = std::from_chars(text_.data() + digits, end, value, base);
     if (error == std::errc::result_out_of_range)
-      throw Problem{{begin, at_}, "This number is too large for every integer type.", {}, ""};
+      refuse({begin, at_}, "This number is too large for every integer type.");
     if (error != std::errc() || stop != end)
-      throw Problem{{begin, at_}, "These are no " + std::string(what) + " digits.", {}, ""};
+      refuse({begin, at_}, "These are no " + std::string(what) + " digits.");
     return wholeNumber(value);
   }
 
@@ -197,7 +191,7 @@ class Lexer {
     double value = 0;
     const auto [stop, error] = std::from_chars(text_.data() + begin, text_.data() + at_, value);
     if (error != std::errc())
-      throw Problem{{begin, at_}, "This number is too large or too small for a Double.", {}, ""};
+      refuse({begin, at_}, "This number is too large or too small for a Double.");
     return value;
   }
 
@@ -209,10 +203,7 @@ class Lexer {
     const std::size_t begin = at_;
     if (found == std::end(kSigns)) {
       const std::string_view bad = middle(rest, 0, 1);
-      throw Problem{{begin, begin + bad.size()},
-                    "The language has no sign \"" + std::string(bad) + "\".",
-                    {},
-                    ""};
+      refuse({begin, begin + bad.size()}, "The language has no sign \"" + std::string(bad) + "\".");
     }
     at_ += found->size();
     add(Kind::sign, begin, std::string(*found));

@@ -74,10 +74,11 @@ int runHost(const Options& options, const std::string* file) {
     misused = true;
     std::cerr << "hostrun: " << what << '\n';
   });
-  for (const auto& library : libraries) host.load(library->main());
   int status = 0;
   {
     runner::Surroundings surroundings(host);
+    for (const auto& library : libraries) host.load(library->main());
+    surroundings.complete();
     {
       runner::Session session(host, std::cout, std::cin);
       session.machine().onPause([&surroundings] { surroundings.drain(); });

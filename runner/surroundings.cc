@@ -5,15 +5,24 @@
 namespace runner {
 namespace {
 
+constexpr char kExceptions[] = "NSExceptionZEL";
+
 zel::id newPool() { return zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">()); }
 
 }  // namespace
 
 Surroundings::Surroundings(testkit::Host& host)
-    : family_(host, testkit::addToRuntime()),
+    : host_(host),
+      family_(host, testkit::addToRuntime()),
       instances_(zel::CFDictionaryCreateMutable(zel::kDefaultAllocator, 0, nullptr, nullptr)),
       pool_(newPool()) {
-  // A real member of the family among the plugins has added its own by now, and they stay.
+  // One of the plugins may bring its own.
+  host.removeClass(kExceptions);
+}
+
+void Surroundings::complete() {
+  if (host_.findClass(kExceptions) == nullptr) host_.addClass(kExceptions, "RuntimeException");
+  // The methods that a plugin has added stay.
   family_.provideInstances(instances_);
   family_.providePreparation();
   family_.provideExceptions();

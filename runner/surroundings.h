@@ -10,15 +10,19 @@ namespace runner {
 
 class Surroundings {
  public:
+  /// @param host without plugins yet.
   explicit Surroundings(testkit::Host& host);
   ~Surroundings();
   Surroundings(const Surroundings&) = delete;
   Surroundings& operator=(const Surroundings&) = delete;
 
+  /// Stands in for what the plugins, which are all loaded now, have left out.
+  void complete();
   /// Gives up what was autoreleased so far.
   void drain();
 
  private:
+  testkit::Host& host_;
   testkit::Siblings family_;
   zel::CFMutableDictionaryRef instances_;
   zel::id pool_ = nullptr;

@@ -59,13 +59,10 @@ void TokenReader::expect(std::string_view wanted, const std::string& expected) {
 
 Token TokenReader::name(const std::string& expected) {
   if (current().kind == Kind::word && isReserved(current().text)) {
-    throw Problem{current().place,
-                  "\"" + current().text +
-                      "\" has a meaning of its own and can't be used as a name; "
-                      "expected " +
-                      expected + ".",
-                  {},
-                  ""};
+    refuse(current().place, "\"" + current().text +
+                                "\" has a meaning of its own and can't be used as a name; "
+                                "expected " +
+                                expected + ".");
   }
   return anyWord(expected);
 }
@@ -95,7 +92,7 @@ void TokenReader::fail(const std::string& expected) {
   ranOut_ = atEnd() || (current().kind == Kind::endOfLine && ahead().kind == Kind::end);
   Place place = current().place;
   if (atEnd() || current().kind == Kind::endOfLine) place.end = place.begin;
-  throw Problem{place, "Expected " + expected + ", found " + shown(current()) + ".", {}, ""};
+  refuse(place, "Expected " + expected + ", found " + shown(current()) + ".");
 }
 
 Nesting::Nesting(int& depth, const Place& place) : depth_(depth) {
@@ -104,7 +101,7 @@ Nesting::Nesting(int& depth, const Place& place) : depth_(depth) {
 }
 
 void checkDepth(int depth, const Place& place) {
-  if (depth > kDeepest) throw Problem{place, "This is nested too deeply.", {}, ""};
+  if (depth > kDeepest) refuse(place, "This is nested too deeply.");
 }
 
 bool isReserved(std::string_view word) {

@@ -172,8 +172,12 @@ TEST_F(ClassesTest, MistakesAreHeldAgainstTheDeclaration) {
       {"SampleZEL.versoin",
        "1:11+7 SampleZEL has no shared method \"versoin\". [version as string] {version}"},
       {"Dim s As New SampleZEL(\"x\")",
-       "1:14+9 There is no \"SampleZEL\" that takes (String). [Constructor] "
+       "1:24+3 Argument 1 of \"SampleZEL\" must be Integer, but this is String. "
        "[Constructor(value as integer)]"},
+      {"Dim s As New SampleZEL\ns.convert(Nil)",
+       "2:3+7 There is no \"convert\" that takes (Nil). [convert(value as integer) as integer] "
+       "[convert(value as single) as single] [convert(value as double) as double] "
+       "[convert(value as boolean) as boolean] [convert(text as string) as string]"},
       {"Dim s As New SmapleZEL", "1:14+9 There is no type \"SmapleZEL\". {SampleZEL}"},
       {"Dim v As Variant = 1\nv.count(1)",
        "2:3+5 Variant has no method or property \"count\". A Variant is first put into a variable "

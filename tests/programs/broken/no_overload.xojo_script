@@ -1,0 +1,2 @@
+' No overload.
+Print Str(Abs("5"))

@@ -1,0 +1,230 @@
+// The command hostrun, as people start it.
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tests {
+namespace {
+
+struct Result {
+  std::string output;  // and messages
+  int status = -1;
+};
+
+// Runs hostrun by the shell. @param rest of the command line. @param messages where they go.
+Result hostrun(const std::string& rest, const std::string& before = "",
+               const std::string& messages = "2>&1") {
+  const std::string command = before + ZEL_HOSTRUN " " + rest + " " + messages;
+  Result result;
+  std::FILE* const pipe = popen(command.c_str(), "r");
+  std::array<char, 4096> buffer{};
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
+    result.output.append(buffer.data(), count);
+  const int status = pclose(pipe);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+// A file in the tests' own folder, gone at the end.
+class Program {
+ public:
+  Program(const std::string& name, const std::string& text)
+      : file_(testing::TempDir() + name + ".xojo_script") {
+    std::ofstream(file_) << text;
+  }
+  ~Program() { std::remove(file_.c_str()); }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+  [[nodiscard]] const std::string& file() const { return file_; }
+
+ private:
+  std::string file_;
+};
+
+TEST(CommandTest, AWrongCommandLineEndsWith2) {
+  const struct {
+    const char* rest;
+    const char* problem;
+  } rows[] = {
+      {"</dev/null",
+       "hostrun: the program is missing. Name one, or \"-\" for the standard input.\n"
+       "See: hostrun --help\n"},
+      {"--what -", "hostrun: I don't know \"--what\".\nSee: hostrun --help\n"},
+      {"--plugin", "hostrun: --plugin lacks its value.\nSee: hostrun --help\n"},
+      {"--host-version new -",
+       "hostrun: --host-version takes a number such as 2013.03, not \"new\".\n"
+       "See: hostrun --help\n"},
+      {"/no/such/program", "hostrun: can't read /no/such/program: No such file or directory\n"},
+  };
+  for (const auto& row : rows) {
+    const Result result = hostrun(row.rest);
+    EXPECT_EQ(result.output, row.problem);
+    EXPECT_EQ(result.status, 2) << row.rest;
+  }
+  const Result missing = hostrun("--plugin /no/such/plugin.so -");
+  EXPECT_EQ(missing.output.substr(0, 33), "hostrun: /no/such/plugin.so: cann");
+  EXPECT_EQ(missing.status, 2);
+}
+
+TEST(CommandTest, BundlesAreForMacos) {
+  const Result bundle = hostrun("--plugin some.bundle -");
+  EXPECT_EQ(bundle.output,
+            "hostrun: some.bundle is a macOS bundle: add --macos.\n"
+            "See: hostrun --help\n");
+  EXPECT_EQ(bundle.status, 2);
+  EXPECT_EQ(hostrun("--macos --plugin some.so -").status, 2);
+}
+
+TEST(CommandTest, HelpIsNoMistake) {
+  const Result result = hostrun("--help");
+  EXPECT_EQ(result.output.substr(0, 15), "Usage: hostrun ");
+  EXPECT_EQ(result.status, 0);
+}
+
+TEST(CommandTest, AProgramComesFromTheStandardInput) {
+  const Result result = hostrun("-", "echo 'Print \"hello\"' | ");
+  EXPECT_EQ(result.output, "hello\n");
+  EXPECT_EQ(result.status, 0);
+}
+
+TEST(CommandTest, AnExceptionThatNothingCatchesEndsWith1) {
+  const Program program("raises",
+                        "Print \"before\"\nSub f()\nRaise New KeyNotFoundException(\"gone\")\n"
+                        "End Sub\nf\nPrint \"after\"\n");
+  const Result result = hostrun(program.file());
+  EXPECT_EQ(result.output, "before\nUnhandled KeyNotFoundException: gone\n  at " + program.file() +
+                               ":3 in f\n  at " + program.file() + ":5\n");
+  EXPECT_EQ(result.status, 1);
+}
+
+TEST(CommandTest, NothingRunsOfAProgramWithAMistake) {
+  const Program program("mistake", "Print \"before\"\nPrint 5\n");
+  EXPECT_EQ(hostrun(program.file()).output,
+            program.file() +
+                ":2:7: error: Argument 1 of \"Print\" must be String, but this is Integer. "
+                "Str makes a text of a number.\n"
+                "  2 | Print 5\n    |       ^\n"
+                "  declared: Print(text As String)\n");
+  EXPECT_EQ(hostrun(program.file()).status, 1);
+}
+
+TEST(CommandTest, CheckRunsNothing) {
+  const Program program("checked", "Print \"printed\"\n");
+  const Result result = hostrun("--check " + program.file());
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.status, 0);
+}
+
+TEST(CommandTest, WhatIsLeftOverIsSaidOnRequest) {
+  const Program program("leaks", "Dim d As New Dictionary\nd.Value(\"itself\") = d\n");
+  EXPECT_EQ(hostrun(program.file()).status, 0);
+  const Result result = hostrun("--leaks " + program.file());
+  EXPECT_EQ(result.output.substr(0, 33), "Left over:\nobject of Dictionary (");
+  EXPECT_EQ(result.status, 1);
+}
+
+TEST(CommandTest, ProgramsShareAStoreThatIsGoneAfterwards) {
+  const Program writer("writer",
+                       "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
+                       "d.integerForKey(\"n\") = 5\nPrint Str(d.synchronize)\n");
+  const Program reader("reader",
+                       "Print Str(NSUserDefaultsZEL.standardUserDefaults."
+                       "integerForKey(\"n\"))\n");
+  const std::string plugin = "--plugin " ZEL_PLUGIN " ";
+  EXPECT_EQ(hostrun(plugin + writer.file() + " " + reader.file()).output, "True\n5\n");
+  EXPECT_EQ(hostrun(plugin + reader.file()).output, "0\n");
+}
+
+TEST(CommandTest, HostsOfEveryVersionRunThePlugin) {
+  const Program program("version",
+                        "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
+                        "d.setStringArrayValue \"list\", Array(\"a\", \"b\")\n"
+                        "Print Join(d.stringArrayForKey(\"list\"), \"\")\n");
+  for (const char* const version : {"2011.04", "2012", "2013.0", "2013.03", "2013.9", "2025.01"}) {
+    const Result result = hostrun(std::string("--leaks --plugin " ZEL_PLUGIN " --host-version ") +
+                                  version + " " + program.file());
+    EXPECT_EQ(result.output, "ab\n") << version;
+  }
+}
+
+TEST(CommandTest, TheCompanionsExceptionsReachAProgram) {
+  const Program program("companion",
+                        "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
+                        "Try\nd.integerForKey(\"\") = 1\nCatch e As NSExceptionZEL\n"
+                        "Print e.name\nPrint Str(e.Message = e.reason)\nEnd Try\n");
+  for (const char* const plugins : {"--plugin " ZEL_COMPANION " --plugin " ZEL_PLUGIN " ",
+                                    "--plugin " ZEL_PLUGIN " --plugin " ZEL_COMPANION " "}) {
+    const Result result = hostrun("--leaks " + (plugins + program.file()), "", "2>/dev/null");
+    EXPECT_EQ(result.output, "NSInvalidArgumentException\nTrue\n") << plugins;
+    EXPECT_EQ(result.status, 0);
+  }
+}
+
+// --- on a terminal
+
+class Terminal {
+ public:
+  Terminal() {
+    child_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
+    if (child_ != 0) return;
+    setenv("TERM", "dumb", 1);
+    execl(ZEL_HOSTRUN, "hostrun", "--plugin", ZEL_PLUGIN, nullptr);
+    _exit(127);
+  }
+  ~Terminal() {
+    close(terminal_);
+    waitpid(child_, nullptr, 0);
+  }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  void type(const std::string& text) {
+    ASSERT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  // Whether this appears before long.
+  bool shows(const std::string& wanted) {
+    constexpr int kMilliseconds = 30000;
+    std::array<char, 4096> buffer{};
+    pollfd waiting = {terminal_, POLLIN, 0};
+    while (seen_.find(wanted) == std::string::npos) {
+      if (poll(&waiting, 1, kMilliseconds) <= 0) return false;
+      const ssize_t count = read(terminal_, buffer.data(), buffer.size());
+      if (count <= 0) return false;
+      seen_.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    seen_.erase(0, seen_.find(wanted) + wanted.size());
+    return true;
+  }
+
+ private:
+  int terminal_ = -1;
+  pid_t child_ = 0;
+  std::string seen_;
+};
+
+TEST(CommandTest, OnATerminalLinesRunAsTheyAreTyped) {
+  Terminal terminal;
+  ASSERT_TRUE(terminal.shows("> "));
+  terminal.type("Dim d As New NSUserDefaultsZEL\n");
+  ASSERT_TRUE(terminal.shows("> "));
+  terminal.type("d.integerForKey(\"n\") = 42\n");
+  ASSERT_TRUE(terminal.shows("> "));
+  // The name is completed from the plugin's declarations.
+  terminal.type("d.integerFor\t(\"n\")\n");
+  EXPECT_TRUE(terminal.shows("Int32 42\r\n"));
+  terminal.type("If True Then\n");
+  EXPECT_TRUE(terminal.shows("… "));
+  terminal.type("Print Uppercase(\"done\")\nEnd If\n");
+  EXPECT_TRUE(terminal.shows("DONE\r\n"));
+  terminal.type("\x04");
+}
+
+}  // namespace
+}  // namespace tests

@@ -156,9 +156,10 @@ Value newArray(Machine& machine, const Type& type, const std::vector<Value>& ele
 
 void resizeArray(Machine& machine, const Value& array, const Value& bound) {
   const std::int32_t last = integerOf(bound);
-  if (last < -1 || last >= kMostElements)
+  if (last < -1 || last >= kMostElements) {
     machine.raise("OutOfBoundsException",
                   "No array can end at index " + std::to_string(last) + ".");
+  }
   arrayIn(machine, array).resize(machine.state(), static_cast<std::size_t>(last) + 1);
 }
 

@@ -82,11 +82,12 @@ Action Checker::assignCall(const Call& call, const Place& place, Typed value) {
                       std::move(value), nullptr);
   }
   Typed array = expression(*call.callee);
-  if (!array.type.array || call.arguments.size() != 1)
+  if (!array.type.array || call.arguments.size() != 1) {
     refuse(place,
            "Only an element of an array can be set like this, but what stands before the "
            "parentheses is " +
                nameOf(array.type) + ".");
+  }
   ValueCode index = number(*call.arguments.front(), kInteger).code;
   Typed element = convert(std::move(value), array.type.element());
   return action([array = std::move(array.code), index = std::move(index),

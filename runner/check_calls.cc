@@ -13,9 +13,10 @@ namespace {
 
 std::vector<std::string> textsOf(const Candidates& candidates) {
   std::vector<std::string> texts;
-  for (const Callable* const candidate : candidates)
+  for (const Callable* const candidate : candidates) {
     if (std::find(texts.begin(), texts.end(), candidate->text) == texts.end())
       texts.push_back(candidate->text);
+  }
   return texts;
 }
 
@@ -266,9 +267,10 @@ Typed Checker::callMember(const Member& member, const Arguments& arguments, cons
   if (object.type.kind == Kind::nothing)
     refuse(object.place, "This gives no value that could have methods.");
   const Candidates methods = methodsOf(object.type, member.name);
-  if (!methods.empty())
+  if (!methods.empty()) {
     return callOrIndex(member.name, member.namePlace, methods, arguments, std::move(object.code),
                        place);
+  }
   // A function of texts or numbers, called on its first argument.
   Candidates extensions = library_.extensions(member.name);
   std::erase_if(extensions, [this, &object](const Callable* extension) {
@@ -312,7 +314,7 @@ Typed Checker::makeCall(Match match, ValueCode self, const Place& place) {
     arguments.push_back(std::move(argument.code));
   }
   const std::string name = callable.declaration.name;
-  if (callable.plugin != nullptr)
+  if (callable.plugin != nullptr) {
     return {
         type,
         valueCode([call = callable.plugin.get(), self = std::move(self),
@@ -323,6 +325,7 @@ Typed Checker::makeCall(Match match, ValueCode self, const Place& place) {
           });
         }),
         place, std::nullopt};
+  }
   return {type,
           valueCode([native = callable.native, self = std::move(self),
                      arguments = std::move(arguments), name, onNil = callable.onNil](Frame& frame) {
@@ -346,10 +349,11 @@ ValueCode Checker::userCall(const Callable& callable, TypedList arguments) {
       const std::string text(source_.text(arguments[i].place));
       const KnownVariable* const known = scope_.find(text);
       if (known == nullptr || known->where == KnownVariable::Where::constant ||
-          known->type != callable.parameters[i])
+          known->type != callable.parameters[i]) {
         refuse(arguments[i].place,
                "A ByRef parameter takes a variable of type " + nameOf(callable.parameters[i]) + ".",
                {callable.text});
+      }
       passed.reference = referenceTo(*known);
     } else {
       passed.value = std::move(arguments[i].code);
@@ -360,10 +364,11 @@ ValueCode Checker::userCall(const Callable& callable, TypedList arguments) {
     std::vector<Value> values(all.size());
     std::vector<Value*> references(all.size());
     for (std::size_t i = 0; i < all.size(); ++i) {
-      if (all[i].value != nullptr)
+      if (all[i].value != nullptr) {
         values[i] = all[i].value->run(caller);
-      else
+      } else {
         references[i] = all[i].reference->run(caller);
+      }
     }
     Frame frame(caller.machine, method->name, method->slotCount);
     std::move(values.begin(), values.end(), frame.slots.begin());

@@ -89,11 +89,12 @@ Typed Checker::convert(Typed value, const Type& to) {
   const bool upwards = value.type.kind == Kind::object && to.kind == Kind::object;
   if (upwards || to == kVariant || (value.type.array && to == kAnyObject))
     return {to, std::move(value.code), value.place, std::nullopt};
-  if (value.type.isNumber() && to.isNumber())
+  if (value.type.isNumber() && to.isNumber()) {
     return {to,
             valueCode([code = std::move(value.code), cut = numberConversion(to.kind)](
                           Frame& frame) { return cut(code->run(frame)); }),
             value.place, std::nullopt};
+  }
   return {to, valueCode([code = std::move(value.code), to](Frame& frame) {
             return converted(frame.machine, code->run(frame), to);
           }),
@@ -145,9 +146,10 @@ Typed Checker::element(Typed array, const Arguments& arguments, const Place& pla
 Typed Checker::check(const Unary& what, const Place& place) {
   Typed operand = expression(*what.operand);
   const std::optional<Type> type = resultOf(what.op, operand.type);
-  if (!type)
+  if (!type) {
     refuse(place,
            "\"" + std::string(signOf(what.op)) + "\" doesn't take " + nameOf(operand.type) + ".");
+  }
   if (operand.constant) {
     Value value = operate(machine_, what.op, *operand.constant);
     // The lowest Integer is written as the negative of a number that is none.
@@ -176,9 +178,10 @@ Typed Checker::binary(Operator op, Typed left, Typed right, const Place& place) 
     refuse(place, message);
   }
   const bool booleans = *type == kBoolean && left.type == kBoolean && right.type == kBoolean;
-  if (booleans && (op == Operator::bothOf || op == Operator::eitherOf))
+  if (booleans && (op == Operator::bothOf || op == Operator::eitherOf)) {
     return {*type, shortCircuit(op, std::move(left.code), std::move(right.code)), place,
             std::nullopt};
+  }
   if (left.type == kInteger && right.type == kInteger) {
     if (ValueCode code = quickInteger(op, left.code, right.code))
       return {*type, std::move(code), place, std::nullopt};
@@ -195,9 +198,10 @@ Typed Checker::check(const TypeTest& what, const Place& place) {
   Typed object = expression(*what.object);
   const Type type = typeNamed(what.type, what.typePlace);
   const bool testable = object.type.isReference() && !object.type.array;
-  if (!testable || type.kind != Kind::object || type.array)
+  if (!testable || type.kind != Kind::object || type.array) {
     refuse(what.typePlace, "IsA asks whether an object is of a class, but this is between " +
                                nameOf(object.type) + " and " + nameOf(type) + ".");
+  }
   return {kBoolean, valueCode([code = std::move(object.code), type](Frame& frame) {
             const Type found = typeOf(frame.machine, code->run(frame));
             const bool isObject = found.kind == Kind::object || found.array;
@@ -213,11 +217,12 @@ Typed Checker::check(const Creation& what, const Place& place) {
     refuse(what.typePlace, "New makes objects, and " + nameOf(type) + " is no class.");
   const std::string& className = type.className;
   const Candidates constructors = library_.constructors(className);
-  if (constructors.empty() && what.arguments.empty())
+  if (constructors.empty() && what.arguments.empty()) {
     return {type, valueCode([className](Frame& frame) -> Value {
               return frame.machine.host().make(className);
             }),
             place, std::nullopt};
+  }
   Match match = resolve(className, what.typePlace, constructors, checkAll(what.arguments));
   if (match.callable->result.kind != Kind::nothing)
     return {type, makeCall(std::move(match), nullptr, place).code, place, std::nullopt};

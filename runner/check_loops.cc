@@ -81,9 +81,10 @@ const KnownVariable& Checker::loopVariable(const Variable& variable,
 Action Checker::check(const For& what, const Place& /*place*/) {
   scope_.enter();
   const KnownVariable counter = loopVariable(what.counter, what.type, what.typePlace);
-  if (!counter.type.isNumber())
+  if (!counter.type.isNumber()) {
     refuse(what.counter.place, "A loop counts with a number, but \"" + counter.name + "\" is " +
                                    nameOf(counter.type) + ".");
+  }
   const bool whole = counter.type.isInteger();
   const Type type = whole ? kInt64 : kDouble;
   ValueCode from = number(*what.from, counter.type).code;
@@ -101,10 +102,11 @@ Action Checker::check(const For& what, const Place& /*place*/) {
     const Value stride = step == nullptr ? Value(std::int32_t{1}) : step->run(frame);
     const double sign = down ? -1 : 1;
     const double wanted = sign * numberOf<double>(stride);
-    if (whole)
+    if (whole) {
       return count<std::int64_t>(frame, place, convert, numberOf<std::int64_t>(start),
                                  numberOf<std::int64_t>(end), static_cast<std::int64_t>(wanted),
                                  wanted < 0, *body);
+    }
     return count<double>(frame, place, convert, numberOf<double>(start), numberOf<double>(end),
                          wanted, wanted < 0, *body);
   });

@@ -26,9 +26,10 @@ Executable Checker::program(const Program& program) {
   const Scope outermost = scope_.outermost();
   for (const auto& method : program.methods) {
     scope_ = outermost;
-    for (const Callable* const callable : library_.functions(method->name))
+    for (const Callable* const callable : library_.functions(method->name)) {
       if (callable->method != nullptr && callable->method->tree == method.get())
         guarded([&] { compileMethod(*method, *callable); });
+    }
   }
   library_.settle(diagnostics_.empty());
   if (diagnostics_.empty()) globals_ = outermost.settled();
@@ -82,9 +83,10 @@ Type Checker::typeNamed(const testkit::Type& written, const Place& place) {
 
 KnownVariable& Checker::declare(const Variable& variable, const Type& type) {
   const KnownVariable* const earlier = scope_.findHere(variable.name);
-  if (earlier != nullptr && earlier->line != 0)
+  if (earlier != nullptr && earlier->line != 0) {
     refuse(variable.place, "\"" + variable.name + "\" is declared already, in line " +
                                std::to_string(earlier->line) + ".");
+  }
   KnownVariable known;
   known.name = variable.name;
   known.type = type;

@@ -141,9 +141,10 @@ Action Checker::check(const Select& what, const Place& /*place*/) {
   return action([set = store(subject, std::move(value.code)), cases = std::move(cases),
                  otherwise = std::move(otherwise)](Frame& frame) {
     set->run(frame);
-    for (const Checked& one : cases)
+    for (const Checked& one : cases) {
       for (const ValueCode& label : one.labels)
         if (isTrue(label->run(frame))) return one.body->run(frame);
+    }
     return otherwise->run(frame);
   });
 }
@@ -160,11 +161,12 @@ ValueCode Checker::caseCode(const CaseLabel& label, const KnownVariable& subject
     });
   }
   Typed from = expression(*label.from);
-  if (label.to == nullptr)
+  if (label.to == nullptr) {
     return convert(binary(label.op.value_or(Operator::equal), std::move(value), std::move(from),
                           label.place),
                    kBoolean)
         .code;
+  }
   Typed low = binary(Operator::greaterOrEqual, std::move(value), std::move(from), label.place);
   Typed high = binary(Operator::lessOrEqual, variable(subject, label.place), expression(*label.to),
                       label.place);
@@ -176,10 +178,11 @@ ValueCode Checker::caseCode(const CaseLabel& label, const KnownVariable& subject
 Action Checker::check(const Return& what, const Place& /*place*/) {
   const Type result = method_ == nullptr ? kNothing : method_->result;
   if (what.value == nullptr) return action([](Frame&) { return Flow::leave; });
-  if (result.kind == Kind::nothing)
+  if (result.kind == Kind::nothing) {
     refuse(what.value->place,
            method_ == nullptr ? "The program itself returns no value." : "A Sub returns no value.",
            method_ == nullptr ? std::vector<std::string>{} : std::vector{method_->text});
+  }
   Typed value = convert(expression(*what.value), result);
   return action([code = std::move(value.code)](Frame& frame) {
     frame.result = code->run(frame);
@@ -190,9 +193,10 @@ Action Checker::check(const Return& what, const Place& /*place*/) {
 Action Checker::check(const Raise& what, const Place& /*place*/) {
   Typed exception = expression(*what.exception);
   const Type wanted = objectOf("RuntimeException");
-  if (!library_.types().distance(exception.type, wanted))
+  if (!library_.types().distance(exception.type, wanted)) {
     refuse(exception.place,
            "Only exceptions can be raised, but this is " + nameOf(exception.type) + ".");
+  }
   Typed converted = convert(std::move(exception), wanted);
   return action([code = std::move(converted.code)](Frame& frame) -> Flow {
     frame.machine.raise(std::get<ObjectRef>(code->run(frame)));
@@ -236,12 +240,14 @@ Action Checker::check(const Try& what, const Place& /*place*/) {
     scope_.enter();
     guarded([&] {
       if (clause.type) checked.type = typeNamed(*clause.type, clause.typePlace);
-      if (!library_.types().isA(checked.type.className, "RuntimeException"))
+      if (!library_.types().isA(checked.type.className, "RuntimeException")) {
         refuse(clause.typePlace,
                "Only exceptions can be caught, but this is " + nameOf(checked.type) + ".");
-      if (clause.variable)
+      }
+      if (clause.variable) {
         checked.store =
             store(declare(*clause.variable, checked.type), variable(passed, clause.typePlace).code);
+      }
     });
     checked.body = block(clause.body);
     scope_.leave();

@@ -1,4 +1,5 @@
 // Members of the host's classes Date and MemoryBlock.
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -177,11 +178,12 @@ HostMemoryBlock& blockIn(Machine& machine, const Value& self) {
 char* bytesAt(Machine& machine, const Value& self, const Value& offset, std::size_t count) {
   const HostMemoryBlock& block = blockIn(machine, self);
   const auto from = numberOf<std::int64_t>(offset);
-  if (from < 0 || static_cast<std::uint64_t>(from) + count > block.size())
+  if (from < 0 || static_cast<std::uint64_t>(from) + count > block.size()) {
     machine.raise("OutOfBoundsException", std::to_string(count) + " bytes from " +
                                               std::to_string(from) +
                                               " on are outside of the MemoryBlock, which has " +
                                               std::to_string(block.size()) + ".");
+  }
   return static_cast<char*>(block.bytes()) + from;
 }
 
@@ -220,7 +222,7 @@ Value setPart(Machine& machine, const Value& self, const Value* a) {
   char* const bytes = bytesAt(machine, self, a[0], count);
   const std::string& text = textOf(a[2]);
   std::memset(bytes, 0, count);
-  std::memcpy(bytes, text.data(), std::min(count, text.size()));
+  std::copy_n(text.data(), std::min(count, text.size()), bytes);
   return {};
 }
 

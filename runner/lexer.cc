@@ -166,10 +166,11 @@ class Lexer {
     const auto* const prefix =
         std::find_if(std::begin(kPrefixes), std::end(kPrefixes),
                      [letter](const Prefix& p) { return p.letter == letter; });
-    if (prefix == std::end(kPrefixes))
+    if (prefix == std::end(kPrefixes)) {
       refuse({begin, begin + 1},
              "\"&\" begins a number: &h (hexadecimal), &b (binary) or &o (octal). Texts are "
              "joined with \"+\".");
+    }
     at_ += 2;
     const std::size_t digits = at_;
     while (at_ < text_.size() && (isDigit(text_[at_]) || beginsWord(text_[at_]))) ++at_;

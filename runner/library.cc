@@ -234,9 +234,10 @@ std::vector<std::string> Library::memberNames(const Type& type) {
     addNames(arrayMembers(type).methods, names);
     return names;
   }
-  for (const auto& function : functions_)
+  for (const auto& function : functions_) {
     if (function->extends && types_.distance(type, function->parameters.front()))
       names.push_back(function->declaration.name);
+  }
   std::string name = type.kind == Kind::variant ? "Variant" : type.className;
   for (; !name.empty(); name = types_.superName(name)) {
     const auto members = members_.find(name);

@@ -129,9 +129,9 @@ int run(int argc, char** argv) {
   if (options->macos && sizeof(void*) != 4)
     return refuse("--macos needs a 32-bit process, and this hostrun is a 64-bit one.");
   for (const std::string& plugin : options->plugins) {
-    if (testkit::isBundle(plugin) != options->macos)
-      return refuse(plugin +
-                    (options->macos ? " is no macOS bundle." : " is a macOS bundle: add --macos."));
+    if (testkit::isBundle(plugin) == options->macos) continue;
+    return refuse(plugin +
+                  (options->macos ? " is no macOS bundle." : " is a macOS bundle: add --macos."));
   }
   if (options->programs.empty()) {
     if (isatty(STDIN_FILENO) == 0)

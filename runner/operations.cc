@@ -167,9 +167,9 @@ Value compareAs(Machine& machine, Operator op, const Value& left, const Value& r
   const std::partial_ordering order = compare(machine, left, right);
   if (order == std::partial_ordering::unordered && !(isNumber(left) && isNumber(right)))
     fail(machine, op, left, right);
-  if (op == Operator::less) return booleanValue(order < 0);
-  if (op == Operator::greater) return booleanValue(order > 0);
-  return booleanValue(op == Operator::lessOrEqual ? order <= 0 : order >= 0);
+  if (op == Operator::less) return booleanValue(std::is_lt(order));
+  if (op == Operator::greater) return booleanValue(std::is_gt(order));
+  return booleanValue(op == Operator::lessOrEqual ? std::is_lteq(order) : std::is_gteq(order));
 }
 
 template <class T>
@@ -251,9 +251,9 @@ Value operate(Machine& machine, Operator op, const Value& operand) {
 
 bool areEqual(Machine& machine, const Value& left, const Value& right) {
   if (isNil(left) || isNil(right)) return isNil(left) && isNil(right);
-  if (isText(left) && isText(right)) return compareText(textOf(left), textOf(right)) == 0;
+  if (isText(left) && isText(right)) return std::is_eq(compareText(textOf(left), textOf(right)));
   if (left.index() == right.index() && left == right) return true;
-  return compare(machine, left, right) == 0;
+  return std::is_eq(compare(machine, left, right));
 }
 
 }  // namespace runner

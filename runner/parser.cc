@@ -105,10 +105,11 @@ void ProgramParser::close(const Place& begin, std::string_view what, std::string
 void ProgramParser::closeEnd(const Place& begin, std::string_view what) {
   const std::string whole = "\"End " + std::string(what) + "\"";
   if (reader_.current().is("end") && !reader_.ahead().is(what) &&
-      reader_.ahead().kind == Kind::word)
+      reader_.ahead().kind == Kind::word) {
     reader_.advance();
-  else if (reader_.accept("end") && (reader_.accept(what) || reader_.atEndOfLine()))
+  } else if (reader_.accept("end") && (reader_.accept(what) || reader_.atEndOfLine())) {
     return;
+  }
   reader_.fail(whole + opener(begin, what));
 }
 

@@ -1,5 +1,6 @@
 // The language's functions of texts.
 #include <algorithm>
+#include <compare>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -131,11 +132,12 @@ Value contains(Machine&, const Value&, const Value* a) {
 }
 Value beginsWith(Machine&, const Value&, const Value* a) {
   const std::string_view begin = middle(textOf(a[0]), 0, characters(textOf(a[1])));
-  return booleanValue(compareText(begin, textOf(a[1])) == 0);
+  return booleanValue(std::is_eq(compareText(begin, textOf(a[1]))));
 }
 Value endsWith(Machine& machine, const Value& self, const Value* a) {
   const Value arguments[] = {a[0], sized(characters(textOf(a[1])))};
-  return booleanValue(compareText(textOf(right(machine, self, arguments)), textOf(a[1])) == 0);
+  return booleanValue(
+      std::is_eq(compareText(textOf(right(machine, self, arguments)), textOf(a[1]))));
 }
 
 std::string replaced(const std::string& whole, const std::string& wanted, const std::string& by,
@@ -163,7 +165,7 @@ Value compareBy(Machine&, const Value&, const Value* a) {
   const std::weak_ordering order = integerOf(a[2]) == 0
                                        ? std::weak_ordering(textOf(a[0]) <=> textOf(a[1]))
                                        : compareText(textOf(a[0]), textOf(a[1]));
-  return std::int32_t{order > 0} - std::int32_t{order < 0};
+  return std::int32_t{std::is_gt(order)} - std::int32_t{std::is_lt(order)};
 }
 
 // --- characters, numbers and bytes

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <compare>
 #include <limits>
 #include <variant>
 
@@ -66,7 +67,7 @@ Value toSimple(Machine& machine, const Value& value, const Type& from, const Typ
   }
   if (to == kBoolean) {
     if (from.isNumber()) return booleanValue(numberOf<double>(value) != 0);
-    if (from == kString) return booleanValue(compareText(textOf(value), "true") == 0);
+    if (from == kString) return booleanValue(std::is_eq(compareText(textOf(value), "true")));
   }
   failToConvert(machine, value, to);
 }
@@ -185,7 +186,7 @@ double textNumber(const std::string& text) {
   };
   constexpr Prefix kPrefixes[] = {{"&h", 16}, {"&b", 2}, {"&o", 8}};
   for (const Prefix& prefix : kPrefixes) {
-    if (compareText(digits.substr(0, 2), prefix.sign) != 0) continue;
+    if (std::is_neq(compareText(digits.substr(0, 2), prefix.sign))) continue;
     std::int64_t whole = 0;
     std::from_chars(digits.data() + 2, digits.data() + digits.size(), whole, prefix.base);
     return static_cast<double>(whole);

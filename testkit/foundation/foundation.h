@@ -3,8 +3,8 @@
 // A small Objective-C-like runtime and the Foundation classes that the plugin talks to, written in
 // C++. It defines the C functions of native/dispatch.h, native/methods.h, native/exceptions.h,
 // native/numbers.h, native/corefoundation.h and native/files.h, so product code reaches it exactly
-// as it reaches a real runtime. Around that it keeps accounts of every reference, records what was asked of it and
-// fails on request.
+// as it reaches a real runtime. Around that it keeps accounts of every reference, records what was
+// asked of it and fails on request.
 //
 // Everything lives in one process-wide object for one thread. reset() between tests puts it back to
 // the start; class objects, selectors, constants and the pointer table keep their addresses, since

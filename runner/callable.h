@@ -41,7 +41,7 @@ struct Callable {
   // One of these.
   Native native = nullptr;
   std::unique_ptr<PluginCall> plugin;
-  std::shared_ptr<UserMethod> method;
+  std::unique_ptr<UserMethod> method;
 
   /// The value that an assignment passes last.
   [[nodiscard]] bool assigns() const {

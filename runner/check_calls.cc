@@ -360,7 +360,7 @@ ValueCode Checker::userCall(const Callable& callable, TypedList arguments) {
     }
     all.push_back(std::move(passed));
   }
-  return valueCode([method = callable.method, all = std::move(all)](Frame& caller) {
+  return valueCode([method = callable.method.get(), all = std::move(all)](Frame& caller) {
     std::vector<Value> values(all.size());
     std::vector<Value*> references(all.size());
     for (std::size_t i = 0; i < all.size(); ++i) {

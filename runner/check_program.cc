@@ -108,7 +108,7 @@ void Checker::declareMethod(const Method& method) {
   callable->text = method.text;
   callable->declaration.name = method.name;
   callable->declaration.result = method.result;
-  callable->method = std::make_shared<UserMethod>();
+  callable->method = std::make_unique<UserMethod>();
   callable->method->name = method.name;
   callable->method->tree = &method;
   for (const FormalParameter& parameter : method.parameters) {

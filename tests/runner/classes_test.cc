@@ -134,6 +134,14 @@ TEST_F(ClassesTest, ObjectsDieWithTheirLastReference) {
   EXPECT_EQ(SamplePlugin::current().destroyed, 4);
 }
 
+// Its constant texts are kept by its code.
+TEST_F(ClassesTest, AMethodThatCallsItselfLeavesNothingBehind) {
+  EXPECT_EQ(run("Function f(s As SampleZEL, n As Integer) As Boolean\n"
+                "If n = 0 Then Return s.isEmpty(\"text\")\nReturn f(s, n - 1)\nEnd Function\n"
+                "Print Str(f(New SampleZEL, 3))"),
+            "False\n");
+}
+
 TEST_F(ClassesTest, AnObjectDiesAtOnce) {
   SamplePlugin& plugin = SamplePlugin::current();
   std::ostringstream out;

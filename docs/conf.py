@@ -8,7 +8,7 @@ from pygments.token import Comment, Keyword, Name, Number, Operator, String, Tex
 
 # The pages in the order in which the site lists them, before any others. One that isn't there is left
 # out.
-PAGES = ["reference", "values", "language", "companion", "macos", "architecture"]
+PAGES = ["reference", "values", "language", "companion", "package", "macos", "macos-running", "architecture"]
 
 IMPORTED_STYLE = re.compile(r"@import url\(/(javascript/[\w./-]+\.css)\);")
 
@@ -22,6 +22,7 @@ html_theme = "furo"
 html_show_copyright = False
 html_copy_source = False
 html_use_index = False
+smartquotes = False  # the search takes headings as they are written
 html_last_updated_fmt = None
 extensions = ["myst_parser"]
 exclude_patterns = ["conf.py"]

@@ -302,9 +302,13 @@ Typed Checker::callOrIndex(const std::string& name, const Place& namePlace,
 
 Typed Checker::makeCall(Match match, ValueCode self, const Place& place) {
   const Callable& callable = *match.callable;
-  const Type type = callable.result;
-  if (callable.method != nullptr)
-    return {type, userCall(callable, std::move(match.arguments)), place, std::nullopt};
+  return {callable.result, callCode(std::move(match), std::move(self)), place, std::nullopt,
+          callable.text};
+}
+
+ValueCode Checker::callCode(Match match, ValueCode self) {
+  const Callable& callable = *match.callable;
+  if (callable.method != nullptr) return userCall(callable, std::move(match.arguments));
   std::vector<ValueCode> arguments;
   ReadyTexts ready;
   for (Typed& argument : match.arguments) {
@@ -315,26 +319,22 @@ Typed Checker::makeCall(Match match, ValueCode self, const Place& place) {
   }
   const std::string name = callable.declaration.name;
   if (callable.plugin != nullptr) {
-    return {
-        type,
-        valueCode([call = callable.plugin.get(), self = std::move(self),
-                   arguments = std::move(arguments), ready = std::move(ready), name](Frame& frame) {
-          const Value object = selfOf(frame, self, name, true);
-          return withArguments(frame, arguments, [&](const Value* values) {
-            return call->run(frame.machine, object, values, ready);
-          });
-        }),
-        place, std::nullopt};
+    return valueCode([call = callable.plugin.get(), self = std::move(self),
+                      arguments = std::move(arguments), ready = std::move(ready),
+                      name](Frame& frame) {
+      const Value object = selfOf(frame, self, name, true);
+      return withArguments(frame, arguments, [&](const Value* values) {
+        return call->run(frame.machine, object, values, ready);
+      });
+    });
   }
-  return {type,
-          valueCode([native = callable.native, self = std::move(self),
-                     arguments = std::move(arguments), name, onNil = callable.onNil](Frame& frame) {
-            const Value object = selfOf(frame, self, name, !onNil);
-            return withArguments(frame, arguments, [&](const Value* values) {
-              return native(frame.machine, object, values);
-            });
-          }),
-          place, std::nullopt};
+  return valueCode([native = callable.native, self = std::move(self),
+                    arguments = std::move(arguments), name, onNil = callable.onNil](Frame& frame) {
+    const Value object = selfOf(frame, self, name, !onNil);
+    return withArguments(frame, arguments, [&](const Value* values) {
+      return native(frame.machine, object, values);
+    });
+  });
 }
 
 ValueCode Checker::userCall(const Callable& callable, TypedList arguments) {

@@ -81,7 +81,8 @@ Typed Checker::convert(Typed value, const Type& to) {
   if (!library_.types().distance(value.type, to)) {
     const std::string found =
         value.type.kind == Kind::nothing ? "this gives no value" : "this is " + nameOf(value.type);
-    refuse(value.place, "Expected " + nameOf(to) + ", but " + found + ".");
+    refuse(value.place, "Expected " + nameOf(to) + ", but " + found + ".",
+           value.declaration.empty() ? std::vector<std::string>() : std::vector{value.declaration});
   }
   if (value.constant && to.kind != Kind::object)
     return constant(to, converted(machine_, *value.constant, to), value.place);

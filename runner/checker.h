@@ -21,6 +21,7 @@ struct Typed {
   ValueCode code;
   Place place;
   std::optional<Value> constant;  // when the value is known already
+  std::string declaration = {};   // of the method that gives it; "" for none
 };
 using TypedList = std::vector<Typed>;
 
@@ -144,6 +145,7 @@ class Checker {
   [[noreturn]] void failToFit(const std::string& name, const Place& place, const Callable& only,
                               const TypedList& arguments);
   Typed makeCall(Match match, ValueCode self, const Place& place);
+  ValueCode callCode(Match match, ValueCode self);
   ValueCode userCall(const Callable& callable, TypedList arguments);
   TypedList checkAll(const Arguments& arguments);
   Typed callOrIndex(const std::string& name, const Place& namePlace, const Candidates& candidates,

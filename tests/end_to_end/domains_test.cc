@@ -9,16 +9,11 @@ namespace {
 
 using namespace std::string_literals;
 
-class DomainsTest : public FamilyTest, public testing::WithParamInterface<double> {
+class DomainsTest : public DefaultsTest {
  protected:
-  void SetUp() override {
-    startHost({.version = GetParam()});
-    defaults = standard();
-  }
   void TearDown() override {
     ask(defaults, "synchronize");
-    defaults.reset();
-    FamilyTest::TearDown();
+    DefaultsTest::TearDown();
   }
   std::string call(const std::string& method, const Values& arguments = {}) {
     return host->describe(ask(defaults, method, arguments));
@@ -27,8 +22,6 @@ class DomainsTest : public FamilyTest, public testing::WithParamInterface<double
   bool lists(const std::string& method, const std::string& name) {
     return call(method).find('"' + name + '"') != std::string::npos;
   }
-
-  ObjectRef defaults;
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, DomainsTest, testing::ValuesIn(kHostVersions));

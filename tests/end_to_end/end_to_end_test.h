@@ -85,6 +85,23 @@ class FamilyTest : public EndToEndTest {
   const struct FamilyKind& kind_;
 };
 
+/// The same with the standard defaults object at hand, in a host of each version that the tests are
+/// instantiated with.
+class DefaultsTest : public FamilyTest, public testing::WithParamInterface<double> {
+ protected:
+  void SetUp() override { startDefaults({.version = GetParam()}); }
+  void TearDown() override {
+    defaults.reset();
+    FamilyTest::TearDown();
+  }
+  void startDefaults(const HostOptions& options) {
+    startHost(options);
+    defaults = standard();
+  }
+
+  ObjectRef defaults;
+};
+
 /// The host versions whose behaviour differs, and the newest of each kind.
 inline constexpr double kHostVersions[] = {2011.04, 2012.0, 2012.99, 2013.0,
                                            2013.03, 2013.9, 2014.0,  2025.01};

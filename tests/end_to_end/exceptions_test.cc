@@ -7,16 +7,11 @@ namespace {
 
 using namespace std::string_literals;
 
-class ExceptionsTest : public FamilyTest, public testing::WithParamInterface<double> {
+class ExceptionsTest : public DefaultsTest {
  protected:
-  void SetUp() override {
-    startHost({.version = GetParam()});
-    defaults = standard();
-  }
   void TearDown() override {
     EXPECT_EQ(ask(defaults, "synchronize"), Value(std::int8_t{1}));
-    defaults.reset();
-    FamilyTest::TearDown();
+    DefaultsTest::TearDown();
   }
   /// A call that must raise. What it returned all the same is the result.
   Value rejected(const std::string& method, const Values& arguments) {
@@ -29,8 +24,6 @@ class ExceptionsTest : public FamilyTest, public testing::WithParamInterface<dou
     return host->describe(ask(defaults, getter, {key}));
   }
   ObjectRef folder() { return host->folderItem("/usr"); }
-
-  ObjectRef defaults;
 
  private:
   template <class Call>

@@ -15,20 +15,16 @@ using zel::send;
 id nativeObject(const void* native) { return static_cast<id>(const_cast<void*>(native)); }
 id text(const char* utf8) { return nativeObject(nativeText(utf8)); }
 
-class FamilyValuesTest : public FamilyTest, public testing::WithParamInterface<double> {
+class FamilyValuesTest : public DefaultsTest {
  protected:
   static constexpr const char* kDomain = "family";
 
-  void SetUp() override {
-    startHost({.version = GetParam()});
-    defaults = standard();
-  }
   void TearDown() override {
     ask(defaults, "removeVolatileDomainForName", {std::string(kDomain)});
     drainPool();
     defaults.reset();
     siblings->forgetKept();
-    FamilyTest::TearDown();
+    DefaultsTest::TearDown();
   }
   void put(const Value& value) {
     ask(defaults, "removeVolatileDomainForName", {std::string(kDomain)});
@@ -64,8 +60,6 @@ class FamilyValuesTest : public FamilyTest, public testing::WithParamInterface<d
     EXPECT_EQ(host->describe(back), className);
     return Host::data<Data>(std::get<ObjectRef>(back));
   }
-
-  ObjectRef defaults;
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, FamilyValuesTest, testing::Values(2011.04, 2013.9, 2014.0));

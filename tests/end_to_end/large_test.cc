@@ -34,16 +34,11 @@ std::map<std::string, int> nativeObjects() {
   return counts;
 }
 
-class LargeTest : public FamilyTest, public testing::WithParamInterface<double> {
+class LargeTest : public DefaultsTest {
  protected:
   void SetUp() override {
     // Ten million calls of the host are too many to remember.
-    startHost({.version = GetParam(), .keepSequence = false});
-    defaults = standard();
-  }
-  void TearDown() override {
-    defaults.reset();
-    FamilyTest::TearDown();
+    startDefaults({.version = GetParam(), .keepSequence = false});
   }
 
   // Runs the same with a few entries first, so that everything that is made once is there, and then
@@ -70,8 +65,6 @@ class LargeTest : public FamilyTest, public testing::WithParamInterface<double> 
     ask(defaults, "removeVolatileDomainForName", {"large"s});
     return back;
   }
-
-  ObjectRef defaults;
 };
 
 Values texts(std::int32_t count) {

@@ -9,24 +9,14 @@ namespace {
 
 using namespace std::string_literals;
 
-class ObjectsTest : public FamilyTest, public testing::WithParamInterface<double> {
+class ObjectsTest : public DefaultsTest {
  protected:
-  void SetUp() override {
-    startHost({.version = GetParam()});
-    defaults = standard();
-  }
-  void TearDown() override {
-    defaults.reset();
-    FamilyTest::TearDown();
-  }
   std::string get(const std::string& getter, const std::string& key = "object") {
     return host->describe(ask(defaults, getter, {key}));
   }
   void set(const std::string& setter, const Value& value, const std::string& key = "object") {
     EXPECT_EQ(ask(defaults, setter, {key, value}), Value());
   }
-
-  ObjectRef defaults;
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, ObjectsTest, testing::ValuesIn(kHostVersions));

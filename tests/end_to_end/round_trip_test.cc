@@ -17,16 +17,9 @@ using namespace std::string_literals;
 constexpr int kRounds = 200;
 constexpr int kDepth = 6;
 
-class RoundTripTest : public FamilyTest, public testing::WithParamInterface<double> {
+class RoundTripTest : public DefaultsTest {
  protected:
-  void SetUp() override {
-    startHost({.version = GetParam(), .keepSequence = false});
-    defaults = standard();
-  }
-  void TearDown() override {
-    defaults.reset();
-    FamilyTest::TearDown();
-  }
+  void SetUp() override { startDefaults({.version = GetParam(), .keepSequence = false}); }
   // Every part of the value as it comes back through a variant.
   Lines linesOfTrip(const Value& value) {
     EXPECT_EQ(ask(defaults, "setVariantValue", {"trip"s, value}), Value());
@@ -128,7 +121,6 @@ class RoundTripTest : public FamilyTest, public testing::WithParamInterface<doub
                        between(12, 22), between(0, 59), between(0, 59)});
   }
 
-  ObjectRef defaults;
   std::mt19937 random{20130903};
 };
 

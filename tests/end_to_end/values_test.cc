@@ -9,24 +9,14 @@ namespace {
 
 using namespace std::string_literals;
 
-class ValuesTest : public FamilyTest, public testing::WithParamInterface<double> {
+class ValuesTest : public DefaultsTest {
  protected:
-  void SetUp() override {
-    startHost({.version = GetParam()});
-    defaults = standard();
-  }
-  void TearDown() override {
-    defaults.reset();
-    FamilyTest::TearDown();
-  }
   Value get(const std::string& getter, const std::string& key) {
     return ask(defaults, getter, {key});
   }
   void set(const std::string& setter, const std::string& key, const Value& value) {
     EXPECT_EQ(ask(defaults, setter, {key, value}), Value());
   }
-
-  ObjectRef defaults;
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, ValuesTest, testing::ValuesIn(kHostVersions));

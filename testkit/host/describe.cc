@@ -1,10 +1,12 @@
 #include "testkit/host/describe.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <sstream>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "testkit/host/dates.h"
 #include "testkit/host/dictionaries.h"
@@ -123,14 +125,23 @@ std::string held(State& state, const HostVariant& variant) {
   return type + describe(state, valueIn(state, variant));
 }
 
-std::string describeObject(State& state, const ObjectRef& object) {
-  if (!object) return "nil";
+std::string content(State& state, const ObjectRef& object) {
   if (const auto* const variant = state.ledger.peek<HostVariant>(object.handle()))
     return held(state, *variant);
   if (const auto* const array = state.ledger.peek<HostArray>(object.handle()))
     return list(state, *array);
   auto* const found = state.ledger.peek<HostObject>(object.handle());
   return found == nullptr ? "nothing of this host" : instance(state, *found);
+}
+
+std::string describeObject(State& state, const ObjectRef& object) {
+  if (!object) return "nil";
+  std::vector<const void*>& path = state.describing;
+  if (std::find(path.begin(), path.end(), object.handle()) != path.end()) return "...";
+  path.push_back(object.handle());
+  std::string text = content(state, object);
+  path.pop_back();
+  return text;
 }
 
 }  // namespace

@@ -25,6 +25,7 @@ struct State {
   BufferAccounts buffers;
   std::vector<zel::REALobject> pending;  // raised exceptions, each with a reference of the host
   std::optional<std::int32_t> announcedVersion;
+  std::vector<const void*> describing;  // the objects that describe() is inside of, outermost first
 };
 
 /// The live thing that a test refers to; throws std::invalid_argument when it is of another class.

@@ -11,10 +11,10 @@
 #include <string_view>
 
 #include "bench/direct.h"
+#include "host/store/private_store.h"
 #include "native/corefoundation.h"
 #include "plugin/handles.h"
 #include "plugin/records.h"
-#include "testkit/store/private_store.h"
 
 struct zel::REALstringStruct {
   std::string bytes;

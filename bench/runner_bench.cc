@@ -7,9 +7,9 @@
 #include <sstream>
 #include <string>
 
+#include "host/host.h"
 #include "runner/session.h"
 #include "runner/source.h"
-#include "testkit/host/host.h"
 
 namespace {
 

@@ -9,11 +9,11 @@
 #include <variant>
 #include <vector>
 
+#include "host/family/runtime.h"
+#include "host/host.h"
+#include "host/loading/plugin_library.h"
+#include "host/store/private_store.h"
 #include "native/objc.h"
-#include "testkit/host/host.h"
-#include "testkit/library/plugin_library.h"
-#include "testkit/siblings/runtime.h"
-#include "testkit/store/private_store.h"
 
 namespace {
 
@@ -105,7 +105,7 @@ int run(int argc, char** argv) {
   const testkit::PluginLibrary library(argv[1]);
   Host theHost({.keepSequence = false});
   host = &theHost;
-  testkit::Siblings family(theHost, testkit::addToRuntime());
+  testkit::Family family(theHost, testkit::addToRuntime());
   family.provideExceptions();
   theHost.load(library.main());
   defaults =

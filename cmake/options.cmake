@@ -24,3 +24,15 @@ target_link_libraries(zel_product INTERFACE zel_common)
 target_compile_options(zel_product INTERFACE
   ${zel_visibility}
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>)
+
+# For the code around the product, in the folder that calls it: only what is under test is worth
+# optimising, so its own targets say where that isn't so.
+macro(zel_add_support_options)
+  add_compile_options(-O0 -g1)
+endmacro()
+
+# Reading the same few headers is most of what compiling the larger parts takes.
+function(zel_precompile_headers part)
+  target_precompile_headers(${part} PRIVATE
+    <algorithm> <functional> <map> <optional> <string> <string_view> <vector>)
+endfunction()

@@ -16,12 +16,12 @@
 #include <unistd.h>
 #include <vector>
 
+#include "host/family/runtime.h"
+#include "host/host.h"
+#include "host/loading/plugin_library.h"
+#include "host/store/private_store.h"
 #include "native/objc.h"
 #include "plugin/version.h"
-#include "testkit/host/host.h"
-#include "testkit/library/plugin_library.h"
-#include "testkit/siblings/runtime.h"
-#include "testkit/store/private_store.h"
 
 namespace {
 
@@ -155,7 +155,7 @@ void runProgram(const std::string& file, std::vector<std::string> arguments) {
 void tour(const std::string& program, const std::string& plugin, bool readOnly) {
   const testkit::PluginLibrary library(plugin);
   Host host;
-  testkit::Siblings family(host, testkit::addToRuntime());
+  testkit::Family family(host, testkit::addToRuntime());
   family.provideExceptions();
   host.load(library.main());
   const ObjectRef defaults =

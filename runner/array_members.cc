@@ -4,11 +4,11 @@
 #include <utility>
 #include <vector>
 
+#include "host/arrays.h"
+#include "host/variants.h"
 #include "runner/natives.h"
 #include "runner/operations.h"
 #include "runner/values.h"
-#include "testkit/host/arrays.h"
-#include "testkit/host/variants.h"
 
 namespace runner {
 

@@ -7,9 +7,9 @@
 #include <variant>
 #include <vector>
 
+#include "host/declaration.h"
+#include "host/value.h"
 #include "runner/source.h"
-#include "testkit/host/declaration.h"
-#include "testkit/host/value.h"
 
 namespace runner {
 

@@ -3,9 +3,9 @@
 #include <optional>
 #include <utility>
 
+#include "host/arrays.h"
 #include "runner/checker.h"
 #include "runner/natives.h"
-#include "testkit/host/arrays.h"
 
 namespace runner {
 namespace {

@@ -3,11 +3,11 @@
 #include <filesystem>
 #include <string>
 
+#include "host/arrays.h"
+#include "host/dictionaries.h"
+#include "host/variants.h"
 #include "runner/natives.h"
 #include "runner/values.h"
-#include "testkit/host/arrays.h"
-#include "testkit/host/dictionaries.h"
-#include "testkit/host/variants.h"
 
 namespace runner {
 namespace {

@@ -8,9 +8,9 @@
 #include <optional>
 #include <string>
 
+#include "host/memory_blocks.h"
 #include "runner/natives.h"
 #include "runner/values.h"
-#include "testkit/host/memory_blocks.h"
 
 namespace runner {
 namespace {

@@ -6,9 +6,9 @@
 #include <limits>
 #include <utility>
 
+#include "host/declaration.h"
 #include "runner/diagnostic.h"
 #include "runner/text.h"
-#include "testkit/host/declaration.h"
 
 namespace runner {
 namespace {

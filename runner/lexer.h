@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/value.h"
 #include "runner/source.h"
-#include "testkit/host/value.h"
 
 namespace runner {
 

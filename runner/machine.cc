@@ -1,6 +1,6 @@
 #include "runner/machine.h"
 
-#include "testkit/host/exceptions.h"
+#include "host/exceptions.h"
 
 namespace runner {
 

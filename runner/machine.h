@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "testkit/host/host.h"
-#include "testkit/host/state.h"
+#include "host/host.h"
+#include "host/state.h"
 
 namespace runner {
 

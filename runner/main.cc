@@ -11,12 +11,12 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "host/loading/plugin_library.h"
+#include "host/store/private_store.h"
 #include "runner/interactive.h"
 #include "runner/options.h"
 #include "runner/session.h"
 #include "runner/surroundings.h"
-#include "testkit/library/plugin_library.h"
-#include "testkit/store/private_store.h"
 
 namespace {
 

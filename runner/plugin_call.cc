@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "testkit/host/variants.h"
+#include "host/variants.h"
 
 namespace runner {
 

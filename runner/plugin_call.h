@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/invoke.h"
 #include "runner/machine.h"
-#include "testkit/host/invoke.h"
 
 namespace runner {
 

@@ -1,6 +1,6 @@
 #include "runner/surroundings.h"
 
-#include "testkit/siblings/runtime.h"
+#include "host/family/runtime.h"
 
 namespace runner {
 namespace {

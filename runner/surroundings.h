@@ -2,9 +2,9 @@
 // family.
 #pragma once
 
+#include "host/family/family.h"
+#include "host/host.h"
 #include "native/objc.h"
-#include "testkit/host/host.h"
-#include "testkit/siblings/siblings.h"
 
 namespace runner {
 
@@ -23,7 +23,7 @@ class Surroundings {
 
  private:
   testkit::Host& host_;
-  testkit::Siblings family_;
+  testkit::Family family_;
   zel::CFMutableDictionaryRef instances_;
   zel::id pool_ = nullptr;
 };

@@ -5,10 +5,10 @@
 #include <limits>
 #include <string>
 
+#include "host/arrays.h"
 #include "runner/natives.h"
 #include "runner/text.h"
 #include "runner/values.h"
-#include "testkit/host/arrays.h"
 
 namespace runner {
 namespace {

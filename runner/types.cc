@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "testkit/host/declaration.h"
+#include "host/declaration.h"
 
 namespace runner {
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "testkit/host/host.h"
+#include "host/host.h"
 
 namespace runner {
 

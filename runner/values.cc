@@ -7,9 +7,9 @@
 #include <limits>
 #include <variant>
 
+#include "host/arrays.h"
+#include "host/element_types.h"
 #include "runner/text.h"
-#include "testkit/host/arrays.h"
-#include "testkit/host/element_types.h"
 
 namespace runner {
 namespace {

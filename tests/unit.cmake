@@ -29,7 +29,7 @@ zel_add_tests(unit_tests
     defaults/fault_rows.cc
     defaults/object_fault_calls.cc
     defaults/faults_test.cc
-  LIBRARIES plugin_objects frame_objects reference_host siblings foundation_double)
+  LIBRARIES plugin_objects frame_objects reference_host host_family foundation_double)
 
 # The companion plugin's, which has an entry point of its own.
 zel_add_tests(companion_tests
@@ -41,4 +41,4 @@ zel_add_tests(companion_tests
     companion/exceptions_test.cc
     companion/family_test.cc
     companion/faults_test.cc
-  LIBRARIES companion_objects frame_objects reference_host siblings foundation_double)
+  LIBRARIES companion_objects frame_objects reference_host host_family foundation_double)

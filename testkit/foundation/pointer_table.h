@@ -14,7 +14,7 @@ struct PointerTableBody : Body {
 
 /// A new, empty table with one reference for the caller.
 zel::CFMutableDictionaryRef createPointerTable();
-/// The table that a test's sibling parts share; always the same one, immortal.
+/// The table that a test's family of plugins shares; always the same one, immortal.
 zel::CFMutableDictionaryRef sharedPointerTable();
 
 inline std::map<const void*, const void*>& tableEntries(zel::CFDictionaryRef table) {

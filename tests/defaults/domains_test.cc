@@ -20,7 +20,7 @@ class DomainsTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    provideSiblings();
+    provideFamily();
     defaults = host->construct(kClass);
     host->clearRecords();
     foundation.clearRecords();
@@ -237,7 +237,7 @@ TEST_F(DomainsTest, TextsAreConvertedInOrder) {
   static Host* theHost = nullptr;
   defaults.reset();
   startHost({.version = 2011.04});  // asks for a conversion once
-  provideSiblings();
+  provideFamily();
   theHost = host.get();
   intercept("REALGetStringCFString", [](REALstring text, unsigned char flag) {
     convertedTexts.push_back(theHost->bytes(text));

@@ -16,8 +16,8 @@ class EmptyHostTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    provideSiblings();
-    siblings->giveNoExceptions();
+    provideFamily();
+    family->giveNoExceptions();
     gResolver = [](const char* /*name*/) -> void* { return nullptr; };
     NSUserDefaultsClass.base.systemUse = 24;
   }

@@ -13,7 +13,7 @@ namespace tests {
 /// What arguments and replies are made with.
 struct Kit {
   Host& host;
-  testkit::Siblings& siblings;
+  testkit::Family& family;
   testkit::Foundation& foundation;
 };
 

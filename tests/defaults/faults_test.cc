@@ -32,12 +32,12 @@ class FaultsTest : public PluginTest, public testing::WithParamInterface<FaultCa
   // A fresh plugin, everything present.
   void prepare(double version) {
     startHost({.version = version});
-    provideSiblings();
-    siblings->provideStructures();
-    siblings->provideCoreFoundation();
-    siblings->provideTimes();
-    siblings->provideWrapper();
-    siblings->provideObjectClass("NSColorZEL");
+    provideFamily();
+    family->provideStructures();
+    family->provideCoreFoundation();
+    family->provideTimes();
+    family->provideWrapper();
+    family->provideObjectClass("NSColorZEL");
     host->addClass("Unknown", "");
     foundation.addClass("NSColor", "NSObject");
     foundation.makeFile("/folder/file.txt");
@@ -52,15 +52,15 @@ class FaultsTest : public PluginTest, public testing::WithParamInterface<FaultCa
   }
   void finish() {
     object.reset();
-    siblings->forgetKept();
+    family->forgetKept();
     expectBalanced();
-    siblings = nullptr;
+    family = nullptr;
     foundation.reset();
   }
   // The same, but that many blocks were lost.
   void finishWithLostBlocks(std::size_t lost) {
     object.reset();
-    siblings->forgetKept();
+    family->forgetKept();
     const std::string lines = host->unbalanced();
     EXPECT_EQ(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')), lost);
     EXPECT_EQ(lines.starts_with("object of MemoryBlock"), lost > 0) << lines;
@@ -70,7 +70,7 @@ class FaultsTest : public PluginTest, public testing::WithParamInterface<FaultCa
   }
 
   const FaultCall& call() { return GetParam(); }
-  Kit kit() { return {*host, *siblings, foundation}; }
+  Kit kit() { return {*host, *family, foundation}; }
 
   // Makes the arguments, arms the fault and calls. A native exception that arrives fails the test.
   Ending make(const std::function<void()>& arm = nullptr) {

@@ -47,9 +47,9 @@ class LifecycleTest : public PluginTest {
 // --- hooks
 
 TEST_F(LifecycleTest, ANewObjectJoinsTheFamilyAndWrapsNothing) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->make(kClass);
-  EXPECT_EQ(siblings->preparations(), 1);
+  EXPECT_EQ(family->preparations(), 1);
   EXPECT_EQ(instances, foundation.pointerTable());
   EXPECT_EQ(wrappedBy(object), nullptr);
 }
@@ -63,14 +63,14 @@ TEST_F(LifecycleTest, TheHookLeavesTheDataWordAlone) {
 }
 
 TEST_F(LifecycleTest, AnObjectThatWrapsNothingDiesQuietly) {
-  provideSiblings();
+  provideFamily();
   host->make(kClass).reset();
   EXPECT_EQ(messagesSent("-[NSUserDefaults release]"), 0);
   EXPECT_EQ(foundation.calls(), Lines{});
 }
 
 TEST_F(LifecycleTest, TheDestructorGivesTheReferenceBackAndForgets) {
-  provideSiblings();
+  provideFamily();
   ObjectRef object = host->construct(kClass);
   EXPECT_EQ(rememberedObjects(), 1U);
   object.reset();
@@ -85,7 +85,7 @@ TEST_F(LifecycleTest, TheDestructorClearsTheDataWord) {
 }
 
 TEST_F(LifecycleTest, TheDestructorForgetsTheEntryWhoeverItNames) {
-  provideSiblings();
+  provideFamily();
   ObjectRef object = host->construct(kClass);
   int somebodyElse = 0;
   CFDictionarySetValue(instances, wrappedBy(object), &somebodyElse);
@@ -95,9 +95,9 @@ TEST_F(LifecycleTest, TheDestructorForgetsTheEntryWhoeverItNames) {
 
 TEST_F(LifecycleTest, TheDestructorJoinsTheFamilyFirst) {
   ObjectRef object = host->construct(kClass);
-  provideSiblings();
+  provideFamily();
   object.reset();
-  EXPECT_EQ(siblings->preparations(), 1);
+  EXPECT_EQ(family->preparations(), 1);
   EXPECT_EQ(foundation.calls(), Lines{"CFDictionaryRemoveValue"});
 }
 
@@ -109,7 +109,7 @@ TEST_F(LifecycleTest, TheDestructorGoesToTheFixedPosition) {
 }
 
 TEST_F(LifecycleTest, AnExceptionInTheDestructorReachesTheHost) {
-  provideSiblings();
+  provideFamily();
   ObjectRef object = host->construct(kClass);
   foundation.throwAtCall("CFDictionaryRemoveValue");
   NSUserDefaultsDestructor(object.handle());
@@ -141,7 +141,7 @@ TEST_F(LifecycleTest, ConstructorWrapsAPrivateObject) {
 }
 
 TEST_F(LifecycleTest, ConstructorRemembersTheObject) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->construct(kClass);
   EXPECT_EQ(remembered(wrappedBy(object)), object.handle());
   EXPECT_EQ(rememberedObjects(), 1U);
@@ -149,7 +149,7 @@ TEST_F(LifecycleTest, ConstructorRemembersTheObject) {
 }
 
 TEST_F(LifecycleTest, ConstructorReplacesAnEarlierEntry) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->make(kClass);
   // A native object that the family knows under another host object already.
   foundation.addMethod("NSUserDefaults", "init", [](id self, SEL) {
@@ -172,16 +172,16 @@ TEST_F(LifecycleTest, ASecondConstructionIsRefused) {
 
 TEST_F(LifecycleTest, ASecondConstructionIsRefusedBeforeAnythingElse) {
   const ObjectRef object = host->construct(kClass);
-  provideSiblings();
+  provideFamily();
   foundation.clearRecords();
   EXPECT_EQ(construct(object), kSecondConstruction);
   EXPECT_EQ(construct(object, {std::string("user")}), kSecondConstruction);
   EXPECT_EQ(foundation.messages(), Lines{});
-  EXPECT_EQ(siblings->preparations(), 0);
+  EXPECT_EQ(family->preparations(), 0);
 }
 
 TEST_F(LifecycleTest, AnInitThatGivesNilLeavesTheObjectUnconstructed) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->make(kClass);
   foundation.initGivesNil(true);
   EXPECT_EQ(construct(object), std::nullopt);
@@ -193,7 +193,7 @@ TEST_F(LifecycleTest, AnInitThatGivesNilLeavesTheObjectUnconstructed) {
 }
 
 TEST_F(LifecycleTest, AnExceptionInConstructorReachesTheHost) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->make(kClass);
   foundation.addClassMethod("NSUserDefaults", "alloc", [](id, SEL) -> id {
     objc_exception_throw(testkit::Foundation::shared().exception("Bad", "No memory."));
@@ -205,7 +205,7 @@ TEST_F(LifecycleTest, AnExceptionInConstructorReachesTheHost) {
 // --- Constructor(username)
 
 TEST_F(LifecycleTest, ConstructorUserOpensTheUsersDefaults) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->make(kClass);
   EXPECT_EQ(construct(object, {std::string("alice")}), std::nullopt);
   EXPECT_EQ(foundation.lastUserName(), std::optional<std::string>("alice"));
@@ -222,13 +222,13 @@ TEST_F(LifecycleTest, ConstructorUserPassesNilForNoName) {
 
 TEST_F(LifecycleTest, ConstructorUserJoinsTheFamily) {
   const ObjectRef object = host->make(kClass);
-  provideSiblings();
+  provideFamily();
   EXPECT_EQ(construct(object, {std::string("alice")}), std::nullopt);
-  EXPECT_EQ(siblings->preparations(), 1);
+  EXPECT_EQ(family->preparations(), 1);
 }
 
 TEST_F(LifecycleTest, AUserWhoseDefaultsCannotBeOpenedLeavesTheObjectUnconstructed) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->make(kClass);
   foundation.initWithUserGivesNil(true);
   EXPECT_EQ(construct(object, {std::string("nobody")}), std::nullopt);
@@ -240,7 +240,7 @@ TEST_F(LifecycleTest, AUserWhoseDefaultsCannotBeOpenedLeavesTheObjectUnconstruct
 }
 
 TEST_F(LifecycleTest, AnExceptionInConstructorUserReachesTheHost) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef object = host->make(kClass);
   host->answerNull("REALGetStringCFString");
   foundation.throwAtCall("CFStringCreateWithCString");
@@ -252,7 +252,7 @@ TEST_F(LifecycleTest, AnExceptionInConstructorUserReachesTheHost) {
 // --- standardUserDefaults
 
 TEST_F(LifecycleTest, StandardUserDefaultsWrapsTheSharedObject) {
-  provideSiblings();
+  provideFamily();
   const long before = foundation.references(foundation.standardDefaults());
   ObjectRef object = standard();
   EXPECT_EQ(wrappedBy(object), foundation.standardDefaults());
@@ -265,7 +265,7 @@ TEST_F(LifecycleTest, StandardUserDefaultsWrapsTheSharedObject) {
 }
 
 TEST_F(LifecycleTest, StandardUserDefaultsGivesTheSameObjectWhileItLives) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef first = standard();
   const ObjectRef second = standard();
   EXPECT_EQ(first, second);
@@ -275,7 +275,7 @@ TEST_F(LifecycleTest, StandardUserDefaultsGivesTheSameObjectWhileItLives) {
 }
 
 TEST_F(LifecycleTest, StandardUserDefaultsGivesANewObjectOnceTheOldOneIsDead) {
-  provideSiblings();
+  provideFamily();
   ObjectRef object = standard();
   NSUserDefaults* const native = wrappedBy(object);
   foundation.drainPool();
@@ -316,14 +316,14 @@ TEST_F(LifecycleTest, ConstructorOnTheStandardObjectIsRefused) {
 }
 
 TEST_F(LifecycleTest, StandardUserDefaultsGivesNothingForNil) {
-  provideSiblings();
+  provideFamily();
   foundation.standardDefaultsGivesNil(true);
   EXPECT_EQ(standard(), ObjectRef());
   EXPECT_EQ(host->calls("PluginNewInstance"), 0);
 }
 
 TEST_F(LifecycleTest, StandardUserDefaultsGivesNothingInAHostThatMakesNoObjects) {
-  provideSiblings();
+  provideFamily();
   host->hide("PluginNewInstance");
   EXPECT_EQ(standard(), ObjectRef());
   host->unhide("PluginNewInstance");
@@ -334,7 +334,7 @@ TEST_F(LifecycleTest, StandardUserDefaultsGivesNothingInAHostThatMakesNoObjects)
 }
 
 TEST_F(LifecycleTest, AKnownObjectIsGivenWithoutAReferenceInAHostThatCannotLock) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef first = standard();
   host->hide("REALLockObject");
   const REALobject second = standardUserDefaults();
@@ -349,7 +349,7 @@ TEST_F(LifecycleTest, StandardUserDefaultsUsesTheFixedPosition) {
 }
 
 TEST_F(LifecycleTest, StandardUserDefaultsLosesNothingWhenItsBookkeepingRaises) {
-  provideSiblings();
+  provideFamily();
   foundation.throwAtCall("CFDictionarySetValue");
   const Outcome outcome = host->callShared(kClass, "standardUserDefaults");
   EXPECT_EQ(outcome.raised, (Raised{"NSExceptionZEL", "told to fail", 0}));
@@ -357,7 +357,7 @@ TEST_F(LifecycleTest, StandardUserDefaultsLosesNothingWhenItsBookkeepingRaises) 
 }
 
 TEST_F(LifecycleTest, AnExceptionInStandardUserDefaultsReachesTheHost) {
-  provideSiblings();
+  provideFamily();
   foundation.addClassMethod("NSUserDefaults", "standardUserDefaults", [](id, SEL) -> id {
     objc_exception_throw(testkit::Foundation::shared().exception("Bad", "Locked."));
   });
@@ -369,7 +369,7 @@ TEST_F(LifecycleTest, AnExceptionInStandardUserDefaultsReachesTheHost) {
 // --- resetStandardUserDefaults
 
 TEST_F(LifecycleTest, ResetLetsTheNextStandardObjectBeANewOne) {
-  provideSiblings();
+  provideFamily();
   const ObjectRef before = standard();
   NSUserDefaults* const native = wrappedBy(before);
   EXPECT_EQ(host->callShared(kClass, "resetStandardUserDefaults").raised, std::nullopt);
@@ -382,14 +382,14 @@ TEST_F(LifecycleTest, ResetLetsTheNextStandardObjectBeANewOne) {
 }
 
 TEST_F(LifecycleTest, ResetJoinsTheFamily) {
-  provideSiblings();
+  provideFamily();
   EXPECT_EQ(host->callShared(kClass, "resetStandardUserDefaults").raised, std::nullopt);
-  EXPECT_EQ(siblings->preparations(), 1);
+  EXPECT_EQ(family->preparations(), 1);
   EXPECT_EQ(messagesSent("+[NSUserDefaults resetStandardUserDefaults]"), 1);
 }
 
 TEST_F(LifecycleTest, AnExceptionInResetReachesTheHost) {
-  provideSiblings();
+  provideFamily();
   foundation.addClassMethod("NSUserDefaults", "resetStandardUserDefaults", [](id, SEL) {
     objc_exception_throw(testkit::Foundation::shared().exception("Bad", "Busy."));
   });
@@ -419,9 +419,9 @@ TEST_P(DomainNameTest, IsEmptyWhenTheConstantIsMissing) {
 }
 
 TEST_P(DomainNameTest, NeitherJoinsTheFamilyNorGuards) {
-  provideSiblings();
+  provideFamily();
   EXPECT_EQ(host->callShared(kClass, GetParam().method).raised, std::nullopt);
-  EXPECT_EQ(siblings->preparations(), 0);
+  EXPECT_EQ(family->preparations(), 0);
   EXPECT_EQ(foundation.messages(), Lines{});
   foundation.throwAtCall("CFStringGetCString");
   EXPECT_NE(catching([&] { host->callShared(kClass, GetParam().method); }), nullptr);

@@ -15,7 +15,7 @@ class ListsTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    provideSiblings();
+    provideFamily();
     useNewObject();
   }
   void TearDown() override {
@@ -30,7 +30,7 @@ class ListsTest : public PluginTest {
   void useHost(double version) {
     defaults.reset();
     startHost({.version = version});
-    provideSiblings();
+    provideFamily();
     useNewObject();
   }
   id text(const char* utf8) { return testkit::Foundation::asObject(foundation.string(utf8)); }

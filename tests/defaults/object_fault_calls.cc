@@ -183,13 +183,10 @@ Calls variantSetterCalls() {
       variantSetter("setDictionary", hostDictionary, kStoredDictionary),
       variantSetter(
           "setWrapped",
-          [](Kit& kit) { return kit.siblings.objectOf("NSColorZEL", text(kit, "red")); },
-          "\"red\""),
+          [](Kit& kit) { return kit.family.objectOf("NSColorZEL", text(kit, "red")); }, "\"red\""),
       variantSetter(
           "setCoreFoundation",
-          [](Kit& kit) {
-            return kit.siblings.coreFoundationObject("CFStringZEL", text(kit, "cf"));
-          },
+          [](Kit& kit) { return kit.family.coreFoundationObject("CFStringZEL", text(kit, "cf")); },
           "\"cf\""),
       describedSetter(
           "setFile", [](Kit& kit) { return kit.host.folderItem("/folder/file.txt"); },
@@ -198,7 +195,7 @@ Calls variantSetterCalls() {
           "setStructure", [](Kit& kit) { return kit.host.make("NSRectZEL"); },
           "\"rect(0, 0, 0, 0)\""),
       describedSetter(
-          "setTime", [](Kit& kit) { return kit.host.make("CMTimeZEL"); }, "\"SiblingCMTime\""),
+          "setTime", [](Kit& kit) { return kit.host.make("CMTimeZEL"); }, "\"FamilyCMTime\""),
       describedSetter(
           "setUnknown", [](Kit& kit) { return kit.host.make("Unknown"); },
           "\"ZELREALobjectWrapper\"")};

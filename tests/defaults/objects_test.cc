@@ -29,7 +29,7 @@ class ObjectsTest : public PluginTest {
     defaults.reset();
     startHost(options);
     foundation.makeFile("/folder/file.txt");
-    provideSiblings();
+    provideFamily();
     defaults = host->construct(kClass);
     host->clearRecords();
     foundation.clearRecords();

@@ -19,7 +19,7 @@ class ScalarsTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    provideSiblings();
+    provideFamily();
     useNewObject();
   }
   void TearDown() override {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <gmock/gmock.h>
 
-#include "testkit/library/plugin_library.h"
+#include "host/loading/plugin_library.h"
 #include "tests/docs/pages.h"
 
 namespace tests {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "testkit/host/host.h"
+#include "host/host.h"
 
 namespace tests {
 

@@ -7,10 +7,10 @@
 #include <cstdlib>
 #include <unistd.h>
 
-#include "testkit/library/plugin_library.h"
-#include "testkit/siblings/runtime.h"
-#include "testkit/siblings/siblings.h"
-#include "testkit/store/private_store.h"
+#include "host/family/family.h"
+#include "host/family/runtime.h"
+#include "host/loading/plugin_library.h"
+#include "host/store/private_store.h"
 #include "tests/end_to_end/call_generator.h"
 
 namespace {
@@ -93,11 +93,11 @@ int writeTranscript(int argc, char** argv) {
   Host host({.version = std::strtod(argv[4], nullptr), .border = library.border()});
   host.onFailure([](const std::string& failure) { write("FAILURE " + failure); });
   host.load(library.main());
-  testkit::Siblings siblings(host, testkit::addToRuntime());
-  siblings.provideInstances(
+  testkit::Family family(host, testkit::addToRuntime());
+  family.provideInstances(
       zel::CFDictionaryCreateMutable(zel::kDefaultAllocator, 0, nullptr, nullptr));
-  siblings.providePreparation();
-  siblings.provideExceptions();
+  family.providePreparation();
+  family.provideExceptions();
   run(host, static_cast<unsigned>(std::atoi(argv[2])), std::atoi(argv[3]));
   write("left over: " + host.unbalanced());
   return 0;

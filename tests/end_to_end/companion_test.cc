@@ -138,7 +138,7 @@ TEST_P(CompanionProductTest, OthersThatComeLaterDoNotReplaceTheMethods) {
   addStandIns();
   EXPECT_EQ(familyMap(), map);
   send<void, "PrepareNSExceptionZEL">(exceptions());
-  EXPECT_EQ(siblings->preparations(), 0);
+  EXPECT_EQ(family->preparations(), 0);
   const ObjectRef object = hostObjectOf(newException("Name", "Reason", nullptr));
   EXPECT_EQ(ask(object, "name"), Value("Name"s));
 }

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "testkit/siblings/runtime.h"
+#include "host/family/runtime.h"
 
 namespace tests {
 namespace {
@@ -118,7 +118,7 @@ const FamilyKind& familyOfEnvironment() {
 FamilyTest::FamilyTest() : kind_(familyOfEnvironment()) {}
 
 void FamilyTest::loadPlugins() {
-  siblings = std::make_unique<testkit::Siblings>(*host, testkit::addToRuntime());
+  family = std::make_unique<testkit::Family>(*host, testkit::addToRuntime());
   for (const Part part : kind_.parts) {
     if (part == Part::plugin) loadPlugin();
     if (part == Part::companion) loadCompanion();
@@ -134,16 +134,16 @@ void FamilyTest::loadCompanion() {
 }
 
 void FamilyTest::addStandIns() {
-  siblings->provideInstances(sharedInstances());
-  siblings->providePreparation();
-  siblings->provideExceptions();
+  family->provideInstances(sharedInstances());
+  family->providePreparation();
+  family->provideExceptions();
 }
 
 bool FamilyTest::standInsRule() const { return kind_.has(Part::standIns); }
 
 void FamilyTest::TearDown() {
   EndToEndTest::TearDown();
-  siblings = nullptr;
+  family = nullptr;
   companion = nullptr;
 }
 

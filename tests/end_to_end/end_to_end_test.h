@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "host/family/family.h"
+#include "host/host.h"
+#include "host/loading/plugin_library.h"
 #include "native/corefoundation.h"
-#include "testkit/host/host.h"
-#include "testkit/library/plugin_library.h"
-#include "testkit/siblings/siblings.h"
 
 namespace tests {
 
@@ -79,7 +79,7 @@ class FamilyTest : public EndToEndTest {
   [[nodiscard]] bool standInsRule() const;
 
   std::unique_ptr<testkit::PluginLibrary> companion;
-  std::unique_ptr<testkit::Siblings> siblings;
+  std::unique_ptr<testkit::Family> family;
 
  private:
   const struct FamilyKind& kind_;

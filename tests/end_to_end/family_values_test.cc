@@ -23,7 +23,7 @@ class FamilyValuesTest : public DefaultsTest {
     ask(defaults, "removeVolatileDomainForName", {std::string(kDomain)});
     drainPool();
     defaults.reset();
-    siblings->forgetKept();
+    family->forgetKept();
     DefaultsTest::TearDown();
   }
   void put(const Value& value) {
@@ -67,7 +67,7 @@ INSTANTIATE_TEST_SUITE_P(Hosts, FamilyValuesTest, testing::Values(2011.04, 2013.
 // --- structures
 
 TEST_P(FamilyValuesTest, StructuresComeBackWithTheirNumbers) {
-  siblings->provideStructures();
+  family->provideStructures();
   const auto rect = passed("NSRectZEL", zel::HostRect{{1.5F, -2}, {3, 4.25F}});
   EXPECT_EQ(rect.origin.x, 1.5F);
   EXPECT_EQ(rect.origin.y, -2.0F);
@@ -85,7 +85,7 @@ TEST_P(FamilyValuesTest, StructuresComeBackWithTheirNumbers) {
 }
 
 TEST_P(FamilyValuesTest, FoundationReadsStructures) {
-  siblings->provideStructures();
+  family->provideStructures();
   put(structure("NSRectZEL", zel::HostRect{{1.5F, -2}, {3, 4.25F}}));
   const auto rect = send<zel::NSRect, "rectValue">(native());
   EXPECT_EQ(rect.origin.y, -2);
@@ -97,14 +97,14 @@ TEST_P(FamilyValuesTest, FoundationReadsStructures) {
 }
 
 TEST_P(FamilyValuesTest, AStructureWithoutItsClassIsNothing) {
-  siblings->provideStructures();
+  family->provideStructures();
   put(structure("NSPointZEL", zel::HostPoint{1, 2}));
   host->removeClass("NSPointZEL");
   EXPECT_EQ(host->describe(taken()), "nil");
 }
 
 TEST_P(FamilyValuesTest, AStructureByKeyIsFoundationsToReject) {
-  siblings->provideStructures();
+  family->provideStructures();
   testing::internal::CaptureStderr();
   const Outcome outcome = host->call(defaults, "setVariantValue",
                                      {"size"s, structure("NSSizeZEL", zel::HostSize{1, 2})});
@@ -139,8 +139,8 @@ TEST_P(FamilyValuesTest, EveryWrapperGivesWhatItKeeps) {
                                  "PDFActionZEL",
                                  "WebPolicyDelegateZEL"}) {
     SCOPED_TRACE(name);
-    siblings->provideObjectClass(name);
-    ask(defaults, "setVariantValue", {"wrapped"s, siblings->objectOf(name, text(name))});
+    family->provideObjectClass(name);
+    ask(defaults, "setVariantValue", {"wrapped"s, family->objectOf(name, text(name))});
     EXPECT_EQ(ask(defaults, "stringForKey", {"wrapped"s}), Value(std::string(name)));
   }
   ask(defaults, "removeObjectForKey", {"wrapped"s});
@@ -162,17 +162,17 @@ TEST_P(FamilyValuesTest, ANativeObjectComesBackInTheClassOfItsFamily) {
                    send<id, "alloc">(classNamed<"NSAttributedString">()), text("attributed")))}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.className);
-    siblings->provideObjectClass(row.className);
-    const Value back = through(siblings->objectOf(row.className, row.native));
+    family->provideObjectClass(row.className);
+    const Value back = through(family->objectOf(row.className, row.native));
     EXPECT_EQ(host->describe(back), row.className);
-    EXPECT_EQ(testkit::Siblings::nativeIn(std::get<ObjectRef>(back)), row.native);
+    EXPECT_EQ(testkit::Family::nativeIn(std::get<ObjectRef>(back)), row.native);
     EXPECT_EQ(native(), row.native);
   }
 }
 
 TEST_P(FamilyValuesTest, ANativeObjectWithoutAClassIsNothing) {
-  siblings->provideObjectClass("NSIndexSetZEL");
-  put(siblings->objectOf("NSIndexSetZEL", send<id, "indexSet">(classNamed<"NSIndexSet">())));
+  family->provideObjectClass("NSIndexSetZEL");
+  put(family->objectOf("NSIndexSetZEL", send<id, "indexSet">(classNamed<"NSIndexSet">())));
   host->removeClass("NSIndexSetZEL");
   EXPECT_EQ(host->describe(taken()), "nil");
 }
@@ -209,10 +209,10 @@ std::vector<CoreFoundationRow> coreFoundationRows() {
 }
 
 TEST_P(FamilyValuesTest, CoreFoundationObjectsAreFoundationObjects) {
-  siblings->provideCoreFoundation();
+  family->provideCoreFoundation();
   for (const CoreFoundationRow& row : coreFoundationRows()) {
     SCOPED_TRACE(row.className);
-    const ObjectRef object = siblings->coreFoundationObject(row.className, row.native);
+    const ObjectRef object = family->coreFoundationObject(row.className, row.native);
     EXPECT_EQ(host->describe(through(object)), row.read);
     EXPECT_EQ(host->describe(through(host->array(Host::kObjectElements, {object}))),
               "["s + row.read + "]");
@@ -220,23 +220,23 @@ TEST_P(FamilyValuesTest, CoreFoundationObjectsAreFoundationObjects) {
 }
 
 TEST_P(FamilyValuesTest, ACoreFoundationObjectWithoutItsMarkerIsNothing) {
-  siblings->provideCoreFoundation();
-  siblings->provideWrapper();  // which isn't tried
+  family->provideCoreFoundation();
+  family->provideWrapper();  // which isn't tried
   for (const CoreFoundationRow& row : coreFoundationRows()) {
     SCOPED_TRACE(row.className);
-    const ObjectRef object = siblings->coreFoundationObject(row.className, row.native, 0x46434252);
+    const ObjectRef object = family->coreFoundationObject(row.className, row.native, 0x46434252);
     EXPECT_EQ(host->describe(through(object)), "nil");
     ask(defaults, "setStringValue", {"marker"s, "before"s});
     ask(defaults, "setVariantValue", {"marker"s, object});
     EXPECT_EQ(host->describe(ask(defaults, "variantForKey", {"marker"s})), "nil");
   }
-  EXPECT_EQ(siblings->keptCount(), 0U);
+  EXPECT_EQ(family->keptCount(), 0U);
 }
 
 // --- any other object of the host
 
 TEST_P(FamilyValuesTest, AnyOtherObjectIsWrappedAndComesBackItself) {
-  siblings->provideWrapper();
+  family->provideWrapper();
   host->addClass("Window", "");
   const ObjectRef window = host->make("Window");
   EXPECT_EQ(through(window), Value(window));
@@ -246,17 +246,17 @@ TEST_P(FamilyValuesTest, AnyOtherObjectIsWrappedAndComesBackItself) {
 }
 
 TEST_P(FamilyValuesTest, AWrapperOfAnObjectThatIsGoneIsNothing) {
-  siblings->provideWrapper();
+  family->provideWrapper();
   host->addClass("Window", "");
   put(host->make("Window"));
-  siblings->forgetKept();
+  family->forgetKept();
   EXPECT_EQ(host->describe(taken()), "nil");
 }
 
 // --- times
 
 TEST_P(FamilyValuesTest, TimesComeBackThroughTheirFamily) {
-  siblings->provideTimes();
+  family->provideTimes();
   const struct {
     const char* className;
     const char* type;
@@ -270,7 +270,7 @@ TEST_P(FamilyValuesTest, TimesComeBackThroughTheirFamily) {
     const ObjectRef time = host->make(row.className);
     EXPECT_EQ(through(time), Value(time));
     EXPECT_STREQ((send<const char*, "objCType">(native())), row.type);
-    siblings->forgetKept();
+    family->forgetKept();
     const Value made = taken();
     EXPECT_NE(made, Value(time));
     EXPECT_EQ(host->describe(made), row.className);

@@ -1,7 +1,7 @@
 // Values of the host part by part.
 #pragma once
 
-#include "testkit/host/host.h"
+#include "host/host.h"
 #include "tests/end_to_end/property_lists.h"
 
 namespace tests {

@@ -114,7 +114,7 @@ TEST_P(LifecycleTest, TheDomainNames) {
 TEST_P(LifecycleTest, TheFamilyIsPreparedOnce) {
   const ObjectRef first = standard();
   const ObjectRef second = host->construct(kClass);
-  EXPECT_EQ(siblings->preparations(), standInsRule() ? 1 : 0);
+  EXPECT_EQ(family->preparations(), standInsRule() ? 1 : 0);
 }
 
 TEST_P(LifecycleTest, TheExceptionMethodGivesNothing) {

@@ -1,8 +1,8 @@
 // Native exceptions that pass through the host: out of one function of the plugin, which the host
 // has called for another one. Apart, because the hook that raises stays in a process for good.
+#include "host/family/erased.h"
+#include "host/family/runtime.h"
 #include "native/exceptions.h"
-#include "testkit/siblings/erased.h"
-#include "testkit/siblings/runtime.h"
 #include "tests/end_to_end/end_to_end_test.h"
 
 namespace tests {
@@ -33,8 +33,8 @@ class PassingTest : public EndToEndTest, public testing::WithParamInterface<doub
     const testkit::AddMethod add = testkit::addToRuntime();
     add({"NSException", "NSObject", true, "GetInstancesDictionaryZEL",
          testkit::erased(getInstances), "^v@:"});
-    siblings_ = std::make_unique<testkit::Siblings>(*host, add);
-    siblings_->provideExceptions();
+    family_ = std::make_unique<testkit::Family>(*host, add);
+    family_->provideExceptions();
   }
   // What the host was about to make when the exception passed isn't accounted for.
   void TearDown() override {
@@ -43,7 +43,7 @@ class PassingTest : public EndToEndTest, public testing::WithParamInterface<doub
   }
 
  private:
-  std::unique_ptr<testkit::Siblings> siblings_;
+  std::unique_ptr<testkit::Family> family_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, PassingTest, testing::ValuesIn(kHostVersions));

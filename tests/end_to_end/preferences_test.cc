@@ -6,7 +6,7 @@
 #include <fstream>
 #include <tuple>
 
-#include "testkit/store/private_store.h"
+#include "host/store/private_store.h"
 #include "tests/end_to_end/default_zone.h"
 #include "tests/end_to_end/end_to_end_test.h"
 #include "tests/end_to_end/host_lines.h"

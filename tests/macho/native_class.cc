@@ -1,10 +1,10 @@
 #include "tests/macho/native_class.h"
 
+#include "host/family/erased.h"
+#include "host/family/runtime.h"
 #include "native/corefoundation.h"
 #include "native/exceptions.h"
 #include "native/geometry.h"
-#include "testkit/siblings/erased.h"
-#include "testkit/siblings/runtime.h"
 
 // Narrow results, in registers whose other bits are set.
 asm(R"(

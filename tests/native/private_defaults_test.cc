@@ -4,8 +4,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "host/store/private_store.h"
 #include "native/corefoundation.h"
-#include "testkit/store/private_store.h"
 #include "tests/native/support.h"
 
 namespace native_test {

@@ -1,4 +1,4 @@
-#include "testkit/store/private_store.h"
+#include "host/store/private_store.h"
 
 #include <fstream>
 #include <iterator>

@@ -18,9 +18,9 @@
 #include <map>
 #include <string>
 
+#include "host/store/private_store.h"
 #include "native/corefoundation.h"
 #include "native/numbers.h"
-#include "testkit/store/private_store.h"
 
 namespace {
 

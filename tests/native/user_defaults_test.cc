@@ -1,7 +1,7 @@
 // The messages that libzelnative gives to NSUserDefaults.
+#include "host/store/private_store.h"
 #include "native/corefoundation.h"
 #include "native/exceptions.h"
-#include "testkit/store/private_store.h"
 #include "tests/native/support.h"
 
 namespace native_test {

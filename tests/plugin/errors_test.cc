@@ -177,7 +177,7 @@ class GuardTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    provideSiblings();
+    provideFamily();
   }
   static void throwNative(const char* name, const char* reason,
                           const char* className = "NSException") {
@@ -270,7 +270,7 @@ TEST_F(GuardTest, ThrowsOnWhatIsNoNSException) {
 }
 
 TEST_F(GuardTest, SwallowsAnExceptionThatTheFamilyMakesNothingOf) {
-  siblings->giveNoExceptions();
+  family->giveNoExceptions();
   EXPECT_EQ(guarded<int>([]() -> int {
               throwNative("Bad", "Because.");
               return 7;
@@ -316,7 +316,7 @@ class CocoaInitTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    siblings = std::make_unique<testkit::Siblings>(*host, addToDouble());
+    family = std::make_unique<testkit::Family>(*host, addToDouble());
   }
 };
 
@@ -329,8 +329,8 @@ TEST_F(CocoaInitTest, DoesNothingWithoutTheFamily) {
 }
 
 TEST_F(CocoaInitTest, AsksTheFamilyOnce) {
-  siblings->provideInstances(foundation.pointerTable());
-  siblings->providePreparation();
+  family->provideInstances(foundation.pointerTable());
+  family->providePreparation();
   CocoaInit();
   EXPECT_EQ(instances, foundation.pointerTable());
   EXPECT_TRUE(ExceptionsInitialized);
@@ -338,26 +338,26 @@ TEST_F(CocoaInitTest, AsksTheFamilyOnce) {
   CocoaInit();
   CocoaInit();
   EXPECT_EQ(foundation.messages(), Lines{});
-  EXPECT_EQ(siblings->preparations(), 1);
+  EXPECT_EQ(family->preparations(), 1);
 }
 
 TEST_F(CocoaInitTest, TriesEachHalfUntilItSucceeds) {
   CocoaInit();
-  siblings->providePreparation();
+  family->providePreparation();
   CocoaInit();
   EXPECT_EQ(instances, nullptr);
-  EXPECT_EQ(siblings->preparations(), 1);
-  siblings->provideInstances(foundation.pointerTable());
+  EXPECT_EQ(family->preparations(), 1);
+  family->provideInstances(foundation.pointerTable());
   CocoaInit();
   EXPECT_EQ(instances, foundation.pointerTable());
-  EXPECT_EQ(siblings->preparations(), 1);
+  EXPECT_EQ(family->preparations(), 1);
 }
 
 TEST_F(CocoaInitTest, AsksAgainForAnInstancesMapThatIsNotThereYet) {
-  siblings->provideInstances(nullptr);
+  family->provideInstances(nullptr);
   CocoaInit();
   EXPECT_EQ(instances, nullptr);
-  siblings->provideInstances(foundation.pointerTable());
+  family->provideInstances(foundation.pointerTable());
   CocoaInit();
   EXPECT_EQ(instances, foundation.pointerTable());
 }
@@ -368,10 +368,10 @@ TEST_F(CocoaInitTest, TriesThePreparationAgainAfterItRaised) {
   });
   EXPECT_NE(catching([] { CocoaInit(); }), nullptr);
   EXPECT_FALSE(ExceptionsInitialized);
-  siblings->providePreparation();
+  family->providePreparation();
   CocoaInit();
   EXPECT_TRUE(ExceptionsInitialized);
-  EXPECT_EQ(siblings->preparations(), 1);
+  EXPECT_EQ(family->preparations(), 1);
 }
 
 }  // namespace

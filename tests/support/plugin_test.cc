@@ -36,11 +36,11 @@ void PluginTest::startHost(const HostOptions& options) {
   host->clearRecords();
 }
 
-void PluginTest::provideSiblings() {
-  siblings = std::make_unique<testkit::Siblings>(*host, addToDouble());
-  siblings->provideInstances(foundation.pointerTable());
-  siblings->providePreparation();
-  siblings->provideExceptions();
+void PluginTest::provideFamily() {
+  family = std::make_unique<testkit::Family>(*host, addToDouble());
+  family->provideInstances(foundation.pointerTable());
+  family->providePreparation();
+  family->provideExceptions();
 }
 
 void PluginTest::expectBalanced() {
@@ -51,7 +51,7 @@ void PluginTest::expectBalanced() {
 }
 
 void PluginTest::abandonHost() {
-  siblings = nullptr;
+  family = nullptr;
   host = nullptr;
 }
 

@@ -8,11 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "host/family/double.h"
+#include "host/family/family.h"
+#include "host/host.h"
 #include "testkit/foundation/allocations.h"
 #include "testkit/foundation/foundation.h"
-#include "testkit/host/host.h"
-#include "testkit/siblings/double.h"
-#include "testkit/siblings/siblings.h"
 
 namespace tests {
 
@@ -37,7 +37,7 @@ class PluginTest : public testing::Test {
   /// Loads the plugin into a new host; the old one, if any, must be balanced.
   void startHost(const HostOptions& options);
   /// The whole family is there.
-  void provideSiblings();
+  void provideFamily();
   /// Nothing is left over in the host, in Foundation or of the plugin's own memory.
   void expectBalanced();
   /// Ends the host without asking for its accounts: for tests that make it lose references.
@@ -52,7 +52,7 @@ class PluginTest : public testing::Test {
 
   testkit::Foundation& foundation;
   std::unique_ptr<Host> host;
-  std::unique_ptr<testkit::Siblings> siblings;
+  std::unique_ptr<testkit::Family> family;
 };
 
 /// A host string, for calling the plugin's functions directly.

@@ -1,5 +1,5 @@
 // Declarations in the host's language.
-#include "testkit/host/declaration.h"
+#include "host/declaration.h"
 
 #include <gtest/gtest.h>
 #include <stdexcept>

@@ -1,5 +1,5 @@
 // What crosses between the reference host and a plugin, and that all of it does so at the border.
-#include "testkit/host/border.h"
+#include "host/border.h"
 #include "tests/testkit/sample_plugin.h"
 
 namespace tests {

@@ -6,8 +6,8 @@
 #include <typeinfo>
 #include <vector>
 
+#include "host/entry_points.h"
 #include "native/files.h"
-#include "testkit/host/entry_points.h"
 #include "tests/testkit/sample_plugin.h"
 
 namespace tests {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "testkit/host/dictionaries.h"
-#include "testkit/host/state.h"
+#include "host/dictionaries.h"
+#include "host/state.h"
 #include "tests/testkit/sample_plugin.h"
 
 namespace tests {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "testkit/siblings/siblings.h"
+#include "host/family/family.h"
 
 namespace tests {
 

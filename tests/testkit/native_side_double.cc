@@ -1,5 +1,5 @@
+#include "host/family/double.h"
 #include "testkit/foundation/foundation.h"
-#include "testkit/siblings/double.h"
 #include "tests/testkit/native_side.h"
 
 namespace tests {

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "testkit/siblings/runtime.h"
+#include "host/family/runtime.h"
 #include "tests/testkit/native_side.h"
 
 namespace tests {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "host/host.h"
 #include "plugin/records.h"
-#include "testkit/host/host.h"
 
 namespace tests {
 

@@ -8,17 +8,17 @@
 namespace tests {
 namespace {
 
+using testkit::Family;
 using testkit::Host;
 using testkit::ObjectRef;
-using testkit::Siblings;
 using zel::id;
 using zel::REALobject;
 using zel::send;
 
-class SiblingsTest : public HostTest {
+class FamilyTest : public HostTest {
  protected:
   Pool pool;
-  Siblings siblings{*host, addToNativeSide()};
+  Family family{*host, addToNativeSide()};
 };
 
 id string(const char* text) {
@@ -28,8 +28,8 @@ id string(const char* text) {
 }
 zel::NSUInteger references(id object) { return send<zel::NSUInteger, "retainCount">(object); }
 
-TEST_F(SiblingsTest, GivesStructuresTheirData) {
-  siblings.provideStructures();
+TEST_F(FamilyTest, GivesStructuresTheirData) {
+  family.provideStructures();
   const ObjectRef rectangle = host->make("NSRectZEL");
   Host::data<zel::HostRect>(rectangle) = {{1, 2}, {3, 4}};
   EXPECT_EQ(Host::data<float[4]>(rectangle)[3], 4.0F);
@@ -40,31 +40,31 @@ TEST_F(SiblingsTest, GivesStructuresTheirData) {
   EXPECT_EQ(host->describe(rectangle), "NSRectZEL");
 }
 
-TEST_F(SiblingsTest, GivesUpNativeObjectsWithTheirHostObjects) {
-  siblings.provideObjectClass("NSImageZEL");
-  siblings.provideObjectClass("DerivedZEL", "NSImageZEL");
-  siblings.provideCoreFoundation();
+TEST_F(FamilyTest, GivesUpNativeObjectsWithTheirHostObjects) {
+  family.provideObjectClass("NSImageZEL");
+  family.provideObjectClass("DerivedZEL", "NSImageZEL");
+  family.provideCoreFoundation();
   const id native = string("some longer text, so that it is an object of its own");
   const zel::NSUInteger before = references(native);
   for (const char* const name : {"NSImageZEL", "DerivedZEL"}) {
-    ObjectRef object = siblings.objectOf(name, native);
-    EXPECT_EQ(Siblings::nativeIn(object), native);
+    ObjectRef object = family.objectOf(name, native);
+    EXPECT_EQ(Family::nativeIn(object), native);
     EXPECT_EQ(references(native), before + 1);
     object.reset();
     EXPECT_EQ(references(native), before);
   }
-  ObjectRef whole = siblings.coreFoundationObject("CFStringZEL", native);
+  ObjectRef whole = family.coreFoundationObject("CFStringZEL", native);
   EXPECT_EQ(Host::data<zel::CoreFoundationData>(whole).object, native);
   EXPECT_EQ(Host::data<zel::CoreFoundationData>(whole).marker, 0x52424346U);
   EXPECT_EQ(references(native), before + 1);
   whole.reset();
   EXPECT_EQ(references(native), before);
-  const ObjectRef broken = siblings.coreFoundationObject("CFDateZEL", nullptr, 7);
+  const ObjectRef broken = family.coreFoundationObject("CFDateZEL", nullptr, 7);
   EXPECT_EQ(Host::data<zel::CoreFoundationData>(broken).marker, 7U);
 }
 
-TEST_F(SiblingsTest, WrapsHostObjects) {
-  siblings.provideWrapper();
+TEST_F(FamilyTest, WrapsHostObjects) {
+  family.provideWrapper();
   const ObjectRef object = host->memoryBlock("abc");
   zel::Class* const wrapperClass = zel::lookUpClass("ZELREALobjectWrapper");
   ASSERT_NE(wrapperClass, nullptr);
@@ -76,8 +76,8 @@ TEST_F(SiblingsTest, WrapsHostObjects) {
     EXPECT_EQ(unwrapped, object);
     EXPECT_EQ(host->references(object.handle()), 3);
   }
-  EXPECT_EQ(siblings.keptCount(), 1U);
-  siblings.forgetKept();
+  EXPECT_EQ(family.keptCount(), 1U);
+  family.forgetKept();
   EXPECT_EQ(host->references(object.handle()), 1);
   EXPECT_EQ((send<REALobject, "unwrap">(wrapper)), nullptr);
 }
@@ -98,8 +98,8 @@ void expectTime(Host& host, const char* className, const std::string& type) {
   EXPECT_EQ(host.references(made.handle()), 1);
 }
 
-TEST_F(SiblingsTest, MakesTimes) {
-  siblings.provideTimes();
+TEST_F(FamilyTest, MakesTimes) {
+  family.provideTimes();
   expectTime<"valueWithQTTimeZEL:", "QTTimeValueZEL">(*host, "QTKitTimeZEL", "{?=qll}");
   expectTime<"valueWithQTTimeRangeZEL:", "QTTimeRangeValueZEL">(*host, "QTKitTimeRangeZEL",
                                                                 "{?={?=qll}{?=qll}}");
@@ -108,8 +108,8 @@ TEST_F(SiblingsTest, MakesTimes) {
                                                                 "{?={?=qiIq}{?=qiIq}}");
   expectTime<"valueWithCMTimeMappingZEL:", "CMTimeMappingValueZEL">(
       *host, "CMTimeMappingZEL", "{?={?={?=qiIq}{?=qiIq}}{?={?=qiIq}{?=qiIq}}}");
-  EXPECT_EQ(siblings.keptCount(), 5U);
-  siblings.forgetKept();
+  EXPECT_EQ(family.keptCount(), 5U);
+  family.forgetKept();
 }
 
 }  // namespace

@@ -1,0 +1,20 @@
+#include "host/family/double.h"
+
+#include "testkit/foundation/foundation.h"
+
+namespace testkit {
+
+AddMethod addToDouble() {
+  return [](const NativeMethod& method) {
+    Foundation& foundation = Foundation::shared();
+    if (zel::lookUpClass(method.className) == nullptr)
+      foundation.addClass(method.className, method.superName);
+    if (method.ofClass) {
+      foundation.addClassMethod(method.className, method.selector, method.implementation);
+    } else {
+      foundation.addMethod(method.className, method.selector, method.implementation);
+    }
+  };
+}
+
+}  // namespace testkit

@@ -1,0 +1,56 @@
+#include "testkit/macho/bundle.h"
+
+#include <set>
+#include <vector>
+
+#include "host/loading/opened_file.h"
+#include "testkit/macho/passages.h"
+
+namespace testkit {
+namespace {
+
+// A bundle that isn't opened a second time while it is open.
+class OpenBundle {
+ public:
+  explicit OpenBundle(const std::filesystem::path& folder)
+      : path_(folder.native()), bundle_(folder) {
+    if (!open().insert(path_).second) throw std::runtime_error(path_ + " is loaded already");
+  }
+  ~OpenBundle() { open().erase(path_); }
+  OpenBundle(const OpenBundle&) = delete;
+  OpenBundle& operator=(const OpenBundle&) = delete;
+
+  [[nodiscard]] bool mustStay() const { return bundle_.mustStay(); }
+  [[nodiscard]] PluginMain entryPoint() const {
+    void* const found = bundle_.find("REALPluginMain");
+    if (found == nullptr)
+      throw std::runtime_error(path_ + " has no REALPluginMain: it is no plugin");
+    return reinterpret_cast<PluginMain>(found);
+  }
+
+ private:
+  static std::set<std::string>& open() {
+    static std::set<std::string> paths;
+    return paths;
+  }
+
+  std::string path_;
+  macho::Bundle bundle_;
+};
+
+// Lets the bundle live for ever.
+void keep(const std::shared_ptr<OpenBundle>& bundle) {
+  static auto& kept = *new std::vector<std::shared_ptr<OpenBundle>>;
+  kept.push_back(bundle);
+}
+
+}  // namespace
+
+OpenedFile openBundle(const std::filesystem::path& folder) {
+  auto bundle = std::make_shared<OpenBundle>(std::filesystem::canonical(folder));
+  const PluginMain main = bundle->entryPoint();
+  if (bundle->mustStay()) keep(bundle);
+  return {std::move(bundle), main, {.enter = macho::enterBundle, .outward = macho::outward}};
+}
+
+}  // namespace testkit

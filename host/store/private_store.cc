@@ -1,0 +1,99 @@
+#include "host/store/private_store.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace testkit {
+namespace {
+
+/// Names the store's folder to the processes that run in it.
+constexpr const char* kFolderVariable = "ZEL_PRIVATE_STORE";
+constexpr const char* kConfigVariable = "GNUSTEP_CONFIG_FILE";
+
+[[noreturn]] void fail(const char* what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+std::filesystem::path defaultsFolder(const std::filesystem::path& store) {
+  return store / "Defaults";
+}
+
+void writeConfiguration(const std::filesystem::path& file, const std::filesystem::path& store) {
+  std::ofstream out(file);
+  // The user's own configuration file would be read on top: it is given a name that nobody has.
+  out << "GNUSTEP_USER_DEFAULTS_DIR=" << defaultsFolder(store).native() << '\n'
+      << "GNUSTEP_USER_CONFIG_FILE=." << store.filename().native() << ".none\n";
+  out.flush();
+  if (!out) fail("can't write the configuration of a private store");
+}
+
+[[noreturn]] void becomeInside(const PrivateStore& store, char** argv) {
+  setenv(kFolderVariable, store.folder().c_str(), 1);
+  setenv(kConfigVariable, store.configFile().c_str(), 1);
+  execv("/proc/self/exe", argv);
+  std::perror("can't start the process in a private store");
+  _exit(126);
+}
+
+/// Waits for the child; an interrupt from the terminal is for the child alone, so that the store is
+/// still removed after it.
+int resultOf(pid_t child) {
+  struct sigaction ignore = {};
+  struct sigaction interrupt = {};
+  struct sigaction quit = {};
+  ignore.sa_handler = SIG_IGN;
+  sigaction(SIGINT, &ignore, &interrupt);
+  sigaction(SIGQUIT, &ignore, &quit);
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) fail("can't wait for the process in a private store");
+  }
+  sigaction(SIGINT, &interrupt, nullptr);
+  sigaction(SIGQUIT, &quit, nullptr);
+  if (WIFEXITED(status)) return WEXITSTATUS(status);
+  std::fprintf(stderr, "the process in the private store was ended by signal %d\n",
+               WTERMSIG(status));
+  return 128 + WTERMSIG(status);
+}
+
+}  // namespace
+
+PrivateStore::PrivateStore() {
+  std::string name = (std::filesystem::temp_directory_path() / "private-store-XXXXXX").native();
+  if (mkdtemp(name.data()) == nullptr) fail("can't make a private store");
+  folder_ = name;
+  std::filesystem::create_directory(defaultsFolder(folder_));
+  writeConfiguration(configFile(), folder_);
+}
+
+PrivateStore::~PrivateStore() {
+  std::error_code ignored;
+  std::filesystem::remove_all(folder_, ignored);
+}
+
+std::filesystem::path PrivateStore::configFile() const { return folder_ / "GNUstep.conf"; }
+
+int runInPrivateStore(int argc, char** argv, int (*body)(int, char**)) {
+  if (std::getenv(kFolderVariable) != nullptr) return body(argc, argv);
+  const PrivateStore store;
+  const pid_t child = fork();
+  if (child < 0) fail("can't start a process");
+  if (child == 0) becomeInside(store, argv);
+  return resultOf(child);
+}
+
+std::filesystem::path storedDomain(std::string_view name) {
+  const char* const store = std::getenv(kFolderVariable);
+  if (store == nullptr) throw std::logic_error("this process doesn't run in a private store");
+  return defaultsFolder(store) / (std::string(name) + ".plist");
+}
+
+}  // namespace testkit

@@ -1,0 +1,67 @@
+#include "host/value.h"
+
+#include <cstdint>
+#include <iomanip>
+#include <ostream>
+
+#include "host/state.h"
+
+namespace testkit {
+namespace {
+
+using host::AnyObject;
+using host::State;
+
+constexpr char kWho[] = "ObjectRef";
+
+AnyObject* objectOf(const State& state, zel::REALobject handle) {
+  return handle == nullptr ? nullptr : state.ledger.find<AnyObject>(handle, kWho);
+}
+
+}  // namespace
+
+ObjectRef::ObjectRef(const ObjectRef& other) { *this = share(other.handle_); }
+
+ObjectRef ObjectRef::adopt(zel::REALobject handle) { return ObjectRef(handle); }
+
+ObjectRef ObjectRef::share(zel::REALobject handle) {
+  if (handle == nullptr) return {};
+  const State& state = host::currentState(kWho);
+  AnyObject* const object = objectOf(state, handle);
+  if (object == nullptr) return {};
+  state.ledger.addReference(*object, kWho);
+  return ObjectRef(handle);
+}
+
+void ObjectRef::reset() {
+  const zel::REALobject handle = std::exchange(handle_, nullptr);
+  if (handle == nullptr) return;
+  State& state = host::currentState(kWho);
+  if (AnyObject* const object = objectOf(state, handle))
+    state.ledger.dropReference(state, *object, kWho);
+}
+
+std::ostream& operator<<(std::ostream& out, const ObjectRef& object) {
+  return out << "ObjectRef(" << static_cast<const void*>(object.handle()) << ")";
+}
+
+std::ostream& operator<<(std::ostream& out, const Text& text) {
+  return out << "Text(\"" << text.bytes << "\", 0x" << std::hex << text.encoding << std::dec << ")";
+}
+
+std::ostream& operator<<(std::ostream& out, const Raised& raised) {
+  out << raised.className << "(";
+  if (raised.message) out << "\"" << *raised.message << "\"";
+  return out << ", " << raised.errorNumber << ")";
+}
+
+std::ostream& operator<<(std::ostream& out, const DateFields& fields) {
+  const char filler = out.fill('0');
+  out << std::setw(4) << fields.year << "-" << std::setw(2) << fields.month << "-" << std::setw(2)
+      << fields.day << " " << std::setw(2) << fields.hour << ":" << std::setw(2) << fields.minute
+      << ":" << std::setw(2) << fields.second;
+  out.fill(filler);
+  return out;
+}
+
+}  // namespace testkit

@@ -1,0 +1,116 @@
+// The values of the host's own classes and its variants, as tests make and read them.
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+#include "host/dates.h"
+#include "host/describe.h"
+#include "host/dictionaries.h"
+#include "host/folder_items.h"
+#include "host/invoke.h"
+#include "host/memory_blocks.h"
+#include "host/state.h"
+#include "host/variants.h"
+
+namespace testkit {
+
+using namespace host;  // NOLINT(google-build-using-namespace): what these values are made of
+
+namespace {
+
+template <class T>
+T& made(T* object) {
+  if (object == nullptr)
+    throw std::invalid_argument("the host can't make " + std::string(T::kWhat));
+  return *object;
+}
+
+}  // namespace
+
+ObjectRef Host::variant(const Value& value, std::optional<std::int32_t> type) {
+  return ObjectRef::adopt(newVariant(*state_, value, type));
+}
+
+Value Host::valueOf(const Value& variant) const {
+  const auto* const object = std::get_if<ObjectRef>(&variant);
+  return object == nullptr ? variant : unbox(*state_, object->handle());
+}
+
+std::int32_t Host::typeOf(const ObjectRef& variant) const {
+  return varType(*state_, variant.handle());
+}
+
+std::string Host::describe(const Value& value) const { return host::describe(*state_, value); }
+
+ObjectRef Host::array(std::int32_t elementType, const std::vector<Value>& elements) {
+  HostArray* const array = newArray(*state_, elementType, 0);
+  if (array == nullptr)
+    throw std::invalid_argument("no arrays of element type " + std::to_string(elementType));
+  ObjectRef result = ObjectRef::adopt(reinterpret_cast<zel::REALobject>(array->array()));
+  for (const Value& element : elements) array->append(*state_, element);
+  return result;
+}
+
+std::vector<Value> Host::elements(const ObjectRef& array) const {
+  const auto& found = thingOf<HostArray>(*state_, array);
+  std::vector<Value> values;
+  values.reserve(found.size());
+  for (std::size_t i = 0; i < found.size(); ++i) values.push_back(valueOf(found.value(*state_, i)));
+  return values;
+}
+
+ObjectRef Host::dictionary(const Entries& entries) {
+  ObjectRef dictionary = make("Dictionary");
+  for (const auto& [key, value] : entries) {
+    const ObjectRef boxedKey = ObjectRef::adopt(box(*state_, key));
+    const ObjectRef boxedValue = ObjectRef::adopt(box(*state_, value));
+    setDictionaryValue(*state_, dictionary.handle(), boxedKey.handle(), boxedValue.handle());
+  }
+  return dictionary;
+}
+
+Entries Host::entries(const ObjectRef& dictionary) const {
+  Entries entries;
+  for (const HostDictionary::Entry& entry : thingOf<HostDictionary>(*state_, dictionary).entries())
+    entries.emplace_back(unbox(*state_, entry.key), unbox(*state_, entry.value));
+  return entries;
+}
+
+ObjectRef Host::memoryBlock(std::string_view bytes) {
+  zel::REALmemoryBlock const block =
+      newMemoryBlock(*state_, static_cast<std::int32_t>(bytes.size()));
+  const auto& found = made(state_->ledger.peek<HostMemoryBlock>(block));
+  if (!bytes.empty()) std::memcpy(found.bytes(), bytes.data(), bytes.size());
+  return ObjectRef::adopt(found.object());
+}
+
+std::string Host::bytesOf(const ObjectRef& block) const {
+  const auto& found = thingOf<HostMemoryBlock>(*state_, block);
+  return {static_cast<const char*>(found.bytes()), found.size()};
+}
+
+void Host::reportSize(const ObjectRef& block, std::int32_t size) {
+  thingOf<HostMemoryBlock>(*state_, block).reportedSize = size;
+}
+
+ObjectRef Host::date(const DateFields& fields) {
+  ObjectRef date = make("Date");
+  setDateFields(thingOf<HostObject>(*state_, date), fields);
+  return date;
+}
+
+DateFields Host::fieldsOf(const ObjectRef& date) const {
+  return dateFields(thingOf<HostObject>(*state_, date));
+}
+
+ObjectRef Host::folderItem(const std::string& path) {
+  if (path.empty() || path.front() != '/')
+    throw std::invalid_argument("not an absolute path: \"" + path + "\"");
+  return ObjectRef::adopt(made(newFolderItem(*state_, path)).object());
+}
+
+std::string Host::pathOf(const ObjectRef& item) const {
+  return thingOf<HostFolderItem>(*state_, item).path;
+}
+
+}  // namespace testkit

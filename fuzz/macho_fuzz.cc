@@ -1,7 +1,7 @@
 // Whatever the bytes are, they are a bundle or they are refused.
 #include <cstdlib>
 
-#include "testkit/macho/image.h"
+#include "macho/file/image.h"
 
 static void expect(bool holds) {
   if (!holds) std::abort();

@@ -1,10 +1,10 @@
-#include "testkit/macho/bundle.h"
+#include "macho/loader/bundle.h"
 
 #include <set>
 #include <vector>
 
 #include "host/loading/opened_file.h"
-#include "testkit/macho/passages.h"
+#include "macho/loader/passages.h"
 
 namespace testkit {
 namespace {

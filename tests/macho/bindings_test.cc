@@ -1,9 +1,9 @@
-#include "testkit/macho/bindings.h"
+#include "macho/loader/bindings.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-#include "testkit/macho/passages.h"
+#include "macho/loader/passages.h"
 
 namespace tests {
 namespace {

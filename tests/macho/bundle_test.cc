@@ -1,11 +1,11 @@
 // A bundle of the tests' own, run in this process.
-#include "testkit/macho/bundle.h"
+#include "macho/loader/bundle.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
 
+#include "macho/loader/passages.h"
 #include "native/exceptions.h"
-#include "testkit/macho/passages.h"
 #include "tests/macho/native_class.h"
 
 namespace tests {

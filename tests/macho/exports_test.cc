@@ -1,4 +1,4 @@
-#include "testkit/macho/exports.h"
+#include "macho/file/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "testkit/macho/fixups.h"
+#include "macho/file/fixups.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // Frames, and the ways in and out, without a bundle.
-#include "testkit/macho/frames.h"
+#include "macho/loader/frames.h"
 
 #include <gtest/gtest.h>
 #include <stdexcept>
 
+#include "macho/loader/passages.h"
 #include "native/exceptions.h"
-#include "testkit/macho/passages.h"
 
 namespace tests {
 namespace {

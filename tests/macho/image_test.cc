@@ -1,4 +1,4 @@
-#include "testkit/macho/image.h"
+#include "macho/file/image.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "testkit/macho/image.h"
+#include "macho/file/image.h"
 #include "tests/macho/sample_file.h"
 
 namespace tests {

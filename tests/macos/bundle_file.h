@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/macho_check/check.h"
+#include "macho/check/check.h"
 
 namespace tests {
 

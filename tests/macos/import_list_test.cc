@@ -1,4 +1,4 @@
-#include "tools/macho_check/import_list.h"
+#include "macho/check/import_list.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <iterator>
 
+#include "macho/check/check.h"
 #include "tests/macos/bundle_file.h"
 #include "tests/macos/command.h"
-#include "tools/macho_check/check.h"
 
 namespace tests {
 namespace {

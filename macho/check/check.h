@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/macho_check/import_list.h"
+#include "macho/check/import_list.h"
 
 namespace macho_check {
 

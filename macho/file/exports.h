@@ -1,7 +1,7 @@
 // The tree of names under which an image exports functions.
 #pragma once
 
-#include "testkit/macho/image.h"
+#include "macho/file/image.h"
 
 namespace testkit::macho {
 

@@ -1,7 +1,7 @@
 // The streams that say which pointers of an image are to be adjusted.
 #pragma once
 
-#include "testkit/macho/image.h"
+#include "macho/file/image.h"
 
 namespace testkit::macho {
 

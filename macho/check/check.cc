@@ -1,10 +1,10 @@
-#include "tools/macho_check/check.h"
+#include "macho/check/check.h"
 
 #include <algorithm>
 #include <llvm/BinaryFormat/MachO.h>
 #include <llvm/Object/MachOUniversal.h>
 
-#include "tools/macho_check/image.h"
+#include "macho/check/image.h"
 
 namespace macho_check {
 namespace {

@@ -1,4 +1,4 @@
-#include "testkit/macho/bindings.h"
+#include "macho/loader/bindings.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -8,12 +8,12 @@
 #include <dlfcn.h>
 #include <iterator>
 
+#include "macho/loader/frames.h"
+#include "macho/loader/messages.h"
+#include "macho/loader/methods.h"
+#include "macho/loader/passages.h"
 #include "native/files.h"
 #include "native/methods.h"
-#include "testkit/macho/frames.h"
-#include "testkit/macho/messages.h"
-#include "testkit/macho/methods.h"
-#include "testkit/macho/passages.h"
 
 namespace testkit::macho {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/macho_check/image.h"
+#include "macho/check/image.h"
 
 #include <llvm/BinaryFormat/MachO.h>
 

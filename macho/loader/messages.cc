@@ -1,4 +1,4 @@
-#include "testkit/macho/messages.h"
+#include "macho/loader/messages.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "testkit/macho/bundle.h"
+#include "macho/loader/bundle.h"
 
 #include <algorithm>
 #include <fstream>

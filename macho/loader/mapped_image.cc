@@ -1,4 +1,4 @@
-#include "testkit/macho/mapped_image.h"
+#include "macho/loader/mapped_image.h"
 
 #include <algorithm>
 #include <set>

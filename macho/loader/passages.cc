@@ -1,4 +1,4 @@
-#include "testkit/macho/passages.h"
+#include "macho/loader/passages.h"
 
 #include <cstdint>
 #include <cstring>
@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <sys/mman.h>
 
-#include "testkit/macho/frames.h"
+#include "macho/loader/frames.h"
 
 extern "C" {
 // In passage.S.

@@ -1,4 +1,4 @@
-#include "testkit/macho/bytes.h"
+#include "macho/file/bytes.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
-#include "testkit/macho/image.h"
+#include "macho/file/image.h"
 
 #include <algorithm>
 #include <optional>
 
-#include "testkit/macho/exports.h"
-#include "testkit/macho/fixups.h"
-#include "testkit/macho/layout.h"
+#include "macho/file/exports.h"
+#include "macho/file/fixups.h"
+#include "macho/file/layout.h"
 
 namespace testkit::macho {
 namespace {

@@ -1,4 +1,4 @@
-#include "testkit/macho/methods.h"
+#include "macho/loader/methods.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "macho/loader/frames.h"
 #include "native/methods.h"
-#include "testkit/macho/frames.h"
 
 namespace testkit::macho {
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <type_traits>
 
-#include "testkit/macho/bindings.h"
-#include "testkit/macho/frames.h"
-#include "testkit/macho/mapped_image.h"
+#include "macho/loader/bindings.h"
+#include "macho/loader/frames.h"
+#include "macho/loader/mapped_image.h"
 
 namespace testkit::macho {
 

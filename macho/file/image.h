@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "testkit/macho/bytes.h"
+#include "macho/file/bytes.h"
 
 namespace testkit::macho {
 

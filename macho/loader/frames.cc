@@ -1,4 +1,4 @@
-#include "testkit/macho/frames.h"
+#include "macho/loader/frames.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -14,7 +14,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "tools/macho_check/check.h"
+#include "macho/check/check.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "testkit/macho/fixups.h"
+#include "macho/file/fixups.h"
 
-#include "testkit/macho/layout.h"
+#include "macho/file/layout.h"
 
 namespace testkit::macho {
 namespace {

@@ -1,8 +1,8 @@
-#include "testkit/macho/exports.h"
+#include "macho/file/exports.h"
 
 #include <set>
 
-#include "testkit/macho/layout.h"
+#include "macho/file/layout.h"
 
 namespace testkit::macho {
 namespace {

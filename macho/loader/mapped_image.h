@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "testkit/macho/image.h"
+#include "macho/file/image.h"
 
 namespace testkit::macho {
 

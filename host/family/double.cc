@@ -1,6 +1,6 @@
 #include "host/family/double.h"
 
-#include "testkit/foundation/foundation.h"
+#include "foundation_double/foundation.h"
 
 namespace testkit {
 

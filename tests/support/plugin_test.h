@@ -8,11 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation_double/allocations.h"
+#include "foundation_double/foundation.h"
 #include "host/family/double.h"
 #include "host/family/family.h"
 #include "host/host.h"
-#include "testkit/foundation/allocations.h"
-#include "testkit/foundation/foundation.h"
 
 namespace tests {
 

@@ -1,4 +1,4 @@
-#include "testkit/foundation/allocations.h"
+#include "foundation_double/allocations.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "foundation_double/foundation.h"
 #include "native/exceptions.h"
-#include "testkit/foundation/foundation.h"
 
 using Lines = std::vector<std::string>;
 

@@ -1,5 +1,5 @@
+#include "foundation_double/foundation.h"
 #include "host/family/double.h"
-#include "testkit/foundation/foundation.h"
 #include "tests/testkit/native_side.h"
 
 namespace tests {

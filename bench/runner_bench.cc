@@ -8,8 +8,8 @@
 #include <string>
 
 #include "host/host.h"
-#include "runner/session.h"
-#include "runner/source.h"
+#include "runner/command/session.h"
+#include "runner/syntax/source.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <sstream>
 #include <string>
 
-#include "runner/parser.h"
-#include "runner/session.h"
+#include "runner/command/session.h"
+#include "runner/syntax/parser.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The language's functions, and its arrays.
-#include "runner/format.h"
-#include "runner/suggest.h"
+#include "runner/check/suggest.h"
+#include "runner/library/format.h"
 #include "tests/runner/runner_test.h"
 
 namespace tests {

@@ -1,10 +1,10 @@
-#include "runner/lexer.h"
+#include "runner/syntax/lexer.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <map>
 
-#include "runner/diagnostic.h"
+#include "runner/syntax/diagnostic.h"
 
 namespace runner {
 namespace {

@@ -1,9 +1,9 @@
 // What is a program and what isn't, and what is said about it.
-#include "runner/parser.h"
+#include "runner/syntax/parser.h"
 
 #include <gtest/gtest.h>
 
-#include "runner/diagnostic.h"
+#include "runner/syntax/diagnostic.h"
 
 namespace runner {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "runner/session.h"
+#include "runner/command/session.h"
 #include "tests/testkit/sample_plugin.h"
 
 namespace tests {

@@ -1,0 +1,65 @@
+#include "runner/command/interactive.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <editline/readline.h>
+#include <iostream>
+#include <memory>
+#include <string>
+
+namespace runner {
+namespace {
+
+struct Free {
+  void operator()(char* text) const { std::free(text); }
+};
+using Line = std::unique_ptr<char, Free>;
+
+// The line editor asks functions without state of their own.
+Session* current = nullptr;
+std::vector<std::string> found;
+
+char* nextCompletion(const char* /*prefix*/, int state) {
+  const auto index = static_cast<std::size_t>(state);
+  return index < found.size() ? strdup(found[index].c_str()) : nullptr;
+}
+
+char** complete(const char* prefix, int /*start*/, int end) {
+  rl_attempted_completion_over = 1;  // no file names instead
+  rl_completion_append_character = '\0';
+  found = current->completions(std::string(rl_line_buffer, static_cast<std::size_t>(end)));
+  return found.empty() ? nullptr : rl_completion_matches(prefix, nextCompletion);
+}
+
+void show(const Ending& ending) {
+  std::cout.flush();
+  std::cerr << format(ending.diagnostics);
+  if (ending.unhandled) std::cerr << format(*ending.unhandled, "line");
+  std::cerr.flush();
+}
+
+}  // namespace
+
+void interact(Session& session) {
+  current = &session;
+  std::string name = "hostrun";
+  rl_readline_name = name.data();
+  rl_attempted_completion_function = complete;
+  rl_basic_word_break_characters = " \t\n()+-*/\\^=<>,.\"";
+  using_history();
+  std::string text;
+  for (;;) {
+    const Line line(readline(text.empty() ? "> " : "… "));
+    if (line == nullptr) break;
+    if (*line != '\0') add_history(line.get());
+    text += std::string(line.get()) + "\n";
+    const std::optional<Ending> ending = session.enter(Source("line", text));
+    const bool goesOn = !ending && *line != '\0';
+    if (goesOn) continue;
+    show(ending ? *ending : session.run(Source("line", text)));
+    text.clear();
+  }
+  std::cout << '\n';
+}
+
+}  // namespace runner

@@ -1,0 +1,149 @@
+#include "runner/command/session.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "runner/syntax/parser.h"
+#include "runner/syntax/text.h"
+
+namespace runner {
+namespace {
+
+bool isNameCharacter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+         (c & 0x80) != 0;
+}
+
+// Where the name at the end of a text begins.
+std::size_t startOfName(const std::string& text) {
+  std::size_t start = text.size();
+  while (start > 0 && isNameCharacter(text[start - 1])) --start;
+  return start;
+}
+
+// Where the expression before the point at the end of a text begins.
+std::size_t startOfObject(const std::string& text) {
+  std::size_t start = text.size();
+  int open = 0;
+  while (start > 0) {
+    const char c = text[start - 1];
+    if (c == ')') ++open;
+    if (c == '(' && --open < 0) break;
+    if (open == 0 && c != '(' && c != '.' && !isNameCharacter(c)) break;
+    --start;
+  }
+  return start;
+}
+
+// Whether a text is no program, or one that could just as well be an expression.
+bool mayBeExpression(const Source& source) {
+  try {
+    const Program program = parse(source);
+    return program.methods.empty() && program.body.size() == 1 &&
+           std::holds_alternative<Perform>(program.body.front().what);
+  } catch (const Problem&) {
+    return true;
+  }
+}
+
+}  // namespace
+
+std::string format(const Unhandled& unhandled, const std::string& file) {
+  std::string text = "Unhandled " + unhandled.className;
+  if (!unhandled.message.empty()) text += ": " + unhandled.message;
+  text += "\n";
+  for (const StackEntry& entry : unhandled.stack) {
+    text += "  at " + file + ":" + std::to_string(entry.line) +
+            (entry.method.empty() ? "" : " in " + entry.method) + "\n";
+  }
+  return text;
+}
+
+Session::Session(testkit::Host& host, std::ostream& out, std::istream& in)
+    : machine_(host, out, in), library_(host) {}
+
+Session::~Session() { machine_.clear(); }
+
+std::vector<Diagnostic> Session::check(const Source& source) {
+  Scope globals = globals_;
+  try {
+    const Program program = parse(source);
+    return Checker(library_, machine_, globals, source).program(program).diagnostics;
+  } catch (const Problem& problem) {
+    return {diagnose(source, problem)};
+  }
+}
+
+Ending Session::run(const Source& source) {
+  try {
+    const Program program = parse(source);
+    return run(Checker(library_, machine_, globals_, source).program(program));
+  } catch (const Problem& problem) {
+    return {{diagnose(source, problem)}, std::nullopt};
+  }
+}
+
+std::optional<Ending> Session::enter(const Source& source) {
+  if (isUnfinished(source)) return std::nullopt;
+  if (mayBeExpression(source)) {
+    if (std::optional<Ending> ending = show(source)) return ending;
+  }
+  return run(source);
+}
+
+// Without a value when the text isn't an expression alone.
+std::optional<Ending> Session::show(const Source& source) {
+  try {
+    const ExpressionPtr expression = parseExpression(source);
+    return run(Checker(library_, machine_, globals_, source).shown(*expression));
+  } catch (const Problem&) {
+    return std::nullopt;
+  }
+}
+
+Ending Session::run(Executable executable) {
+  if (!executable.diagnostics.empty()) return {std::move(executable.diagnostics), std::nullopt};
+  static const std::string kBody;
+  try {
+    Frame frame(machine_, kBody, executable.slotCount);
+    executable.body->run(frame);
+    machine_.raisePending();
+    return {};
+  } catch (const HostThrow& thrown) {
+    Unhandled unhandled;
+    unhandled.className = nameOf(typeOf(machine_, thrown.exception));
+    unhandled.message = textOf(machine_.host().property(thrown.exception, "Message"));
+    unhandled.stack = thrown.stack;
+    return {{}, std::move(unhandled)};
+  }
+}
+
+std::vector<std::string> Session::completions(const std::string& line) {
+  const std::size_t start = startOfName(line);
+  const std::string prefix = folded(line.substr(start));
+  std::vector<std::string> names;
+  if (start > 0 && line[start - 1] == '.') {
+    const std::string before = line.substr(0, start - 1);
+    const std::string object = before.substr(startOfObject(before));
+    names = library_.sharedNames(library_.types().className(object));
+    const Source source("", object);
+    try {
+      Checker checker(library_, machine_, globals_, source);
+      if (const std::optional<Type> type = checker.typeOfExpression(*parseExpression(source)))
+        names = library_.memberNames(*type);
+    } catch (const Problem&) {
+      // What stands before the point is no expression: no names.
+    }
+  } else {
+    names = globals_.names();
+    for (const auto& more : {library_.functionNames(), library_.types().names()})
+      names.insert(names.end(), more.begin(), more.end());
+  }
+  std::erase_if(names,
+                [&prefix](const std::string& name) { return !folded(name).starts_with(prefix); });
+  std::sort(names.begin(), names.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
+  return names;
+}
+
+}  // namespace runner

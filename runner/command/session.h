@@ -1,0 +1,62 @@
+// A host with its plugins, in which programs run one after the other.
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runner/check/checker.h"
+
+namespace runner {
+
+/// An exception that nothing in the program caught.
+struct Unhandled {
+  std::string className;
+  std::string message;
+  std::vector<StackEntry> stack;  // the innermost method first; the program's body has no name
+};
+
+/// For people, with an end of line each:
+///   Unhandled KeyNotFoundException: message
+///     at file:12 in a method
+std::string format(const Unhandled& unhandled, const std::string& file);
+
+struct Ending {
+  std::vector<Diagnostic> diagnostics;  // when there are any, nothing ran
+  std::optional<Unhandled> unhandled;
+};
+
+class Session {
+ public:
+  /// @param host with its plugins loaded already; outlives the session.
+  Session(testkit::Host& host, std::ostream& out, std::istream& in);
+  /// Gives up what variables hold.
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  /// Checks a program and runs nothing.
+  std::vector<Diagnostic> check(const Source& source);
+  /// Runs a program. Its variables and methods stay for those that follow.
+  Ending run(const Source& source);
+  /// Runs what was typed: a program, or an expression, whose value is printed. nullopt, and nothing
+  /// ran, when more lines must follow.
+  std::optional<Ending> enter(const Source& source);
+  /// What the part of a name at the end of a line could become.
+  std::vector<std::string> completions(const std::string& line);
+
+  Machine& machine() { return machine_; }
+  Library& library() { return library_; }
+
+ private:
+  Ending run(Executable executable);
+  std::optional<Ending> show(const Source& source);
+
+  Machine machine_;
+  Library library_;
+  Scope globals_;
+};
+
+}  // namespace runner

@@ -1,0 +1,38 @@
+#include "runner/command/surroundings.h"
+
+#include "host/family/runtime.h"
+
+namespace runner {
+namespace {
+
+constexpr char kExceptions[] = "NSExceptionZEL";
+
+zel::id newPool() { return zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">()); }
+
+}  // namespace
+
+Surroundings::Surroundings(testkit::Host& host)
+    : host_(host),
+      family_(host, testkit::addToRuntime()),
+      instances_(zel::CFDictionaryCreateMutable(zel::kDefaultAllocator, 0, nullptr, nullptr)),
+      pool_(newPool()) {
+  // One of the plugins may bring its own.
+  host.removeClass(kExceptions);
+}
+
+void Surroundings::complete() {
+  if (host_.findClass(kExceptions) == nullptr) host_.addClass(kExceptions, "RuntimeException");
+  // The methods that a plugin has added stay.
+  family_.provideInstances(instances_);
+  family_.providePreparation();
+  family_.provideExceptions();
+}
+
+Surroundings::~Surroundings() { zel::send<void, "drain">(pool_); }
+
+void Surroundings::drain() {
+  zel::send<void, "drain">(pool_);
+  pool_ = newPool();
+}
+
+}  // namespace runner

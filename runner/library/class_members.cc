@@ -1,0 +1,222 @@
+// Members of the host's own classes: exceptions, Dictionary, FolderItem and Variant.
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "host/arrays.h"
+#include "host/dictionaries.h"
+#include "host/variants.h"
+#include "runner/library/natives.h"
+#include "runner/run/values.h"
+
+namespace runner {
+namespace {
+
+namespace files = std::filesystem;
+
+const ObjectRef& objectIn(const Value& self) { return std::get<ObjectRef>(self); }
+
+// --- properties that the host keeps
+
+Value message(Machine& machine, const Value& self, const Value*) {
+  return machine.host().property(objectIn(self), "Message");
+}
+Value setMessage(Machine& machine, const Value& self, const Value* a) {
+  machine.host().setProperty(objectIn(self), "Message", a[0]);
+  return {};
+}
+Value errorNumber(Machine& machine, const Value& self, const Value*) {
+  return machine.host().property(objectIn(self), "ErrorNumber");
+}
+Value setErrorNumber(Machine& machine, const Value& self, const Value* a) {
+  machine.host().setProperty(objectIn(self), "ErrorNumber", a[0]);
+  return {};
+}
+Value constructNumbered(Machine& machine, const Value& self, const Value* a) {
+  setMessage(machine, self, a);
+  return setErrorNumber(machine, self, a + 1);
+}
+
+constexpr NativeRow kException[] = {
+    {"Constructor", [](Machine&, const Value&, const Value*) { return Value(); }},
+    {"Constructor(message As String)", setMessage},
+    {"Constructor(message As String, errorNumber As Integer)", constructNumbered},
+    {"Message As String", message, setMessage},
+    {"ErrorNumber As Integer", errorNumber, setErrorNumber},
+};
+
+// --- Dictionary
+
+// A key as the host's entry points take it.
+class Key {
+ public:
+  Key(Machine& machine, const Value& key)
+      : object_(ObjectRef::adopt(testkit::host::box(machine.state(), key))) {}
+  [[nodiscard]] zel::REALobject handle() const { return object_.handle(); }
+
+ private:
+  ObjectRef object_;
+};
+
+Value count(Machine& machine, const Value& self, const Value*) {
+  return machine.host().property(objectIn(self), "Count");
+}
+bool has(Machine& machine, const Value& self, const Value& key) {
+  return testkit::host::hasDictionaryKey(machine.state(), objectIn(self).handle(),
+                                         Key(machine, key).handle());
+}
+Value hasKey(Machine& machine, const Value& self, const Value* a) {
+  return booleanValue(has(machine, self, a[0]));
+}
+Value lookup(Machine& machine, const Value& self, const Value* a) {
+  if (!has(machine, self, a[0])) return a[1];
+  const ObjectRef found = ObjectRef::adopt(testkit::host::dictionaryValue(
+      machine.state(), objectIn(self).handle(), Key(machine, a[0]).handle()));
+  return machine.host().valueOf(found);
+}
+Value remove(Machine& machine, const Value& self, const Value* a) {
+  const Key key(machine, a[0]);
+  if (!testkit::host::removeDictionaryKey(machine.state(), objectIn(self).handle(), key.handle()))
+    machine.raise("KeyNotFoundException", "The dictionary has no such key.");
+  return {};
+}
+Value removeAll(Machine& machine, const Value& self, const Value*) {
+  for (const auto& [key, value] : machine.host().entries(objectIn(self))) {
+    testkit::host::removeDictionaryKey(machine.state(), objectIn(self).handle(),
+                                       Key(machine, key).handle());
+  }
+  return {};
+}
+template <auto part>
+Value list(Machine& machine, const Value& self, const Value*) {
+  std::vector<Value> parts;
+  for (const auto& entry : machine.host().entries(objectIn(self))) parts.push_back(entry.*part);
+  return newArray(machine, kVariant.arrayOf(), parts);
+}
+Value clone(Machine& machine, const Value& self, const Value*) {
+  return machine.host().dictionary(machine.host().entries(objectIn(self)));
+}
+
+using Entry = testkit::Entries::value_type;
+
+constexpr NativeRow kDictionary[] = {
+    {"Count As Integer", count},
+    {"KeyCount As Integer", count},
+    {"HasKey(key As Variant) As Boolean", hasKey},
+    {"Lookup(key As Variant, default As Variant) As Variant", lookup},
+    {"Remove(key As Variant)", remove},
+    {"RemoveAll", removeAll},
+    {"Clear", removeAll},
+    {"Keys As Variant()", list<&Entry::first>},
+    {"Values As Variant()", list<&Entry::second>},
+    {"Clone As Dictionary", clone},
+};
+
+// --- FolderItem
+
+files::path pathOf(Machine& machine, const Value& self) {
+  return machine.host().pathOf(objectIn(self));
+}
+Value item(Machine& machine, const files::path& path) { return machine.host().folderItem(path); }
+
+Value newItem(Machine& machine, const Value&, const Value* a) {
+  if (textOf(a[0]).empty()) machine.raise("InvalidArgumentException", "A FolderItem needs a path.");
+  return item(machine, files::absolute(textOf(a[0])).lexically_normal());
+}
+Value nativePath(Machine& machine, const Value& self, const Value*) {
+  return pathOf(machine, self).native();
+}
+Value name(Machine& machine, const Value& self, const Value*) {
+  return pathOf(machine, self).filename().native();
+}
+Value exists(Machine& machine, const Value& self, const Value*) {
+  std::error_code none;
+  return booleanValue(files::exists(pathOf(machine, self), none));
+}
+Value isFolder(Machine& machine, const Value& self, const Value*) {
+  std::error_code none;
+  return booleanValue(files::is_directory(pathOf(machine, self), none));
+}
+Value parent(Machine& machine, const Value& self, const Value*) {
+  const files::path path = pathOf(machine, self);
+  return path == path.root_path() ? Value(ObjectRef()) : item(machine, path.parent_path());
+}
+Value child(Machine& machine, const Value& self, const Value* a) {
+  return item(machine, pathOf(machine, self) / textOf(a[0]));
+}
+Value createFolder(Machine& machine, const Value& self, const Value*) {
+  std::error_code none;
+  files::create_directory(pathOf(machine, self), none);
+  return {};
+}
+Value deleteItem(Machine& machine, const Value& self, const Value*) {
+  std::error_code none;
+  files::remove(pathOf(machine, self), none);
+  return {};
+}
+
+constexpr NativeRow kFolderItem[] = {
+    {"Constructor(path As String) As FolderItem", newItem},
+    {"NativePath As String", nativePath},
+    {"ShellPath As String", nativePath},
+    {"Name As String", name},
+    {"Exists As Boolean", exists},
+    {"Directory As Boolean", isFolder},
+    {"IsFolder As Boolean", isFolder},
+    {"Parent As FolderItem", parent},
+    {"Child(name As String) As FolderItem", child},
+    {"CreateFolder", createFolder},
+    {"Delete", deleteItem},
+};
+
+constexpr NativeRow kFileFunctions[] = {
+    {"GetFolderItem(path As String) As FolderItem", newItem},
+};
+
+// --- Variant
+
+Value type(Machine& machine, const Value& self, const Value*) {
+  const ObjectRef boxed = ObjectRef::adopt(testkit::host::box(machine.state(), self));
+  return machine.host().typeOf(boxed);
+}
+Value isNull(Machine&, const Value& self, const Value*) { return booleanValue(isNil(self)); }
+Value isNumeric(Machine& machine, const Value& self, const Value*) {
+  return booleanValue(typeOf(machine, self).isNumber());
+}
+Value isArray(Machine& machine, const Value& self, const Value*) {
+  return booleanValue(typeOf(machine, self).array);
+}
+template <const Type& to>
+Value as(Machine& machine, const Value& self, const Value*) {
+  return converted(machine, self, to);
+}
+template <zel::Name className>
+Value asObject(Machine& machine, const Value& self, const Value*) {
+  return converted(machine, self, objectOf(className.text));
+}
+
+constexpr NativeRow kVariantMembers[] = {
+    {"Type As Integer", type},
+    {"IsNull As Boolean", isNull},
+    {"IsNumeric As Boolean", isNumeric},
+    {"IsArray As Boolean", isArray},
+    {"StringValue As String", as<kString>},
+    {"IntegerValue As Integer", as<kInteger>},
+    {"Int32Value As Integer", as<kInteger>},
+    {"Int64Value As Int64", as<kInt64>},
+    {"SingleValue As Single", as<kSingle>},
+    {"DoubleValue As Double", as<kDouble>},
+    {"BooleanValue As Boolean", as<kBoolean>},
+    {"DateValue As Date", asObject<"Date">},
+    {"ObjectValue As Object", as<kAnyObject>},
+};
+
+}  // namespace
+
+std::span<const NativeRow> exceptionMembers() { return kException; }
+std::span<const NativeRow> dictionaryMembers() { return kDictionary; }
+std::span<const NativeRow> folderItemMembers() { return kFolderItem; }
+std::span<const NativeRow> fileFunctions() { return kFileFunctions; }
+std::span<const NativeRow> variantMembers() { return kVariantMembers; }
+
+}  // namespace runner

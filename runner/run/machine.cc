@@ -1,0 +1,60 @@
+#include "runner/run/machine.h"
+
+#include "host/exceptions.h"
+
+namespace runner {
+
+Frame::Frame(Machine& itsMachine, const std::string& itsMethod, std::size_t slotCount)
+    : machine(itsMachine),
+      method(itsMethod),
+      caller(itsMachine.frame_),
+      slots(slotCount),
+      references(slotCount) {
+  const char here = 0;
+  if (machine.stackStart_ - &here > Machine::kStackRoom)
+    machine.raise("StackOverflowException", "Methods call each other too deeply.");
+  machine.frame_ = this;
+}
+
+Frame::~Frame() { machine.frame_ = caller; }
+
+Machine::Machine(testkit::Host& host, std::ostream& out, std::istream& in)
+    : host_(host),
+      state_(testkit::host::currentState("a program")),
+      out_(out),
+      in_(in),
+      stackStart_(static_cast<const char*>(__builtin_frame_address(0))) {}
+
+void Machine::clear() {
+  for (Value& global : globals_) global = std::monostate();
+}
+
+std::vector<StackEntry> Machine::stack() const {
+  std::vector<StackEntry> entries;
+  for (const Frame* frame = frame_; frame != nullptr; frame = frame->caller)
+    entries.push_back({frame->method, frame->line});
+  return entries;
+}
+
+void Machine::raise(const std::string& className, const std::string& message) {
+  const ObjectRef exception = host_.make(className);
+  host_.setProperty(exception, "Message", message);
+  throw HostThrow{exception, stack()};
+}
+
+void Machine::raise(const ObjectRef& exception) {
+  if (!exception) raise("NilObjectException", "Nil can't be raised.");
+  throw HostThrow{exception, stack()};
+}
+
+void Machine::raiseFirstPending() {
+  const std::vector<ObjectRef> raised = host_.takePendingObjects();
+  raise(raised.front());
+}
+
+void Machine::pauseNow() {
+  calls_ = 0;
+  if (pause_) pause_();
+}
+
+}  // namespace runner

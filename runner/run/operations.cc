@@ -1,0 +1,259 @@
+#include "runner/run/operations.h"
+
+#include <algorithm>
+#include <cmath>
+#include <compare>
+#include <cstdint>
+#include <iterator>
+#include <limits>
+#include <tuple>
+#include <utility>
+
+#include "runner/syntax/text.h"
+
+namespace runner {
+namespace {
+
+struct Sign {
+  Operator op;
+  std::string_view sign;
+};
+constexpr Sign kSigns[] = {
+    {Operator::add, "+"},          {Operator::subtract, "-"},
+    {Operator::multiply, "*"},     {Operator::divide, "/"},
+    {Operator::divideWhole, "\\"}, {Operator::modulo, "Mod"},
+    {Operator::power, "^"},        {Operator::negate, "-"},
+    {Operator::equal, "="},        {Operator::different, "<>"},
+    {Operator::less, "<"},         {Operator::greater, ">"},
+    {Operator::lessOrEqual, "<="}, {Operator::greaterOrEqual, ">="},
+    {Operator::is, "Is"},          {Operator::bothOf, "And"},
+    {Operator::eitherOf, "Or"},    {Operator::oneOf, "Xor"},
+    {Operator::opposite, "Not"},
+};
+
+bool isArithmetic(Operator op) { return op <= Operator::power; }
+bool isComparison(Operator op) { return op >= Operator::equal && op <= Operator::greaterOrEqual; }
+bool isEquality(Operator op) { return op == Operator::equal || op == Operator::different; }
+
+bool isVariant(const Type& type) { return type == kVariant; }
+bool isDate(const Type& type) { return type == objectOf("Date"); }
+
+Type wholeType(const Type& left, const Type& right) {
+  const Type common = commonNumber(left, right);
+  return common.isInteger() ? common : kInt64;
+}
+
+Type arithmeticResult(Operator op, const Type& left, const Type& right) {
+  if (op == Operator::divide || op == Operator::power) return kDouble;
+  if (op == Operator::divideWhole || op == Operator::modulo) return wholeType(left, right);
+  return commonNumber(left, right);
+}
+
+bool comparable(const Types& types, Operator op, const Type& left, const Type& right) {
+  if (isVariant(left) || isVariant(right)) return true;
+  if (left.isNumber() && right.isNumber()) return true;
+  if (left == right && left == kString) return true;
+  if (isDate(left) && isDate(right)) return true;
+  if (!isEquality(op)) return false;
+  if (left == right) return true;
+  return left.isReference() && right.isReference() &&
+         (types.distance(left, right) || types.distance(right, left));
+}
+
+// --- at run time
+
+[[noreturn]] void fail(Machine& machine, Operator op, const Value& left, const Value& right) {
+  machine.raise("TypeMismatchException", "\"" + std::string(signOf(op)) +
+                                             "\" can't be used between " + typeName(machine, left) +
+                                             " and " + typeName(machine, right) + ".");
+}
+
+template <class Number>
+Number compute(Operator op, Number left, Number right) {
+  using Exact = std::conditional_t<std::is_integral_v<Number>, std::make_unsigned<Number>,
+                                   std::type_identity<Number>>;
+  using Wide = typename Exact::type;  // integers wrap around
+  const auto a = static_cast<Wide>(left);
+  const auto b = static_cast<Wide>(right);
+  if (op == Operator::add) return static_cast<Number>(a + b);
+  if (op == Operator::subtract) return static_cast<Number>(a - b);
+  return static_cast<Number>(a * b);
+}
+
+template <class Number>
+Number divide(Machine& machine, Operator op, Number left, Number right) {
+  if (right == 0) machine.raise("UnsupportedOperationException", "An integer was divided by 0.");
+  if constexpr (std::is_signed_v<Number>) {
+    // The one quotient that has no room.
+    if (right == -1)
+      return op == Operator::modulo ? 0 : compute<Number>(Operator::subtract, 0, left);
+  }
+  return op == Operator::modulo ? left % right : left / right;
+}
+
+template <class Number>
+Value calculateAs(Machine& machine, Operator op, const Value& left, const Value& right) {
+  const auto a = numberOf<Number>(left);
+  const auto b = numberOf<Number>(right);
+  if constexpr (std::is_integral_v<Number>) {
+    if (op == Operator::divideWhole || op == Operator::modulo) return divide(machine, op, a, b);
+  }
+  return compute(op, a, b);
+}
+
+Value calculate(Machine& machine, Operator op, const Value& left, const Value& right) {
+  if (op == Operator::divide) return numberOf<double>(left) / numberOf<double>(right);
+  if (op == Operator::power) return std::pow(numberOf<double>(left), numberOf<double>(right));
+  const Type type = arithmeticResult(op, typeOf(machine, left), typeOf(machine, right));
+  switch (type.kind) {
+    case Kind::int32:
+      return calculateAs<std::int32_t>(machine, op, left, right);
+    case Kind::uint64:
+      return calculateAs<std::uint64_t>(machine, op, left, right);
+    case Kind::single:
+      return calculateAs<float>(machine, op, left, right);
+    case Kind::real:
+      return calculateAs<double>(machine, op, left, right);
+    default:
+      return calculateAs<std::int64_t>(machine, op, left, right);
+  }
+}
+
+bool isNumber(const Value& value) {
+  return std::visit([](const auto& held) { return kIsNumber<std::decay_t<decltype(held)>>; },
+                    value);
+}
+
+std::partial_ordering compareNumbers(const Value& left, const Value& right) {
+  const auto both = [](const auto& a, const auto& b) -> std::partial_ordering {
+    using A = std::decay_t<decltype(a)>;
+    using B = std::decay_t<decltype(b)>;
+    if constexpr (!kIsNumber<A> || !kIsNumber<B>) {
+      return std::partial_ordering::unordered;
+    } else if constexpr (std::is_integral_v<A> && std::is_integral_v<B>) {
+      if (std::cmp_equal(a, b)) return std::partial_ordering::equivalent;
+      return std::cmp_less(a, b) ? std::partial_ordering::less : std::partial_ordering::greater;
+    } else {
+      return static_cast<double>(a) <=> static_cast<double>(b);
+    }
+  };
+  return std::visit(both, left, right);
+}
+
+std::strong_ordering compareDates(Machine& machine, const Value& left, const Value& right) {
+  const auto fields = [&machine](const Value& date) {
+    const testkit::DateFields f = machine.host().fieldsOf(std::get<ObjectRef>(date));
+    return std::tuple(f.year, f.month, f.day, f.hour, f.minute, f.second);
+  };
+  return fields(left) <=> fields(right);
+}
+
+// Unordered for what can't be compared.
+std::partial_ordering compare(Machine& machine, const Value& left, const Value& right) {
+  if (isNumber(left) && isNumber(right)) return compareNumbers(left, right);
+  const Type leftType = typeOf(machine, left);
+  const Type rightType = typeOf(machine, right);
+  if (leftType == kString && rightType == kString) return compareText(textOf(left), textOf(right));
+  if (isDate(leftType) && isDate(rightType)) return compareDates(machine, left, right);
+  // A text out of a Variant beside a number is taken as the number in it.
+  if ((isNumber(left) && rightType == kString) || (leftType == kString && isNumber(right)))
+    return compareNumbers(converted(machine, left, kDouble), converted(machine, right, kDouble));
+  return std::partial_ordering::unordered;
+}
+
+Value compareAs(Machine& machine, Operator op, const Value& left, const Value& right) {
+  if (isEquality(op))
+    return booleanValue(areEqual(machine, left, right) == (op == Operator::equal));
+  const std::partial_ordering order = compare(machine, left, right);
+  if (order == std::partial_ordering::unordered && !(isNumber(left) && isNumber(right)))
+    fail(machine, op, left, right);
+  if (op == Operator::less) return booleanValue(std::is_lt(order));
+  if (op == Operator::greater) return booleanValue(std::is_gt(order));
+  return booleanValue(op == Operator::lessOrEqual ? std::is_lteq(order) : std::is_gteq(order));
+}
+
+template <class T>
+T combine(Operator op, T left, T right) {
+  if (op == Operator::bothOf) return static_cast<T>(left & right);
+  return static_cast<T>(op == Operator::eitherOf ? left | right : left ^ right);
+}
+
+Value combineValues(Machine& machine, Operator op, const Value& left, const Value& right) {
+  const bool booleans =
+      std::holds_alternative<std::int8_t>(left) && std::holds_alternative<std::int8_t>(right);
+  if (booleans)
+    return booleanValue(combine<int>(op, isTrue(left) ? 1 : 0, isTrue(right) ? 1 : 0) != 0);
+  const Type leftType = typeOf(machine, left);
+  const Type rightType = typeOf(machine, right);
+  if (!leftType.isInteger() || !rightType.isInteger()) fail(machine, op, left, right);
+  const auto bits = combine(op, numberOf<std::int64_t>(left), numberOf<std::int64_t>(right));
+  return converted(machine, bits, commonNumber(leftType, rightType));
+}
+
+}  // namespace
+
+std::string_view signOf(Operator op) {
+  return std::find_if(std::begin(kSigns), std::end(kSigns),
+                      [op](const Sign& sign) { return sign.op == op; })
+      ->sign;
+}
+
+std::optional<Type> resultOf(const Types& types, Operator op, const Type& left, const Type& right) {
+  if (left.kind == Kind::nothing || right.kind == Kind::nothing) return std::nullopt;
+  if (op == Operator::is)
+    return left.isReference() && right.isReference() ? std::optional(kBoolean) : std::nullopt;
+  if (isComparison(op))
+    return comparable(types, op, left, right) ? std::optional(kBoolean) : std::nullopt;
+  const bool variants = isVariant(left) || isVariant(right);
+  if (isArithmetic(op)) {
+    if (left.isNumber() && right.isNumber()) return arithmeticResult(op, left, right);
+    if (op == Operator::add && left == kString && right == kString) return kString;
+    const auto fits = [op](const Type& type) {
+      return isVariant(type) || type.isNumber() || (op == Operator::add && type == kString);
+    };
+    return variants && fits(left) && fits(right) ? std::optional(kVariant) : std::nullopt;
+  }
+  if (left == kBoolean && right == kBoolean) return kBoolean;
+  if (left.isInteger() && right.isInteger()) return commonNumber(left, right);
+  const auto fits = [](const Type& type) {
+    return isVariant(type) || type == kBoolean || type.isInteger();
+  };
+  return variants && fits(left) && fits(right) ? std::optional(kVariant) : std::nullopt;
+}
+
+std::optional<Type> resultOf(Operator op, const Type& operand) {
+  if (isVariant(operand)) return kVariant;
+  if (op == Operator::negate) return operand.isNumber() ? std::optional(operand) : std::nullopt;
+  return operand == kBoolean || operand.isInteger() ? std::optional(operand) : std::nullopt;
+}
+
+Value operate(Machine& machine, Operator op, const Value& left, const Value& right) {
+  if (op == Operator::is) return booleanValue((isNil(left) && isNil(right)) || left == right);
+  if (isComparison(op)) return compareAs(machine, op, left, right);
+  if (!isArithmetic(op)) return combineValues(machine, op, left, right);
+  if (isNumber(left) && isNumber(right)) return calculate(machine, op, left, right);
+  if (op == Operator::add && (isText(left) || isText(right)))
+    return textOf(converted(machine, left, kString)) + textOf(converted(machine, right, kString));
+  fail(machine, op, left, right);
+}
+
+Value operate(Machine& machine, Operator op, const Value& operand) {
+  if (op == Operator::negate) {
+    if (!isNumber(operand)) fail(machine, Operator::subtract, std::int32_t{}, operand);
+    if (const auto* const real = std::get_if<double>(&operand)) return -*real;
+    if (const auto* const single = std::get_if<float>(&operand)) return -*single;
+    return converted(machine, calculate(machine, Operator::subtract, std::int32_t{}, operand),
+                     typeOf(machine, operand));
+  }
+  if (std::holds_alternative<std::int8_t>(operand)) return booleanValue(!isTrue(operand));
+  return combineValues(machine, Operator::oneOf, operand, std::int32_t{-1});
+}
+
+bool areEqual(Machine& machine, const Value& left, const Value& right) {
+  if (isNil(left) || isNil(right)) return isNil(left) && isNil(right);
+  if (isText(left) && isText(right)) return std::is_eq(compareText(textOf(left), textOf(right)));
+  if (left.index() == right.index() && left == right) return true;
+  return std::is_eq(compare(machine, left, right));
+}
+
+}  // namespace runner

@@ -1,0 +1,56 @@
+#include "runner/syntax/diagnostic.h"
+
+#include <algorithm>
+
+#include "runner/syntax/text.h"
+
+namespace runner {
+
+void refuse(const Place& place, std::string message, std::vector<std::string> declarations,
+            std::string suggestion) {
+  throw Problem{place, std::move(message), std::move(declarations), std::move(suggestion)};
+}
+
+Diagnostic diagnose(const Source& source, const Problem& problem) {
+  Diagnostic diagnostic;
+  diagnostic.file = source.name();
+  diagnostic.line = source.line(problem.place);
+  diagnostic.column = source.column(problem.place);
+  diagnostic.lineText = source.lineText(diagnostic.line);
+  const auto rest = static_cast<int>(characters(diagnostic.lineText)) - diagnostic.column + 1;
+  const auto wanted = static_cast<int>(characters(source.text(problem.place)));
+  diagnostic.length = std::max(1, std::min(wanted, rest));
+  diagnostic.message = problem.message;
+  diagnostic.declarations = problem.declarations;
+  diagnostic.suggestion = problem.suggestion;
+  return diagnostic;
+}
+
+std::string format(const Diagnostic& diagnostic) {
+  const std::string number = std::to_string(diagnostic.line);
+  const std::string margin(number.size(), ' ');
+  // Tabs stay tabs, so that the mark stands below what it marks.
+  std::string indent;
+  const std::size_t before =
+      byteOffset(diagnostic.lineText, static_cast<std::size_t>(diagnostic.column) - 1);
+  const std::string_view prefix = std::string_view(diagnostic.lineText).substr(0, before);
+  for (std::size_t i = 0; i < characters(prefix); ++i)
+    indent += middle(prefix, i, 1) == "\t" ? '\t' : ' ';
+  std::string text = diagnostic.file + ":" + number + ":" + std::to_string(diagnostic.column) +
+                     ": error: " + diagnostic.message + "\n";
+  text += "  " + number + " | " + diagnostic.lineText + "\n";
+  text += "  " + margin + " | " + indent + "^" +
+          std::string(static_cast<std::size_t>(diagnostic.length) - 1, '~') + "\n";
+  for (const std::string& declaration : diagnostic.declarations)
+    text += "  declared: " + declaration + "\n";
+  if (!diagnostic.suggestion.empty()) text += "  Did you mean \"" + diagnostic.suggestion + "\"?\n";
+  return text;
+}
+
+std::string format(const std::vector<Diagnostic>& diagnostics) {
+  std::string text;
+  for (const Diagnostic& diagnostic : diagnostics) text += format(diagnostic);
+  return text;
+}
+
+}  // namespace runner

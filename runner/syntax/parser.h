@@ -1,0 +1,16 @@
+// From a program's text to its tree. The grammar stands in docs/language.md.
+#pragma once
+
+#include "runner/syntax/ast.h"
+
+namespace runner {
+
+/// Throws Problem, which says what was expected, at the first thing that is wrong.
+Program parse(const Source& source);
+/// The same for a text that is one expression.
+ExpressionPtr parseExpression(const Source& source);
+
+/// Whether a text that doesn't parse would if more lines followed: a block or a line is open.
+bool isUnfinished(const Source& source);
+
+}  // namespace runner

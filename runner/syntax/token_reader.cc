@@ -1,0 +1,113 @@
+#include "runner/syntax/token_reader.h"
+
+#include <algorithm>
+
+#include "runner/syntax/diagnostic.h"
+
+namespace runner {
+namespace {
+
+using Kind = Token::Kind;
+
+constexpr int kDeepest = 200;
+
+constexpr std::string_view kReserved[] = {
+    "and",   "as",       "assigns", "byref",   "byval",  "call",     "case",  "catch",
+    "const", "continue", "dim",     "do",      "downto", "each",     "else",  "elseif",
+    "end",   "exit",     "false",   "finally", "for",    "function", "if",    "in",
+    "is",    "isa",      "loop",    "mod",     "new",    "next",     "nil",   "not",
+    "or",    "raise",    "redim",   "return",  "select", "step",     "sub",   "then",
+    "to",    "true",     "try",     "until",   "var",    "wend",     "while", "xor",
+};
+
+std::string shown(const Token& token) {
+  switch (token.kind) {
+    case Kind::endOfLine:
+      return "the end of the line";
+    case Kind::end:
+      return "the end of the program";
+    case Kind::number:
+      return "a number";
+    case Kind::text:
+      return "a text";
+    case Kind::word:
+    case Kind::sign:
+      break;
+  }
+  return "\"" + token.text + "\"";
+}
+
+}  // namespace
+
+const Token& TokenReader::ahead(std::size_t count) const {
+  return tokens_[std::min(at_ + count, tokens_.size() - 1)];
+}
+
+bool TokenReader::atEndOfLine() const {
+  return current().kind == Kind::endOfLine || atEnd() || current().is(":");
+}
+
+bool TokenReader::accept(std::string_view wanted) {
+  if (!current().is(wanted)) return false;
+  advance();
+  return true;
+}
+
+void TokenReader::expect(std::string_view wanted, const std::string& expected) {
+  if (!accept(wanted)) fail(expected);
+}
+
+Token TokenReader::name(const std::string& expected) {
+  if (current().kind == Kind::word && isReserved(current().text)) {
+    refuse(current().place, "\"" + current().text +
+                                "\" has a meaning of its own and can't be used as a name; "
+                                "expected " +
+                                expected + ".");
+  }
+  return anyWord(expected);
+}
+
+Token TokenReader::anyWord(const std::string& expected) {
+  if (current().kind != Kind::word) fail(expected);
+  Token found = current();
+  advance();
+  return found;
+}
+
+testkit::Type TokenReader::type(Place* place) {
+  const Token word = name("the name of a type");
+  testkit::Type type{word.text, emptyParentheses()};
+  *place = span(word.place, lastPlace());
+  return type;
+}
+
+bool TokenReader::emptyParentheses() {
+  if (!current().is("(") || !ahead().is(")")) return false;
+  advance();
+  advance();
+  return true;
+}
+
+void TokenReader::fail(const std::string& expected) {
+  ranOut_ = atEnd() || (current().kind == Kind::endOfLine && ahead().kind == Kind::end);
+  Place place = current().place;
+  if (atEnd() || current().kind == Kind::endOfLine) place.end = place.begin;
+  refuse(place, "Expected " + expected + ", found " + shown(current()) + ".");
+}
+
+Nesting::Nesting(int& depth, const Place& place) : depth_(depth) {
+  checkDepth(depth_ + 1, place);
+  ++depth_;
+}
+
+void checkDepth(int depth, const Place& place) {
+  if (depth > kDeepest) refuse(place, "This is nested too deeply.");
+}
+
+bool isReserved(std::string_view word) {
+  return std::any_of(std::begin(kReserved), std::end(kReserved), [word](std::string_view reserved) {
+    return testkit::sameName(word, reserved);
+  });
+}
+
+}  // namespace runner

@@ -2,7 +2,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/macho/sample_file.h"
+#include "tests/macho/file/sample_file.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "runner/command/session.h"
-#include "tests/testkit/sample_plugin.h"
+#include "tests/host/sample_plugin.h"
 
 namespace tests {
 

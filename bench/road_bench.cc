@@ -197,4 +197,4 @@ int run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, run); }
+int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }

@@ -13,7 +13,7 @@
 
 namespace {
 
-using testkit::Host;
+using host::Host;
 
 constexpr int kTurns = 100'000;
 constexpr char kClass[] = "SampleZEL";
@@ -26,8 +26,8 @@ zel::REALboolean isEmpty(zel::REALobject /*instance*/, zel::REALstring text) {
 }
 
 template <class Function>
-testkit::PluginFunction asPluginFunction(Function* function) {
-  return reinterpret_cast<testkit::PluginFunction>(function);
+host::PluginFunction asPluginFunction(Function* function) {
+  return reinterpret_cast<host::PluginFunction>(function);
 }
 
 // Runs a loop with this in it once for every iteration of the benchmark.

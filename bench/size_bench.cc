@@ -17,9 +17,9 @@
 
 namespace {
 
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Value;
 using Values = std::vector<Value>;
 using namespace std::string_literals;
 
@@ -31,7 +31,7 @@ Host* host = nullptr;
 ObjectRef defaults;
 
 Value call(const char* method, const Values& arguments) {
-  const testkit::Outcome outcome = host->call(defaults, method, arguments);
+  const host::Outcome outcome = host->call(defaults, method, arguments);
   if (!outcome.raised) return outcome.value;
   std::fprintf(stderr, "%s raised %s: %s\n", method, outcome.raised->className.c_str(),
                outcome.raised->message.value_or("").c_str());
@@ -39,7 +39,7 @@ Value call(const char* method, const Values& arguments) {
 }
 
 ObjectRef dictionaryOf(std::int64_t size) {
-  testkit::Entries entries;
+  host::Entries entries;
   for (std::int64_t i = 0; i < size; ++i)
     entries.emplace_back("key " + std::to_string(i), static_cast<std::int32_t>(i));
   return host->dictionary(entries);
@@ -102,10 +102,10 @@ int run(int argc, char** argv) {
     std::fprintf(stderr, "usage: %s PLUGIN [BENCHMARK OPTION ...]\n", argv[0]);
     return 2;
   }
-  const testkit::PluginLibrary library(argv[1]);
+  const host::PluginLibrary library(argv[1]);
   Host theHost({.keepSequence = false});
   host = &theHost;
-  testkit::Family family(theHost, testkit::addToRuntime());
+  host::Family family(theHost, host::addToRuntime());
   family.provideExceptions();
   theHost.load(library.main());
   defaults =
@@ -121,4 +121,4 @@ int run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, run); }
+int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }

@@ -25,10 +25,10 @@
 
 namespace {
 
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Outcome;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Outcome;
+using host::Value;
 
 using namespace std::string_literals;
 
@@ -153,9 +153,9 @@ void runProgram(const std::string& file, std::vector<std::string> arguments) {
 }
 
 void tour(const std::string& program, const std::string& plugin, bool readOnly) {
-  const testkit::PluginLibrary library(plugin);
+  const host::PluginLibrary library(plugin);
   Host host;
-  testkit::Family family(host, testkit::addToRuntime());
+  host::Family family(host, host::addToRuntime());
   family.provideExceptions();
   host.load(library.main());
   const ObjectRef defaults =
@@ -199,4 +199,4 @@ int run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, run); }
+int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }

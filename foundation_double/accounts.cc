@@ -6,7 +6,7 @@
 #include "foundation_double/encodings.h"
 #include "foundation_double/runtime.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 Accounts& Accounts::shared() {
   static auto* const accounts = new Accounts;  // outlives every static object that might use it
@@ -130,4 +130,4 @@ std::string addressText(const void* object) {
   return text;
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -17,7 +17,7 @@
 #include "foundation_double/faults.h"
 #include "native/objc.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct ClassRecord;
 
@@ -154,4 +154,4 @@ std::string describe(const Instance& object);
 /// An address as Foundation writes it: "0x7f00".
 std::string addressText(const void* object);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-namespace testkit {
+namespace foundation_double {
 
 Allocations& Allocations::shared() {
   static auto* const allocations = new Allocations;  // blocks are still freed at exit
@@ -30,9 +30,9 @@ void Allocations::made(void* block) {
 
 void Allocations::freed(void* block) { blocks_.erase(block); }
 
-}  // namespace testkit
+}  // namespace foundation_double
 
-using testkit::Allocations;
+using foundation_double::Allocations;
 
 // The names that the linker's --wrap asks for.
 extern "C" {

@@ -10,7 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace testkit {
+namespace foundation_double {
 
 class Allocations {
  public:
@@ -45,4 +45,4 @@ class Allocations {
   std::unordered_set<void*> blocks_;
 };
 
-}  // namespace testkit
+}  // namespace foundation_double

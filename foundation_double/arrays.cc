@@ -4,7 +4,7 @@
 #include "foundation_double/exceptions.h"
 #include "foundation_double/literals.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 ArrayBody& arrayBody(const void* array) { return bodyOf<ArrayBody>(array, "array"); }
@@ -99,4 +99,4 @@ zel::id createArray(std::vector<Held> elements) {
   return createObject("NSArray", std::move(body));
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -8,7 +8,7 @@
 #include "foundation_double/accounts.h"
 #include "native/geometry.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct ArrayBody : Body {
   std::vector<Held> elements;
@@ -20,4 +20,4 @@ struct ArrayBody : Body {
 /// A new, immutable list with one reference for the caller.
 zel::id createArray(std::vector<Held> elements);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -3,7 +3,7 @@
 
 #include "foundation_double/runtime.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 ClassDefinition objectClass();
 ClassDefinition exceptionClass();
@@ -34,4 +34,4 @@ inline constexpr ClassDefinition (*kClasses[])() = {
     urlClass,          pointerTableClass, userDefaultsClass,
 };
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

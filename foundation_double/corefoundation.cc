@@ -13,7 +13,7 @@
 #include "foundation_double/runtime.h"
 #include "foundation_double/strings.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// The constants that Foundation exports; each one's text is its name.
@@ -85,11 +85,12 @@ void spoil(char* buffer, zel::CFIndex size) {
 }
 
 }  // namespace
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc
 
 namespace zel {
 
-using namespace testkit::objc;  // NOLINT(google-build-using-namespace): this file is its C face.
+using namespace foundation_double::objc;  // NOLINT(google-build-using-namespace): this file is its
+                                          // C face.
 
 CFTypeRef CFRetain(CFTypeRef object) {
   if (!enter(__func__)) return nullptr;

@@ -2,7 +2,7 @@
 
 #include "foundation_double/classes.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 DataBody& dataBody(const void* data) { return bodyOf<DataBody>(data, "data"); }
@@ -49,4 +49,4 @@ zel::id createData(std::unique_ptr<DataBody> body) {
   return createObject("NSData", std::move(body));
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

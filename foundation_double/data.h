@@ -7,7 +7,7 @@
 #include "foundation_double/accounts.h"
 #include "native/geometry.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct DataBody : Body {
   std::string bytes;
@@ -20,4 +20,4 @@ struct DataBody : Body {
 /// New data with one reference for the caller.
 zel::id createData(std::unique_ptr<DataBody> body);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -7,7 +7,7 @@
 #include "foundation_double/numbers.h"
 #include "native/geometry.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 constexpr std::int64_t kSecondsOfDay = 86400;
@@ -168,4 +168,4 @@ std::int32_t& localZoneSeconds() {
   return seconds;
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

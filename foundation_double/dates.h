@@ -8,7 +8,7 @@
 #include "foundation_double/accounts.h"
 #include "native/objc.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct DateBody : Body {
   double seconds = 0;            // since the first instant of 2001 in Greenwich
@@ -23,4 +23,4 @@ zel::id createDate(double seconds);
 /// The local time zone, in seconds east of Greenwich.
 std::int32_t& localZoneSeconds();
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -6,7 +6,7 @@
 #include "foundation_double/runtime.h"
 #include "foundation_double/strings.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 constexpr std::u16string_view kArgumentDomain = u"NSArgumentDomain";
@@ -149,4 +149,4 @@ zel::id createDictionary(const DefaultsValues& values) {
   return createDictionary(std::move(body));
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -13,7 +13,7 @@
 #include "foundation_double/dictionaries.h"
 #include "native/objc.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// The persistent domain that values set by key go to.
 inline constexpr const char* kApplicationDomain = "com.example.program";
@@ -84,4 +84,4 @@ Held frozen(const void* object);
 /// A dictionary of a domain's contents, sorted by key, with one reference for the caller.
 zel::id createDictionary(const DefaultsValues& values);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -7,7 +7,7 @@
 #include "foundation_double/numbers.h"
 #include "foundation_double/strings.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// The same for keys that are equal.
@@ -105,4 +105,4 @@ zel::id createDictionary(std::unique_ptr<DictionaryBody> body) {
   return createObject("NSDictionary", std::move(body));
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -11,7 +11,7 @@
 #include "foundation_double/accounts.h"
 #include "native/geometry.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 class DictionaryBody : public Body {
  public:
@@ -34,4 +34,4 @@ class DictionaryBody : public Body {
 /// A new, immutable dictionary with one reference for the caller.
 zel::id createDictionary(std::unique_ptr<DictionaryBody> body);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

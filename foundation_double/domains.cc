@@ -5,7 +5,7 @@
 #include "foundation_double/strings.h"
 #include "foundation_double/user_defaults.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 using Domains = DefaultsDomains::Domains;
@@ -131,4 +131,4 @@ std::vector<Method> domainMethods() {
           method("objectIsForcedForKey:inDomain:", &objectIsForcedInDomain)};
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

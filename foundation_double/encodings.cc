@@ -7,7 +7,7 @@
 
 #include "foundation_double/faults.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// Mac Roman from 0x80 on, as Core Foundation maps it.
@@ -175,4 +175,4 @@ std::u16string fromUtf8(std::string_view utf8) {
   return *std::move(units);
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

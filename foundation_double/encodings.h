@@ -7,7 +7,7 @@
 
 #include "native/corefoundation.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// ISO 8859-1, which only older host programs still use.
 inline constexpr zel::CFStringEncoding kLatin1 = 0x201;
@@ -25,4 +25,4 @@ std::optional<std::string> encodeMacRoman(std::u16string_view units);
 /// The units of text that is known to be valid UTF-8; anything else is misuse.
 std::u16string fromUtf8(std::string_view utf8);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

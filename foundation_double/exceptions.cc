@@ -4,7 +4,7 @@
 #include "foundation_double/strings.h"
 #include "native/exceptions.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 struct ExceptionBody : Body {
@@ -75,12 +75,12 @@ void raise(const std::string& name, const std::string& reason) {
   throw NativeException{pooled(createException("NSException", name, reason, nullptr))};
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc
 
 namespace zel {
 
-using testkit::objc::misuseWithoutAnswer;
-using testkit::objc::NativeException;
+using foundation_double::objc::misuseWithoutAnswer;
+using foundation_double::objc::NativeException;
 
 Object* zelCatch(void (*body)(void*), void* context) {
   try {

@@ -6,7 +6,7 @@
 
 #include "native/objc.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// What is thrown when a native object is: the object, without a reference of its own. It unwinds
 /// like the exceptions of the GNU runtime, so clean-ups of frames that have some are run.
@@ -21,4 +21,4 @@ zel::id createException(const std::string& className, const std::optional<std::s
 /// Throws a new NSException.
 [[noreturn]] void raise(const std::string& name, const std::string& reason);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

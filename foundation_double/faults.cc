@@ -8,7 +8,7 @@
 #include "foundation_double/exceptions.h"
 #include "foundation_double/runtime.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// A real runtime's reference counting never raises, and no code is prepared for it.
@@ -114,4 +114,4 @@ void misuseWithoutAnswer(const std::string& text) {
   throw std::logic_error(text);
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

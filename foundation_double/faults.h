@@ -10,7 +10,7 @@
 
 #include "native/objc.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct Instance;
 
@@ -64,4 +64,4 @@ void misuse(const std::string& text);
 /// Reports misuse that leaves nothing to answer: throws std::logic_error if the handler returns.
 [[noreturn]] void misuseWithoutAnswer(const std::string& text);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -11,7 +11,7 @@
 #include "foundation_double/normalization.h"
 #include "native/files.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 // The File Manager's result codes, under their own names.
@@ -78,11 +78,12 @@ void give(const FileNode& node, zel::FSCatalogInfoBitmap which, zel::FSCatalogIn
 }
 
 }  // namespace
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc
 
 namespace zel {
 
-using namespace testkit::objc;  // NOLINT(google-build-using-namespace): this file is its C face.
+using namespace foundation_double::objc;  // NOLINT(google-build-using-namespace): this file is its
+                                          // C face.
 
 OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap which, FSCatalogInfo* info,
                        HFSUniStr255* name, FSSpec* spec, FSRef* parent) {

@@ -6,7 +6,7 @@
 #include "foundation_double/file_tree.h"
 #include "native/files.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// The reference of an item; that of null is all zeros.
 inline zel::FSRef refTo(const FileNode* node) {
@@ -22,4 +22,4 @@ inline FileNode* nodeOf(const zel::FSRef& ref) {
   return FileTree::shared().bySerial(serial);
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

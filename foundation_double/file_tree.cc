@@ -4,7 +4,7 @@
 #include "foundation_double/faults.h"
 #include "foundation_double/normalization.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 constexpr std::uint32_t kRootId = 2;
@@ -127,4 +127,4 @@ FileNode* FileTree::rootOf(std::int16_t volume) {
   return bySerial(volumes_[static_cast<std::size_t>(place)]);
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 enum class FileKind { kFile, kFolder, kVolume };
 
@@ -58,4 +58,4 @@ class FileTree {
   std::vector<std::uint32_t> volumes_;  // the serial numbers of their roots; their own is the place
 };
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

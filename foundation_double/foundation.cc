@@ -8,7 +8,7 @@
 #include "foundation_double/runtime.h"
 #include "foundation_double/strings.h"
 
-namespace testkit {
+namespace foundation_double {
 
 using objc::Accounts;
 using objc::DefaultsDatabase;
@@ -143,4 +143,4 @@ std::optional<std::optional<std::string>> Foundation::lastUserName() {
   return DefaultsDatabase::shared().lastUserName;
 }
 
-}  // namespace testkit
+}  // namespace foundation_double

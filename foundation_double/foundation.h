@@ -30,7 +30,7 @@
 #include "native/geometry.h"
 #include "native/objc.h"
 
-namespace testkit {
+namespace foundation_double {
 
 class Foundation {
  public:
@@ -230,4 +230,4 @@ class Foundation {
                               Implementation implementation);
 };
 
-}  // namespace testkit
+}  // namespace foundation_double

@@ -13,7 +13,7 @@
 #include "foundation_double/urls.h"
 #include "foundation_double/values.h"
 
-namespace testkit {
+namespace foundation_double {
 
 using objc::FileKind;
 using objc::FileTree;
@@ -124,4 +124,4 @@ bool Foundation::fileExists(const std::string& path) {
   return FileTree::shared().find(fromUtf8(path)) != nullptr;
 }
 
-}  // namespace testkit
+}  // namespace foundation_double

@@ -3,7 +3,7 @@
 #include "foundation_double/encodings.h"
 #include "foundation_double/runtime.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 std::string literalOf(const void* object) {
   if (object == nullptr) return "nil";
@@ -23,4 +23,4 @@ std::string quoted(std::u16string_view units) {
   return text + '"';
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

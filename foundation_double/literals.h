@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// The object's literal; its class's name when it has none, "nil" for null. A dead object's class
 /// follows "dead".
@@ -12,4 +12,4 @@ std::string literalOf(const void* object);
 /// The text in quotes; quotes and backslashes in it follow a backslash.
 std::string quoted(std::u16string_view units);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

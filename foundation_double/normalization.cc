@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// A letter and what it is composed of; the base may be composed itself.
@@ -149,4 +149,4 @@ std::u16string decomposed(std::u16string_view units) {
   return result;
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 std::u16string decomposed(std::u16string_view units);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

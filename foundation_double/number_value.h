@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <variant>
 
-namespace testkit {
+namespace foundation_double {
 
 using NumberValue = std::variant<std::int64_t, std::uint64_t, float, double>;
 
@@ -21,4 +21,4 @@ NumberValue numberValue(T value) {
   }
 }
 
-}  // namespace testkit
+}  // namespace foundation_double

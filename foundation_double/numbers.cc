@@ -14,7 +14,7 @@
 #include "native/geometry.h"
 #include "native/numbers.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// Cut towards zero, and to the limits where it doesn't fit.
@@ -194,13 +194,13 @@ std::string textOf(double value, int digits) {
   return text;
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc
 
 namespace zel {
 
 const char* zelNumberType(id number) {
-  if (!testkit::objc::Faults::shared().countCall(__func__)) return "";
-  return testkit::objc::numberBody(number).code.c_str();
+  if (!foundation_double::objc::Faults::shared().countCall(__func__)) return "";
+  return foundation_double::objc::numberBody(number).code.c_str();
 }
 
 }  // namespace zel

@@ -8,7 +8,7 @@
 #include "foundation_double/number_value.h"
 #include "native/objc.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// A number as it was given and the type that it says it has; the two need not fit.
 struct NumberBody : Body {
@@ -36,4 +36,4 @@ zel::BOOL booleanValue(const void* object);
 /// A number in the shortest form of that many digits.
 std::string textOf(double value, int digits = 16);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

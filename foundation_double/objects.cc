@@ -4,7 +4,7 @@
 #include "foundation_double/exceptions.h"
 #include "foundation_double/strings.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 zel::id alloc(zel::id self, zel::SEL /*selector*/) { return createInstance(classRecord(self)); }
@@ -57,4 +57,4 @@ ClassDefinition objectClass() {
       .classMethods = {method("alloc", &alloc), method("class", &classOfClass)}};
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -2,7 +2,7 @@
 
 #include "foundation_double/classes.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 ClassDefinition pointerTableClass() { return {.name = "CFPointerTable"}; }
 
@@ -17,4 +17,4 @@ zel::CFMutableDictionaryRef sharedPointerTable() {
   return handle<zel::CFMutableDictionaryRef>(table);
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -6,7 +6,7 @@
 #include "foundation_double/accounts.h"
 #include "native/corefoundation.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct PointerTableBody : Body {
   std::map<const void*, const void*> entries;
@@ -21,4 +21,4 @@ inline std::map<const void*, const void*>& tableEntries(zel::CFDictionaryRef tab
   return bodyOf<PointerTableBody>(table, "dictionary").entries;
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

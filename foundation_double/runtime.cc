@@ -4,7 +4,7 @@
 #include "foundation_double/exceptions.h"
 #include "native/methods.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// What a message to a dead object reaches once the failure handler has returned.
@@ -136,34 +136,35 @@ std::string messageText(const Instance& receiver, zel::SEL selector) {
   return (isClassObject(receiver) ? "+[" : "-[") + receiver.isa->name + " " + selector->name + "]";
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc
 
 namespace zel {
 
-using testkit::objc::Accounts;
-using testkit::objc::Faults;
-using testkit::objc::Instance;
-using testkit::objc::Records;
-using testkit::objc::Runtime;
+using foundation_double::objc::Accounts;
+using foundation_double::objc::Faults;
+using foundation_double::objc::Instance;
+using foundation_double::objc::Records;
+using foundation_double::objc::Runtime;
 
 SEL sel_registerName(const char* name) { return Runtime::shared().selector(name); }
 
 Class* objc_lookUpClass(const char* name) {
-  return testkit::objc::handle<Class*>(Runtime::shared().find(name));
+  return foundation_double::objc::handle<Class*>(Runtime::shared().find(name));
 }
 
 Class* class_getSuperclass(Class* subclass) {
-  return testkit::objc::handle<Class*>(testkit::objc::classRecord(subclass).superClass);
+  return foundation_double::objc::handle<Class*>(
+      foundation_double::objc::classRecord(subclass).superClass);
 }
 
 Class* objc_getMetaClass(const char* className) {
-  const testkit::objc::ClassRecord* const found = Runtime::shared().find(className);
-  return found == nullptr ? nullptr : testkit::objc::handle<Class*>(found->isa);
+  const foundation_double::objc::ClassRecord* const found = Runtime::shared().find(className);
+  return found == nullptr ? nullptr : foundation_double::objc::handle<Class*>(found->isa);
 }
 
 BOOL class_addMethod(Class* owner, SEL selector, void (*implementation)(), const char* /*types*/) {
   if (!Faults::shared().countCall("class_addMethod") || owner == nullptr) return 0;
-  testkit::objc::ClassRecord& record = testkit::objc::classRecord(owner);
+  foundation_double::objc::ClassRecord& record = foundation_double::objc::classRecord(owner);
   const bool hidden = record.hidden.count(selector) != 0;
   if (!hidden && record.methods.count(selector) != 0) return 0;
   return record.addedMethods.emplace(selector, implementation).second ? 1 : 0;
@@ -172,7 +173,7 @@ BOOL class_addMethod(Class* owner, SEL selector, void (*implementation)(), const
 const char* object_getClassName(void* object) {
   const Instance* const found = Accounts::shared().find(object);
   if (found == nullptr || found->dead) {
-    testkit::objc::misuseWithoutAnswer("the class name of what is no live object");
+    foundation_double::objc::misuseWithoutAnswer("the class name of what is no live object");
   }
   return found->isa->name.c_str();
 }
@@ -180,17 +181,19 @@ const char* object_getClassName(void* object) {
 void (*objc_msg_lookup(void* receiver, SEL selector))() {
   Instance* const object = Accounts::shared().find(receiver);
   if (object == nullptr) {
-    return testkit::objc::reportDeadReceiver(selector->name + " sent to what is no object");
+    return foundation_double::objc::reportDeadReceiver(selector->name +
+                                                       " sent to what is no object");
   }
   const std::string message = messageText(*object, selector);
   Records::shared().messages.push_back(message);
-  if (object->dead) return testkit::objc::reportDeadReceiver(message + " sent to a dead object");
+  if (object->dead)
+    return foundation_double::objc::reportDeadReceiver(message + " sent to a dead object");
   if (!object->isa->defined) {
-    return testkit::objc::reportDeadReceiver(message + " sent to a class that is gone");
+    return foundation_double::objc::reportDeadReceiver(message + " sent to a class that is gone");
   }
   Faults::shared().countMessage(*object, selector);
   const auto method = findMethod(*object, selector);
-  if (method == nullptr) testkit::objc::raiseUnrecognized(*object, selector);
+  if (method == nullptr) foundation_double::objc::raiseUnrecognized(*object, selector);
   return method;
 }
 

@@ -21,7 +21,7 @@ struct Selector {
 };
 }  // namespace zel
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// A method's body with its type erased.
 using Implementation = void (*)();
@@ -111,4 +111,4 @@ Handle createObject(std::string_view className, std::unique_ptr<Body> body) {
       Accounts::shared().create(Runtime::shared().require(className), std::move(body)));
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

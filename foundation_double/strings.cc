@@ -5,7 +5,7 @@
 #include "foundation_double/classes.h"
 #include "foundation_double/literals.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 zel::CFIndex length(zel::id self, zel::SEL /*selector*/) { return stringBody(self).length(); }
@@ -48,4 +48,4 @@ zel::CFStringRef constantString(const std::string& utf8) {
   return constant;
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -8,7 +8,7 @@
 #include "foundation_double/encodings.h"
 #include "native/corefoundation.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct StringBody : Body {
   std::u16string units;
@@ -34,4 +34,4 @@ zel::CFMutableStringRef createMutableString(const StringBody& original);
 /// The string of that text that lives as long as the process: the same one each time.
 zel::CFStringRef constantString(const std::string& utf8);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -9,7 +9,7 @@
 #include "foundation_double/urls.h"
 #include "native/files.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 /// Records the call; false when it is to fail.
@@ -18,11 +18,12 @@ bool enter(const char* function) { return Faults::shared().countCall(function); 
 std::u16string textOf(zel::CFURLRef url) { return *bodyOf<UrlBody>(url, "URL").text(); }
 
 }  // namespace
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc
 
 namespace zel {
 
-using namespace testkit::objc;  // NOLINT(google-build-using-namespace): this file is its C face.
+using namespace foundation_double::objc;  // NOLINT(google-build-using-namespace): this file is its
+                                          // C face.
 
 CFURLRef CFURLCreateWithString(CFAllocatorRef /*allocator*/, CFStringRef text, CFURLRef base) {
   if (!enter(__func__) || text == nullptr) return nullptr;

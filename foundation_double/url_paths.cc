@@ -4,7 +4,7 @@
 
 #include "foundation_double/encodings.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 constexpr std::u16string_view kSlash = u"/";
@@ -83,4 +83,4 @@ std::u16string_view lastComponent(std::u16string_view path) {
   return item.empty() ? kSlash : item.substr(item.find_last_of(kSlash) + 1);
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

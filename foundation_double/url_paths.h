@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// The text with every character escaped that may not stand in a path.
 std::u16string escapedPath(std::u16string_view path);
@@ -26,4 +26,4 @@ std::u16string_view pathOfFolder(std::u16string_view path);
 /// The last component, without slashes around it; "/" for "/".
 std::u16string_view lastComponent(std::u16string_view path);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

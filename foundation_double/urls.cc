@@ -7,7 +7,7 @@
 #include "foundation_double/strings.h"
 #include "foundation_double/url_paths.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 constexpr std::u16string_view kHexDigits = u"0123456789ABCDEFabcdef";
@@ -68,4 +68,4 @@ std::optional<std::u16string> filePath(zel::CFURLRef url) {
   return std::nullopt;
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -8,7 +8,7 @@
 #include "foundation_double/accounts.h"
 #include "native/corefoundation.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct UrlBody : Body {
   Held absoluteString;
@@ -25,4 +25,4 @@ zel::CFURLRef createFileUrl(std::u16string_view path);
 /// The path that a file URL names; nullopt for any other URL.
 std::optional<std::u16string> filePath(zel::CFURLRef url);
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

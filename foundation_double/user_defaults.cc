@@ -10,7 +10,7 @@
 #include "foundation_double/strings.h"
 #include "foundation_double/urls.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 struct UserDefaultsBody : Body {
@@ -185,4 +185,4 @@ ClassDefinition userDefaultsClass() {
                        method("resetStandardUserDefaults", &resetStandardUserDefaults)}};
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -8,7 +8,7 @@
 #include "foundation_double/runtime.h"
 #include "native/corefoundation.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 /// What a defaults object reads and writes.
 DefaultsDomains& domainsOf(const void* defaults);
@@ -20,4 +20,4 @@ const std::u16string& checkedKey(zel::CFStringRef key);
 /// The messages for whole domains and suites.
 std::vector<Method> domainMethods();
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

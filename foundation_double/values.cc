@@ -6,7 +6,7 @@
 #include "foundation_double/classes.h"
 #include "foundation_double/numbers.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 namespace {
 
 template <class Structure>
@@ -144,4 +144,4 @@ zel::id sharedNull() {
   return handle(null);
 }
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -9,7 +9,7 @@
 #include "foundation_double/accounts.h"
 #include "native/geometry.h"
 
-namespace testkit::objc {
+namespace foundation_double::objc {
 
 struct ValueBody : Body {
   std::string type;
@@ -29,4 +29,4 @@ zel::id createValue(const std::string& type);
 /// The NSNull; it lives as long as the process.
 zel::id sharedNull();
 
-}  // namespace testkit::objc
+}  // namespace foundation_double::objc

@@ -13,7 +13,7 @@ namespace {
 // A session, which is made anew before what programs declare fills it up.
 runner::Session& session() {
   constexpr int kPrograms = 1000;
-  static testkit::Host host;
+  static host::Host host;
   static std::ostringstream out;
   static std::istringstream in;
   static std::unique_ptr<runner::Session> current;

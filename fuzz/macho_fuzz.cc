@@ -8,21 +8,20 @@ static void expect(bool holds) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using testkit::macho::Image;
+  using macho::Image;
   try {
-    const Image image = testkit::macho::readImage({data, size});
+    const Image image = macho::readImage({data, size});
     // What was taken can be mapped: everything is where it says.
-    for (const testkit::macho::Address rebase : image.rebases)
-      expect(image.segmentOf(rebase, 4) != nullptr);
-    for (const testkit::macho::Import& import : image.imports)
+    for (const macho::Address rebase : image.rebases) expect(image.segmentOf(rebase, 4) != nullptr);
+    for (const macho::Import& import : image.imports)
       expect(image.segmentOf(import.address, 4) != nullptr);
-    for (const testkit::macho::Export& each : image.exports)
+    for (const macho::Export& each : image.exports)
       expect(image.segmentOf(each.address, 1) != nullptr);
-    for (const testkit::macho::Segment& segment : image.segments) {
+    for (const macho::Segment& segment : image.segments) {
       expect(segment.contents.size() <= segment.size);
       expect(segment.address + segment.size <= image.size);
     }
-  } catch (const testkit::macho::MalformedFile&) {
+  } catch (const macho::MalformedFile&) {
   }
   return 0;
 }

@@ -12,7 +12,7 @@
 #include "host/exceptions.h"
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// The live array of such elements; otherwise reports a failure and gives null.
 template <class Element>
@@ -67,4 +67,4 @@ void insertElement(zel::REALarray handle, std::int32_t index, Element element) {
     array->insert(static_cast<std::size_t>(index), reinterpret_cast<const std::byte*>(&element));
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -8,7 +8,7 @@
 #include "host/element_types.h"
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 // The type code, as a variant, of an array of that element type; 0 when there are none.
@@ -140,4 +140,4 @@ void* arrayReadProcedure(State& state, zel::REALarray array) {
   return found == nullptr ? nullptr : outward(state, found->elementType().read);
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -11,7 +11,7 @@
 #include "host/value.h"
 #include "plugin/handles.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 struct ElementType;
 
@@ -76,4 +76,4 @@ void* arrayInsertProcedure(State& state, zel::REALarray array);
 /// The array's procedure (array, index, address of the result).
 void* arrayReadProcedure(State& state, zel::REALarray array);
 
-}  // namespace testkit::host
+}  // namespace host::internal

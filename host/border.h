@@ -1,7 +1,7 @@
 // How calls cross between the host and its plugins.
 #pragma once
 
-namespace testkit {
+namespace host {
 
 /// Directly, as it stands. Plugins that were built for another system raise native exceptions in
 /// that system's way, which must be turned into this one's, and back, where calls cross. All
@@ -21,4 +21,4 @@ struct Border {
   }
 };
 
-}  // namespace testkit
+}  // namespace host

@@ -12,7 +12,7 @@
 #include "host/memory_blocks.h"
 #include "host/properties.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 struct BuiltIn {
@@ -65,4 +65,4 @@ void addBuiltInClasses(Classes& classes) {
   }
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -3,8 +3,8 @@
 
 #include "host/objects.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 void addBuiltInClasses(Classes& classes);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-namespace testkit::host {
+namespace host::internal {
 
 Control::Control(const std::vector<std::string>& names, bool keepSequence)
     : keepSequence_(keepSequence) {
@@ -70,4 +70,4 @@ const Control::Entry& Control::at(std::string_view name) const {
   return const_cast<Control*>(this)->at(name);
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

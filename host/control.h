@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace testkit::host {
+namespace host::internal {
 
 class Control {
  public:
@@ -49,4 +49,4 @@ class Control {
   bool keepSequence_;
 };
 
-}  // namespace testkit::host
+}  // namespace host::internal

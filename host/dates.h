@@ -6,7 +6,7 @@
 #include "host/objects.h"
 #include "host/value.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// A property of a Date and where its value stands among the fields.
 struct DateField {
@@ -32,4 +32,4 @@ inline void setDateFields(HostObject& date, const DateFields& fields) {
   for (const DateField& field : kDateFields) *date.property(field.property) = fields.*field.field;
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

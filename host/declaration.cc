@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace testkit {
+namespace host {
 namespace {
 
 char lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
@@ -139,4 +139,4 @@ bool sameSignature(const Declaration& left, const Declaration& right) {
 
 Declaration parseDeclaration(std::string_view text) { return Parser(text).parse(); }
 
-}  // namespace testkit
+}  // namespace host

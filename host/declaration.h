@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace testkit {
+namespace host {
 
 /// A type as it was written: "string", and array for "string()".
 struct Type {
@@ -39,4 +39,4 @@ bool sameSignature(const Declaration& left, const Declaration& right);
 /// Reads a declaration. Throws std::invalid_argument, which says what was expected and where.
 Declaration parseDeclaration(std::string_view text);
 
-}  // namespace testkit
+}  // namespace host

@@ -15,7 +15,7 @@
 #include "host/state.h"
 #include "host/variants.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 // --- values that are neither objects nor arrays
@@ -157,4 +157,4 @@ std::string describe(State& state, const Value& value) {
   return std::visit(asText, value);
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

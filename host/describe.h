@@ -5,11 +5,11 @@
 
 #include "host/value.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 struct State;
 
 /// See Host::describe.
 std::string describe(State& state, const Value& value);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -9,7 +9,7 @@
 #include "host/state.h"
 #include "host/variants.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 constexpr char kSet[] = "Dictionary.SetValue";
@@ -137,4 +137,4 @@ zel::REALobject dictionaryKey(State& state, zel::REALobject dictionary, std::int
   return nullptr;
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

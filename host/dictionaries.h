@@ -10,7 +10,7 @@
 
 #include "host/objects.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// What keys are compared by: nothing, a boolean, a number, a text's bytes or an object's identity.
 /// Whole numbers of every type are an std::int64_t when they fit.
@@ -61,4 +61,4 @@ bool removeDictionaryKey(State& state, zel::REALobject dictionary, zel::REALobje
 /// OutOfBoundsException and gives null when there is none.
 zel::REALobject dictionaryKey(State& state, zel::REALobject dictionary, std::int32_t index);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -11,7 +11,7 @@
 #include "host/state.h"
 #include "host/variants.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 template <class Element>
@@ -105,4 +105,4 @@ const ElementType& elementTypeOf(std::int32_t arrayType) {
   return *found;
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -7,7 +7,7 @@
 
 #include "host/value.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 struct State;
 
@@ -34,4 +34,4 @@ inline constexpr std::size_t kLargestElement = 8;
 /// The elements of an array of that type code, Doubles for one that isn't known.
 const ElementType& elementTypeOf(std::int32_t arrayType);
 
-}  // namespace testkit::host
+}  // namespace host::internal

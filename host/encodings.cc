@@ -5,7 +5,7 @@
 #include <iconv.h>
 #include <iterator>
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 struct Encoding {
@@ -66,4 +66,4 @@ std::optional<std::string> convert(std::string_view bytes, std::uint32_t from, s
   return converter.run(bytes);
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace testkit::host {
+namespace host::internal {
 
 inline constexpr std::uint32_t kMacRoman = 0;
 inline constexpr std::uint32_t kUtf16 = 0x100;
@@ -19,4 +19,4 @@ inline constexpr std::uint32_t kUtf8 = 0x08000100;
 /// in theirs, or the other one can't express them.
 std::optional<std::string> convert(std::string_view bytes, std::uint32_t from, std::uint32_t to);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -13,7 +13,7 @@
 #include "host/state.h"
 #include "host/variants.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 double getVersion(State& state) { return state.options.version.value_or(0.0); }
@@ -203,4 +203,4 @@ const std::type_info* signatureOf(std::string_view name) {
   return row == nullptr ? nullptr : row->signature;
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -8,7 +8,7 @@
 
 #include "host/host.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// The names of all entry points, of the global methods and of the methods of built-in classes.
 std::vector<std::string> entryPointNames();
@@ -24,4 +24,4 @@ void* findEntryPoint(std::string_view name);
 /// The function type of that entry point, or null: what plugins must declare it as.
 const std::type_info* signatureOf(std::string_view name);
 
-}  // namespace testkit::host
+}  // namespace host::internal

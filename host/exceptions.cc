@@ -2,7 +2,7 @@
 
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 Raised describe(const State& state, HostObject& exception) {
@@ -56,4 +56,4 @@ void raiseException(State& state, zel::REALobject exception) {
   if (state.ledger.hold<HostObject>(exception, kWho)) state.pending.push_back(exception);
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

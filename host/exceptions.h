@@ -6,7 +6,7 @@
 #include "host/value.h"
 #include "plugin/handles.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 struct State;
 
@@ -23,4 +23,4 @@ std::vector<Raised> takePending(State& state, std::size_t from);
 // --- entry points
 void raiseException(State& state, zel::REALobject exception);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -9,7 +9,7 @@
 #include "host/exceptions.h"
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 constexpr std::size_t kLongestPath = 4096;  // bytes
@@ -120,4 +120,4 @@ zel::REALobject trueItem(State& state, zel::REALobject item, std::int32_t /*inde
   return nullptr;
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -7,7 +7,7 @@
 #include "host/objects.h"
 #include "native/files.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 class HostFolderItem : public HostObject {
  public:
@@ -43,4 +43,4 @@ zel::REALfolderItem folderItemFromParentFSRef(State& state, const zel::FSRef* pa
 /// UnsupportedOperationException and gives null.
 zel::REALobject trueItem(State& state, zel::REALobject item, std::int32_t index);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -16,9 +16,9 @@
 #include "host/properties.h"
 #include "host/state.h"
 
-namespace testkit {
+namespace host {
 
-using namespace host;  // NOLINT(google-build-using-namespace): what this class is made of
+using namespace internal;  // NOLINT(google-build-using-namespace): what this class is made of
 
 namespace {
 
@@ -56,7 +56,7 @@ Outcome outcomeOf(State& state, Call&& call) {
 
 }  // namespace
 
-namespace host {
+namespace internal {
 
 State::State(HostOptions hostOptions)
     : options(hostOptions), control(entryPointNames(), hostOptions.keepSequence) {
@@ -71,7 +71,7 @@ State& currentState(std::string_view who) {
   return *current;
 }
 
-}  // namespace host
+}  // namespace internal
 
 Host::Host(HostOptions options) {
   if (current != nullptr) throw std::logic_error("there is a host already");
@@ -131,7 +131,7 @@ Outcome Host::assign(const ObjectRef& object, const std::string& getter,
 }
 
 bool Host::assignable(const std::string& className, const std::string& getter) const {
-  return testkit::assignable(*classNamed(*state_, className), getter);
+  return host::assignable(*classNamed(*state_, className), getter);
 }
 
 zel::REALstring Host::string(std::string_view bytes, std::uint32_t encoding) {
@@ -221,7 +221,7 @@ void Host::removeClass(const std::string& name) {
   state_->classes.remove(name);
 }
 
-std::vector<Raised> Host::takePending() { return testkit::takePending(*state_, 0); }
+std::vector<Raised> Host::takePending() { return host::takePending(*state_, 0); }
 
 std::vector<ObjectRef> Host::takePendingObjects() {
   std::vector<ObjectRef> raised;
@@ -236,4 +236,4 @@ void Host::onFailure(std::function<void(const std::string&)> handler) {
   state_->failures.onFailure(std::move(handler));
 }
 
-}  // namespace testkit
+}  // namespace host

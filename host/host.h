@@ -29,9 +29,9 @@ namespace zel {
 using Resolver = void* (*)(const char* name);
 }  // namespace zel
 
-namespace testkit {
-
 namespace host {
+
+namespace internal {
 struct State;
 }
 
@@ -237,7 +237,7 @@ class Host {
   void onFailure(std::function<void(const std::string&)> handler);
 
  private:
-  std::unique_ptr<host::State> state_;
+  std::unique_ptr<internal::State> state_;
 };
 
-}  // namespace testkit
+}  // namespace host

@@ -8,7 +8,7 @@
 #include "host/state.h"
 #include "host/variants.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 template <class T>
@@ -158,4 +158,4 @@ zel::REALstring stringOf(State& state, const Value& value) {
   return newString(state, bytes, text == nullptr ? kUtf8 : text->encoding);
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -8,7 +8,7 @@
 #include "host/declaration.h"
 #include "host/host.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// One argument or result as it passes.
 union Slot {
@@ -60,4 +60,4 @@ Value valueOf(State& state, zel::REALstring string);
 /// The handle of a string, with one reference for the caller; null for an empty one.
 zel::REALstring stringOf(State& state, const Value& value);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -6,7 +6,7 @@
 #include <map>
 #include <utility>
 
-namespace testkit::host {
+namespace host::internal {
 
 Failures::Failures()
     : handler_([](const std::string& text) {
@@ -100,4 +100,4 @@ std::string Ledger::name(const Thing& thing) {
   return thing.describe() + " (#" + std::to_string(thing.serial_) + ")";
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

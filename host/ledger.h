@@ -10,7 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 
-namespace testkit::host {
+namespace host::internal {
 
 struct State;
 
@@ -120,4 +120,4 @@ class Ledger {
   std::uint64_t lastSerial_ = 0;
 };
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 constexpr std::size_t kGuardSize = 16;
@@ -27,4 +27,4 @@ bool Memory::intact() const {
          (!dead_ || std::all_of(at(0), at(size_), is(kPoison)));
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

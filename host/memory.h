@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace testkit::host {
+namespace host::internal {
 
 class Memory {
  public:
@@ -26,4 +26,4 @@ class Memory {
   std::unique_ptr<std::byte[]> bytes_;  // followed by the guard
 };
 
-}  // namespace testkit::host
+}  // namespace host::internal

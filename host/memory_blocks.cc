@@ -4,7 +4,7 @@
 
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 HostMemoryBlock::HostMemoryBlock(std::shared_ptr<const HostClass> objectClass, std::int32_t size)
     : HostObject(std::move(objectClass)),
@@ -32,4 +32,4 @@ std::int32_t memoryBlockSize(State& state, zel::REALmemoryBlock block) {
   return found == nullptr ? 0 : found->reportedSize;
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -7,7 +7,7 @@
 
 #include "host/objects.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 class HostMemoryBlock : public HostObject {
  public:
@@ -37,4 +37,4 @@ zel::REALmemoryBlock newMemoryBlock(State& state, std::int32_t size);
 void* memoryBlockPointer(State& state, zel::REALmemoryBlock block);
 std::int32_t memoryBlockSize(State& state, zel::REALmemoryBlock block);
 
-}  // namespace testkit::host
+}  // namespace host::internal

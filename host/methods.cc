@@ -8,7 +8,7 @@
 #include "host/invoke.h"
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 using Methods = std::vector<RegisteredMethod>;
@@ -163,4 +163,4 @@ void* loadObjectMethod(State& state, zel::REALobject object, const char* declara
   return outward(state, reinterpret_cast<void*>(found));
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

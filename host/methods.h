@@ -9,7 +9,7 @@
 #include "host/host.h"
 #include "host/objects.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// What a call goes to.
 struct Target {
@@ -39,4 +39,4 @@ std::optional<Declaration> declarationFor(const State& state, const char* text,
 // --- entry points
 void* loadObjectMethod(State& state, zel::REALobject object, const char* declaration);
 
-}  // namespace testkit::host
+}  // namespace host::internal

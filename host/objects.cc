@@ -6,7 +6,7 @@
 #include "host/properties.h"
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 constexpr std::size_t kHeaderSize = zel::kInstanceDataOffset;
@@ -144,4 +144,4 @@ zel::REALclassRef getClassRef(State& state, const char* name) {
   return reinterpret_cast<zel::REALclassRef>(state.classes.find(name).get());
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

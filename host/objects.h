@@ -15,7 +15,7 @@
 #include "plugin/handles.h"
 #include "plugin/records.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// What a property holds: numbers, or a nullable handle with a reference of the host.
 using PropertyValue =
@@ -106,4 +106,4 @@ zel::REALobject newInstance(State& state, const char* className);
 zel::REALboolean objectIsA(State& state, zel::REALobject object, zel::REALclassRef reference);
 zel::REALclassRef getClassRef(State& state, const char* name);
 
-}  // namespace testkit::host
+}  // namespace host::internal

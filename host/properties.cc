@@ -11,7 +11,7 @@
 #include "host/state.h"
 #include "host/variants.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 struct PropertyType {
@@ -144,4 +144,4 @@ template REALboolean getPropertyValue(State&, REALobject, const char*, REALobjec
 template void setPropertyValue(State&, REALobject, const char*, std::int32_t);
 template void setPropertyValue(State&, REALobject, const char*, REALstring);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -7,7 +7,7 @@
 #include "host/objects.h"
 #include "plugin/handles.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// The property that a declaration such as "Year as integer" declares, 0 or null at first. Throws
 /// std::invalid_argument when it declares none.
@@ -33,4 +33,4 @@ zel::REALboolean getPropertyValue(State& state, zel::REALobject object, const ch
 template <class T>
 void setPropertyValue(State& state, zel::REALobject object, const char* name, T value);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -5,7 +5,7 @@
 
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 constexpr std::int32_t kNewestOlderVersion = 9;
@@ -82,4 +82,4 @@ void registerClass(State& state, zel::REALclassDefinition* definition) {
   }
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

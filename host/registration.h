@@ -4,7 +4,7 @@
 #include "plugin/handles.h"
 #include "plugin/records.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 struct State;
 
@@ -15,4 +15,4 @@ void registerPluginVersion(State& state, std::int32_t version);
 /// failure and left alone.
 void registerClass(State& state, zel::REALclassDefinition* definition);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -12,7 +12,7 @@
 #include "host/objects.h"
 #include "host/strings.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 struct State {
   explicit State(HostOptions hostOptions);
@@ -44,4 +44,4 @@ inline void* outward(const State& state, void* function) {
 /// The state of the current host. Without one, prints who asked and aborts.
 State& currentState(std::string_view who);
 
-}  // namespace testkit::host
+}  // namespace host::internal

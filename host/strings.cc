@@ -6,7 +6,7 @@
 #include "host/encodings.h"
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 constexpr std::byte kSkippedByte{0xEE};  // what stands before the text
@@ -163,4 +163,4 @@ std::int32_t lenB(State& state, zel::REALstring string) {
   return found == nullptr ? 0 : static_cast<std::int32_t>(found->bytes().size());
 }
 
-}  // namespace testkit::host
+}  // namespace host::internal

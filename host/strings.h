@@ -11,7 +11,7 @@
 #include "native/corefoundation.h"
 #include "plugin/handles.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 class HostString : public Thing {
  public:
@@ -95,4 +95,4 @@ const char* getCString(State& state, zel::REALstring string);
 /// "LenB( s as string ) as integer"
 std::int32_t lenB(State& state, zel::REALstring string);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -6,11 +6,11 @@
 
 #include "host/state.h"
 
-namespace testkit {
+namespace host {
 namespace {
 
-using host::AnyObject;
-using host::State;
+using internal::AnyObject;
+using internal::State;
 
 constexpr char kWho[] = "ObjectRef";
 
@@ -26,7 +26,7 @@ ObjectRef ObjectRef::adopt(zel::REALobject handle) { return ObjectRef(handle); }
 
 ObjectRef ObjectRef::share(zel::REALobject handle) {
   if (handle == nullptr) return {};
-  const State& state = host::currentState(kWho);
+  const State& state = internal::currentState(kWho);
   AnyObject* const object = objectOf(state, handle);
   if (object == nullptr) return {};
   state.ledger.addReference(*object, kWho);
@@ -36,7 +36,7 @@ ObjectRef ObjectRef::share(zel::REALobject handle) {
 void ObjectRef::reset() {
   const zel::REALobject handle = std::exchange(handle_, nullptr);
   if (handle == nullptr) return;
-  State& state = host::currentState(kWho);
+  State& state = internal::currentState(kWho);
   if (AnyObject* const object = objectOf(state, handle))
     state.ledger.dropReference(state, *object, kWho);
 }
@@ -64,4 +64,4 @@ std::ostream& operator<<(std::ostream& out, const DateFields& fields) {
   return out;
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -11,7 +11,7 @@
 
 #include "plugin/handles.h"
 
-namespace testkit {
+namespace host {
 
 /// A reference on an object or array of the current host; nullable. It must not outlive its host.
 class ObjectRef {
@@ -134,4 +134,4 @@ std::ostream& operator<<(std::ostream& out, const Text& text);
 std::ostream& operator<<(std::ostream& out, const Raised& raised);
 std::ostream& operator<<(std::ostream& out, const DateFields& fields);
 
-}  // namespace testkit
+}  // namespace host

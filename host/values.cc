@@ -12,9 +12,9 @@
 #include "host/state.h"
 #include "host/variants.h"
 
-namespace testkit {
+namespace host {
 
-using namespace host;  // NOLINT(google-build-using-namespace): what these values are made of
+using namespace internal;  // NOLINT(google-build-using-namespace): what these values are made of
 
 namespace {
 
@@ -40,7 +40,7 @@ std::int32_t Host::typeOf(const ObjectRef& variant) const {
   return varType(*state_, variant.handle());
 }
 
-std::string Host::describe(const Value& value) const { return host::describe(*state_, value); }
+std::string Host::describe(const Value& value) const { return internal::describe(*state_, value); }
 
 ObjectRef Host::array(std::int32_t elementType, const std::vector<Value>& elements) {
   HostArray* const array = newArray(*state_, elementType, 0);
@@ -113,4 +113,4 @@ std::string Host::pathOf(const ObjectRef& item) const {
   return thingOf<HostFolderItem>(*state_, item).path;
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -11,7 +11,7 @@
 #include "host/invoke.h"
 #include "host/state.h"
 
-namespace testkit::host {
+namespace host::internal {
 namespace {
 
 // By the position of the type in Payload.
@@ -106,7 +106,7 @@ Payload payloadOf(State& state, const Value& value) {
     if constexpr (std::is_same_v<Held, ObjectRef>) {
       throw std::invalid_argument("objects and arrays are variants as they are");
     } else if constexpr (std::is_same_v<Held, std::string> || std::is_same_v<Held, Text>) {
-      return testkit::host::stringOf(state, value);
+      return host::internal::stringOf(state, value);
     } else {
       return held;
     }
@@ -208,4 +208,4 @@ template std::int64_t variantTo(State&, zel::REALobject);
 template float variantTo(State&, zel::REALobject);
 template double variantTo(State&, zel::REALobject);
 
-}  // namespace testkit::host
+}  // namespace host::internal

@@ -14,7 +14,7 @@
 #include "host/value.h"
 #include "plugin/handles.h"
 
-namespace testkit::host {
+namespace host::internal {
 
 /// What a variant holds; a string is nullable and comes with a reference of the variant. A boolean
 /// is an std::int8_t.
@@ -79,4 +79,4 @@ zel::REALstring variantToString(State& state, zel::REALobject variant);
 /// "VarType(value As Variant) As Int32"
 std::int32_t varType(State& state, zel::REALobject variant);
 
-}  // namespace testkit::host
+}  // namespace host::internal

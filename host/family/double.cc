@@ -2,7 +2,9 @@
 
 #include "foundation_double/foundation.h"
 
-namespace testkit {
+namespace host {
+
+using foundation_double::Foundation;
 
 AddMethod addToDouble() {
   return [](const NativeMethod& method) {
@@ -17,4 +19,4 @@ AddMethod addToDouble() {
   };
 }
 
-}  // namespace testkit
+}  // namespace host

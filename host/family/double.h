@@ -3,9 +3,9 @@
 
 #include "host/family/family.h"
 
-namespace testkit {
+namespace host {
 
 /// The double gets the methods, until it is reset.
 AddMethod addToDouble();
 
-}  // namespace testkit
+}  // namespace host

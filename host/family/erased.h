@@ -1,11 +1,11 @@
 // Functions without their types, as runtimes keep them.
 #pragma once
 
-namespace testkit {
+namespace host {
 
 template <class Function>
 auto erased(Function* function) {
   return reinterpret_cast<void (*)()>(function);
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -6,7 +6,7 @@
 
 #include "host/family/erased.h"
 
-namespace testkit {
+namespace host {
 namespace {
 
 Family* currentFamily = nullptr;
@@ -68,4 +68,4 @@ zel::REALobject Family::newNSException(zel::id /*self*/, zel::SEL /*selector*/, 
   return made.release();
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -12,7 +12,7 @@
 #include "host/host.h"
 #include "native/corefoundation.h"
 
-namespace testkit {
+namespace host {
 
 /// A method that the family adds to a native class.
 struct NativeMethod {
@@ -105,4 +105,4 @@ class Family {
   bool givesExceptions_ = true;
 };
 
-}  // namespace testkit
+}  // namespace host

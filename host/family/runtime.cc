@@ -10,7 +10,7 @@ zel::Class* objc_allocateClassPair(zel::Class* superClass, const char* name,
 void objc_registerClassPair(zel::Class* made);
 }
 
-namespace testkit {
+namespace host {
 namespace {
 
 void defineClass(const char* name, const char* superName) {
@@ -30,4 +30,4 @@ AddMethod addToRuntime() {
   };
 }
 
-}  // namespace testkit
+}  // namespace host

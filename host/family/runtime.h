@@ -3,9 +3,9 @@
 
 #include "host/family/family.h"
 
-namespace testkit {
+namespace host {
 
 /// The classes of the running process get the methods, for good.
 AddMethod addToRuntime();
 
-}  // namespace testkit
+}  // namespace host

@@ -5,7 +5,7 @@
 #include "host/family/family.h"
 #include "plugin/instance_data.h"
 
-namespace testkit {
+namespace host {
 namespace {
 
 struct DataClass {
@@ -133,4 +133,4 @@ zel::REALobject Family::keptBy(zel::id native) const {
   return found == kept_.end() ? nullptr : ObjectRef(found->second).release();
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -6,7 +6,7 @@
 #include "host/loading/opened_file.h"
 #include "macho/loader/passages.h"
 
-namespace testkit {
+namespace host {
 namespace {
 
 // A bundle that isn't opened a second time while it is open.
@@ -53,4 +53,4 @@ OpenedFile openBundle(const std::filesystem::path& folder) {
   return {std::move(bundle), main, {.enter = macho::enterBundle, .outward = macho::outward}};
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -3,11 +3,11 @@
 
 #include "host/loading/opened_file.h"
 
-namespace testkit {
+namespace host {
 
 OpenedFile openBundle(const std::filesystem::path& folder) {
   throw std::runtime_error(folder.native() +
                            " is a macOS bundle, which needs a 32-bit process over GNUstep");
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -6,7 +6,7 @@
 
 #include "host/host.h"
 
-namespace testkit {
+namespace host {
 
 struct OpenedFile {
   std::shared_ptr<void> file;  // keeps it loaded
@@ -21,4 +21,4 @@ OpenedFile openSharedLibrary(const std::filesystem::path& file);
 /// pointers are not as wide as the bundle's.
 OpenedFile openBundle(const std::filesystem::path& folder);
 
-}  // namespace testkit
+}  // namespace host

@@ -1,6 +1,6 @@
 #include "host/loading/plugin_library.h"
 
-namespace testkit {
+namespace host {
 namespace {
 
 OpenedFile open(const std::filesystem::path& file) {
@@ -16,4 +16,4 @@ bool isBundle(const std::filesystem::path& file) {
 
 PluginLibrary::PluginLibrary(const std::filesystem::path& file) : opened_(open(file)) {}
 
-}  // namespace testkit
+}  // namespace host

@@ -6,7 +6,7 @@
 #include "host/host.h"
 #include "host/loading/opened_file.h"
 
-namespace testkit {
+namespace host {
 
 /// Whether a plugin's file is a macOS bundle, by its name.
 bool isBundle(const std::filesystem::path& file);
@@ -31,4 +31,4 @@ class PluginLibrary {
   OpenedFile opened_;
 };
 
-}  // namespace testkit
+}  // namespace host

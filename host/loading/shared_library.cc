@@ -4,7 +4,7 @@
 
 #include "host/loading/opened_file.h"
 
-namespace testkit {
+namespace host {
 
 OpenedFile openSharedLibrary(const std::filesystem::path& file) {
   // A bare name would be searched for in the system's folders.
@@ -21,4 +21,4 @@ OpenedFile openSharedLibrary(const std::filesystem::path& file) {
   return {std::move(library), main, Border{}};
 }
 
-}  // namespace testkit
+}  // namespace host

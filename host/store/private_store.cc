@@ -11,7 +11,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace testkit {
+namespace host {
 namespace {
 
 /// Names the store's folder to the processes that run in it.
@@ -96,4 +96,4 @@ std::filesystem::path storedDomain(std::string_view name) {
   return defaultsFolder(store) / (std::string(name) + ".plist");
 }
 
-}  // namespace testkit
+}  // namespace host

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string_view>
 
-namespace testkit {
+namespace host {
 
 /// A new temporary folder for user defaults; removed with everything in it at the end.
 class PrivateStore {
@@ -31,7 +31,7 @@ class PrivateStore {
 /// in a new PrivateStore; removes the store afterwards, however the process ended. Call it first
 /// thing in main and return its result from there:
 ///
-///   int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, run); }
+///   int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }
 ///
 /// What stands before the call is run twice. Inside such a process, and in programs that it starts,
 /// body is simply called.
@@ -42,4 +42,4 @@ int runInPrivateStore(int argc, char** argv, int (*body)(int argc, char** argv))
 /// domain has been written to disk. Throws std::logic_error outside runInPrivateStore.
 std::filesystem::path storedDomain(std::string_view name);
 
-}  // namespace testkit
+}  // namespace host

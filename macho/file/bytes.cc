@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 constexpr std::size_t kWord = 4;
@@ -74,4 +74,4 @@ void Reader::fail(std::string_view problem) const {
   throw MalformedFile(std::string(what_) + " " + std::string(problem));
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

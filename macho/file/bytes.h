@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace testkit::macho {
+namespace macho {
 
 using Bytes = std::span<const std::uint8_t>;
 
@@ -57,4 +57,4 @@ class Reader {
   std::size_t position_ = 0;
 };
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -4,7 +4,7 @@
 
 #include "macho/file/layout.h"
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 constexpr std::string_view kTree = "the tree of exports";
@@ -79,4 +79,4 @@ void readExports(Bytes tree, Image& image) {
   if (!tree.empty()) ExportTree(tree, image).read();
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

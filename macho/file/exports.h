@@ -3,9 +3,9 @@
 
 #include "macho/file/image.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// Adds the exports that the tree holds. Needs the image's segments.
 void readExports(Bytes tree, Image& image);
 
-}  // namespace testkit::macho
+}  // namespace macho

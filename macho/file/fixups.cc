@@ -2,7 +2,7 @@
 
 #include "macho/file/layout.h"
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 constexpr std::uint32_t kPointerSize = 4;
@@ -216,4 +216,4 @@ void readImports(Bytes stream, Binding binding, Image& image) {
   ImportStream(stream, binding, image).read();
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -3,7 +3,7 @@
 
 #include "macho/file/image.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// Adds the pointers into the image itself that the stream lists. Needs the image's segments.
 void readRebases(Bytes stream, Image& image);
@@ -11,4 +11,4 @@ void readRebases(Bytes stream, Image& image);
 /// libraries.
 void readImports(Bytes stream, Binding binding, Image& image);
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -7,7 +7,7 @@
 #include "macho/file/fixups.h"
 #include "macho/file/layout.h"
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 constexpr std::uint32_t kLargestImage = 256 << 20;  // bytes
@@ -194,4 +194,4 @@ const Export* Image::findExport(std::string_view symbol) const {
 
 Image readImage(Bytes file) { return ImageReader(ownPartOf(file)).read(); }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -7,7 +7,7 @@
 
 #include "macho/file/bytes.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// Where the linker thought the image would stand is address 0; every address counts from there.
 using Address = std::uint32_t;
@@ -73,4 +73,4 @@ struct Image {
 /// anything in it isn't in order, or isn't of a kind that can be loaded here.
 Image readImage(Bytes file);
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace testkit::macho {
+namespace macho {
 
 inline constexpr std::uint32_t kPageSize = 4096;
 
@@ -101,4 +101,4 @@ inline constexpr std::uint8_t BIND_OPCODE_DO_BIND_ULEB_TIMES_SKIPPING_ULEB = 0xC
 // --- the tree of exports
 inline constexpr std::uint64_t EXPORT_SYMBOL_FLAGS_WEAK_DEFINITION = 0x4;
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -15,7 +15,7 @@
 #include "native/files.h"
 #include "native/methods.h"
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 extern "C" int _setjmp(std::int32_t* registers);
@@ -122,4 +122,4 @@ void* bindingOf(std::string_view symbol) {
   return row == std::end(kRows) ? nullptr : row->wrapping(row->function);
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

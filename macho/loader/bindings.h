@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-namespace testkit::macho {
+namespace macho {
 
 /// The import by which a bundle gives methods to the runtime, which keeps them for good.
 inline constexpr std::string_view kAddMethod = "_class_addMethod";
@@ -13,4 +13,4 @@ inline constexpr std::string_view kAddMethod = "_class_addMethod";
 /// @param symbol with its leading underscore.
 void* bindingOf(std::string_view symbol);
 
-}  // namespace testkit::macho
+}  // namespace macho

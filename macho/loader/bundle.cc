@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 std::vector<std::uint8_t> contentsOf(const std::filesystem::path& file) {
@@ -70,4 +70,4 @@ void Bundle::initialise() const {
   }
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -10,7 +10,7 @@
 #include "macho/loader/frames.h"
 #include "macho/loader/mapped_image.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// The file of a bundle's code: NAME.bundle/Contents/MacOS/NAME.
 std::filesystem::path executableOf(const std::filesystem::path& bundle);
@@ -61,4 +61,4 @@ R Bundle::call(const std::string& function, Arguments... arguments) const {
   }
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

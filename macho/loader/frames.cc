@@ -5,7 +5,7 @@
 
 #include "native/exceptions.h"
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 static_assert(sizeof(ExceptionFrame) == 88);
@@ -62,4 +62,4 @@ __attribute__((noinline)) void enterBundle(void (*body)(void*), void* context) {
   body(context);
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -11,7 +11,7 @@
 
 #include "native/objc.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// A frame as its owner lays it out, who fills the registers with _setjmp.
 struct ExceptionFrame {
@@ -34,4 +34,4 @@ zel::id extractThrown(ExceptionFrame* frame);
 /// nothing in them may have a destructor.
 void enterBundle(void (*body)(void*), void* context);
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <sys/mman.h>
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 // The pointers of an image are as wide as this process's.
@@ -80,4 +80,4 @@ std::uint32_t& MappedImage::pointerAt(Address address) const {
   return *reinterpret_cast<std::uint32_t*>(memory_ + address);
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -7,7 +7,7 @@
 
 #include "macho/file/image.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// What an import is to point at, or null when it is nothing that this system has.
 using ImportResolver = std::function<void*(const Import&)>;
@@ -35,4 +35,4 @@ class MappedImage {
   std::uint8_t* memory_;
 };
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -9,7 +9,7 @@
 
 #include "native/numbers.h"
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 extern "C" {
@@ -174,4 +174,4 @@ void sendMessageForStructure(void* result, zel::id receiver, zel::SEL selector, 
   std::memcpy(result, &structure, size);
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -9,7 +9,7 @@
 
 #include "native/objc.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// objc_msgSend. A message to nil gives 0. Structures of 1, 2, 4 and 8 bytes come back as a number;
 /// numbers narrower than 32 bits are extended.
@@ -20,4 +20,4 @@ long double sendMessageForFloat(zel::id receiver, zel::SEL selector, ...);
 /// structure as it is.
 void sendMessageForStructure(void* result, zel::id receiver, zel::SEL selector, ...);
 
-}  // namespace testkit::macho
+}  // namespace macho

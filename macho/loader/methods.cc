@@ -9,7 +9,7 @@
 #include "macho/loader/frames.h"
 #include "native/methods.h"
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 using Implementation = void (*)();
@@ -78,4 +78,4 @@ zel::BOOL addMethod(zel::Class* owner, zel::SEL selector, Implementation impleme
   return zel::class_addMethod(owner, selector, entrance->function(), types);
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -3,7 +3,7 @@
 
 #include "native/objc.h"
 
-namespace testkit::macho {
+namespace macho {
 
 /// class_addMethod, for a method whose arguments and result are a word each. The runtime calls it
 /// through enterBundle(). It stays with the class for good, the bundle's memory does not: no such
@@ -12,4 +12,4 @@ namespace testkit::macho {
 zel::BOOL addMethod(zel::Class* owner, zel::SEL selector, void (*implementation)(),
                     const char* types);
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -55,7 +55,7 @@
     .cfi_restore_state
     subl $12, %esp
     pushl %eax
-    call testkitThrowToFrame
+    call machoThrowToFrame
     .cfi_endproc
     .size \name, . - \name
 
@@ -82,20 +82,20 @@
     .popsection
 .endm
 
-    .hidden testkitThrowToFrame
+    .hidden machoThrowToFrame
     .text
-    passage testkitPassage, 0
+    passage machoPassage, 0
     # The first argument is the address for the structure: it comes back, and is popped.
-    passage testkitPassageForStructure, 4, movl 8(%ebp), %eax
+    passage machoPassageForStructure, 4, movl 8(%ebp), %eax
 
-# The passage into a bundle. testkitEnterBundle gets the address of a record: the function, the
+# The passage into a bundle. machoEnterBundle gets the address of a record: the function, the
 # address of the arguments, and room for what comes back in %eax and %edx; it calls back
-# testkitCallAsRecorded, with a frame around it.
-    .hidden testkitEnterBundle
-    .globl testkitPassageInward
-    .hidden testkitPassageInward
-    .type testkitPassageInward, @function
-testkitPassageInward:
+# machoCallAsRecorded, with a frame around it.
+    .hidden machoEnterBundle
+    .globl machoPassageInward
+    .hidden machoPassageInward
+    .type machoPassageInward, @function
+machoPassageInward:
     .cfi_startproc
     pushl %ebp
     .cfi_def_cfa_offset 8
@@ -108,7 +108,7 @@ testkitPassageInward:
     movl %eax, -12(%ebp)
     leal -16(%ebp), %eax
     movl %eax, (%esp)
-    call testkitEnterBundle
+    call machoEnterBundle
     movl -8(%ebp), %eax
     movl -4(%ebp), %edx
     leave
@@ -116,13 +116,13 @@ testkitPassageInward:
     .cfi_def_cfa %esp, 4
     ret
     .cfi_endproc
-    .size testkitPassageInward, . - testkitPassageInward
+    .size machoPassageInward, . - machoPassageInward
 
 # Takes the record. Nothing unwinds from here: what the function calls jumps over it.
-    .globl testkitCallAsRecorded
-    .hidden testkitCallAsRecorded
-    .type testkitCallAsRecorded, @function
-testkitCallAsRecorded:
+    .globl machoCallAsRecorded
+    .hidden machoCallAsRecorded
+    .type machoCallAsRecorded, @function
+machoCallAsRecorded:
     pushl %ebp
     movl %esp, %ebp
     pushl %esi
@@ -139,7 +139,7 @@ testkitCallAsRecorded:
     popl %esi
     popl %ebp
     ret
-    .size testkitCallAsRecorded, . - testkitCallAsRecorded
+    .size machoCallAsRecorded, . - machoCallAsRecorded
 
     .hidden DW.ref.__gnu_objc_personality_v0
     .weak DW.ref.__gnu_objc_personality_v0

@@ -10,22 +10,20 @@
 
 extern "C" {
 // In passage.S.
-void testkitPassage();
-void testkitPassageForStructure();
-void testkitPassageInward();
+void machoPassage();
+void machoPassageForStructure();
+void machoPassageInward();
 /// Calls the function of a record. @param record as passage.S lays it out.
-void testkitCallAsRecorded(void* record);
-void testkitEnterBundle(void* record);
+void machoCallAsRecorded(void* record);
+void machoEnterBundle(void* record);
 /// Where a passage lands with a native exception.
-[[noreturn]] void testkitThrowToFrame(zel::id exception);
+[[noreturn]] void machoThrowToFrame(zel::id exception);
 }
 
-void testkitThrowToFrame(zel::id exception) { testkit::macho::throwToFrame(exception); }
-void testkitEnterBundle(void* record) {
-  testkit::macho::enterBundle(testkitCallAsRecorded, record);
-}
+void machoThrowToFrame(zel::id exception) { macho::throwToFrame(exception); }
+void machoEnterBundle(void* record) { macho::enterBundle(machoCallAsRecorded, record); }
 
-namespace testkit::macho {
+namespace macho {
 namespace {
 
 // Loads the function's address where the passage expects it, and goes to the passage:
@@ -92,18 +90,18 @@ class Thunks {
 }  // namespace
 
 void* outward(void* function) {
-  static Thunks thunks(testkitPassage);
+  static Thunks thunks(machoPassage);
   return thunks.of(function);
 }
 
 void* outwardForStructure(void* function) {
-  static Thunks thunks(testkitPassageForStructure);
+  static Thunks thunks(machoPassageForStructure);
   return thunks.of(function);
 }
 
 void* inward(void* function) {
-  static Thunks thunks(testkitPassageInward);
+  static Thunks thunks(machoPassageInward);
   return thunks.of(function);
 }
 
-}  // namespace testkit::macho
+}  // namespace macho

@@ -3,7 +3,7 @@
 // bytes of them. The same function gets the same wrapping, which lives as long as the process.
 #pragma once
 
-namespace testkit::macho {
+namespace macho {
 
 /// A function of this system, for a bundle to call: a native exception goes to the innermost frame
 /// (frames.h). The result can be of any type but a structure.
@@ -15,4 +15,4 @@ void* outwardForStructure(void* function);
 /// any type but a structure. Calling it when the bundle is gone is a mistake.
 void* inward(void* function);
 
-}  // namespace testkit::macho
+}  // namespace macho

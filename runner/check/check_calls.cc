@@ -199,8 +199,8 @@ Typed Checker::callName(const Name& name, const Arguments& arguments, const Plac
 // What looks like a call and takes what no declaration can say.
 std::optional<Typed> Checker::special(const Name& name, const Arguments& arguments,
                                       const Place& place) {
-  if (testkit::sameName(name.name, "Array") && !arguments.empty()) return arrayOf(arguments, place);
-  if (testkit::sameName(name.name, "Ubound") && arguments.size() == 1) {
+  if (host::sameName(name.name, "Array") && !arguments.empty()) return arrayOf(arguments, place);
+  if (host::sameName(name.name, "Ubound") && arguments.size() == 1) {
     Typed array = expression(*arguments.front());
     if (!array.type.array)
       refuse(array.place, "Ubound takes an array, but this is " + nameOf(array.type) + ".");
@@ -248,7 +248,7 @@ Candidates Checker::methodsOf(const Type& type, const std::string& name) {
   Candidates found;
   if (type.kind == Kind::object) found = library_.methods(type.className, name);
   // An object can be constructed again, if its class lets it.
-  if (found.empty() && type.kind == Kind::object && testkit::sameName(name, "Constructor")) {
+  if (found.empty() && type.kind == Kind::object && host::sameName(name, "Constructor")) {
     found = library_.constructors(type.className);
     std::erase_if(found, [](const Callable* c) { return c->result.kind != Kind::nothing; });
   }

@@ -69,7 +69,7 @@ Action Checker::loopBody(const Block& body, LoopKind kind) {
 }
 
 const KnownVariable& Checker::loopVariable(const Variable& variable,
-                                           const std::optional<testkit::Type>& type,
+                                           const std::optional<host::Type>& type,
                                            const Place& place) {
   if (type) return declare(variable, typeNamed(*type, place));
   const KnownVariable* const known = scope_.find(variable.name);

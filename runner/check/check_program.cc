@@ -75,7 +75,7 @@ void Checker::report(const Problem& problem) {
   if (diagnostics_.size() < kMostDiagnostics) diagnostics_.push_back(diagnose(source_, problem));
 }
 
-Type Checker::typeNamed(const testkit::Type& written, const Place& place) {
+Type Checker::typeNamed(const host::Type& written, const Place& place) {
   if (std::optional<Type> found = library_.types().find(written)) return *found;
   refuse(place, "There is no type \"" + written.name + "\".", {},
          nearest(written.name, library_.types().names()));

@@ -68,7 +68,7 @@ class Checker {
     }
   }
   void report(const Problem& problem);
-  Type typeNamed(const testkit::Type& written, const Place& place);
+  Type typeNamed(const host::Type& written, const Place& place);
   KnownVariable& declare(const Variable& variable, const Type& type);
   std::size_t newSlot() { return slotCount_++; }
 
@@ -91,8 +91,8 @@ class Checker {
   Action declareOne(const Declare& what, const Variable& variable);
   ValueCode freshValue(const Declare& what, const Variable& variable, const Type& type);
   ValueCode caseCode(const CaseLabel& label, const KnownVariable& subject);
-  const KnownVariable& loopVariable(const Variable& variable,
-                                    const std::optional<testkit::Type>& type, const Place& place);
+  const KnownVariable& loopVariable(const Variable& variable, const std::optional<host::Type>& type,
+                                    const Place& place);
   /// A variable without a name.
   KnownVariable hidden(const Type& type);
   Action loopBody(const Block& body, LoopKind kind);

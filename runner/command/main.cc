@@ -61,14 +61,14 @@ int runProgram(runner::Session& session, const Options& options, const std::stri
 
 // A host with the plugins, for one program.
 int runHost(const Options& options, const std::string* file) {
-  std::vector<std::unique_ptr<testkit::PluginLibrary>> libraries;
+  std::vector<std::unique_ptr<host::PluginLibrary>> libraries;
   for (const std::string& plugin : options.plugins)
-    libraries.push_back(std::make_unique<testkit::PluginLibrary>(plugin));
-  testkit::HostOptions hostOptions;
+    libraries.push_back(std::make_unique<host::PluginLibrary>(plugin));
+  host::HostOptions hostOptions;
   if (!libraries.empty()) hostOptions.border = libraries.front()->border();
   hostOptions.keepSequence = false;
   if (options.hostVersion) hostOptions.version = options.hostVersion;
-  testkit::Host host(hostOptions);
+  host::Host host(hostOptions);
   bool misused = false;
   host.onFailure([&misused](const std::string& what) {
     misused = true;
@@ -129,7 +129,7 @@ int run(int argc, char** argv) {
   if (options->macos && sizeof(void*) != 4)
     return refuse("--macos needs a 32-bit process, and this hostrun is a 64-bit one.");
   for (const std::string& plugin : options->plugins) {
-    if (testkit::isBundle(plugin) == options->macos) continue;
+    if (host::isBundle(plugin) == options->macos) continue;
     return refuse(plugin +
                   (options->macos ? " is no macOS bundle." : " is a macOS bundle: add --macos."));
   }
@@ -147,4 +147,4 @@ int run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, run); }
+int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }

@@ -59,7 +59,7 @@ std::string format(const Unhandled& unhandled, const std::string& file) {
   return text;
 }
 
-Session::Session(testkit::Host& host, std::ostream& out, std::istream& in)
+Session::Session(host::Host& host, std::ostream& out, std::istream& in)
     : machine_(host, out, in), library_(host) {}
 
 Session::~Session() { machine_.clear(); }

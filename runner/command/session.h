@@ -31,7 +31,7 @@ struct Ending {
 class Session {
  public:
   /// @param host with its plugins loaded already; outlives the session.
-  Session(testkit::Host& host, std::ostream& out, std::istream& in);
+  Session(host::Host& host, std::ostream& out, std::istream& in);
   /// Gives up what variables hold.
   ~Session();
   Session(const Session&) = delete;

@@ -11,9 +11,9 @@ zel::id newPool() { return zel::send<zel::id, "new">(zel::classNamed<"NSAutorele
 
 }  // namespace
 
-Surroundings::Surroundings(testkit::Host& host)
+Surroundings::Surroundings(host::Host& host)
     : host_(host),
-      family_(host, testkit::addToRuntime()),
+      family_(host, host::addToRuntime()),
       instances_(zel::CFDictionaryCreateMutable(zel::kDefaultAllocator, 0, nullptr, nullptr)),
       pool_(newPool()) {
   // One of the plugins may bring its own.

@@ -11,7 +11,7 @@ namespace runner {
 class Surroundings {
  public:
   /// @param host without plugins yet.
-  explicit Surroundings(testkit::Host& host);
+  explicit Surroundings(host::Host& host);
   ~Surroundings();
   Surroundings(const Surroundings&) = delete;
   Surroundings& operator=(const Surroundings&) = delete;
@@ -22,8 +22,8 @@ class Surroundings {
   void drain();
 
  private:
-  testkit::Host& host_;
-  testkit::Family family_;
+  host::Host& host_;
+  host::Family family_;
   zel::CFMutableDictionaryRef instances_;
   zel::id pool_ = nullptr;
 };

@@ -12,7 +12,7 @@
 
 namespace runner {
 
-using testkit::host::HostArray;
+using host::internal::HostArray;
 
 namespace {
 
@@ -25,16 +25,16 @@ struct ElementCode {
 };
 // Everything else is kept as objects.
 constexpr ElementCode kElementCodes[] = {
-    {Kind::int32, testkit::kInt32Type},   {Kind::int64, testkit::kInt64Type},
-    {Kind::single, testkit::kSingleType}, {Kind::real, testkit::kDoubleType},
-    {Kind::text, testkit::kStringType},   {Kind::boolean, testkit::kBooleanType},
+    {Kind::int32, host::kInt32Type},   {Kind::int64, host::kInt64Type},
+    {Kind::single, host::kSingleType}, {Kind::real, host::kDoubleType},
+    {Kind::text, host::kStringType},   {Kind::boolean, host::kBooleanType},
 };
 
 std::int32_t elementCode(const Type& array) {
-  if (array.element() == objectOf("Date")) return testkit::kArrayType + testkit::kDateType;
+  if (array.element() == objectOf("Date")) return host::kArrayType + host::kDateType;
   for (const ElementCode& code : kElementCodes)
-    if (code.kind == array.kind) return testkit::kArrayType + code.type;
-  return testkit::kArrayType + testkit::kObjectType;
+    if (code.kind == array.kind) return host::kArrayType + code.type;
+  return host::kArrayType + host::kObjectType;
 }
 
 [[noreturn]] void failToFind(Machine& machine, const HostArray& array, std::int64_t index) {

@@ -51,7 +51,7 @@ constexpr NativeRow kException[] = {
 class Key {
  public:
   Key(Machine& machine, const Value& key)
-      : object_(ObjectRef::adopt(testkit::host::box(machine.state(), key))) {}
+      : object_(ObjectRef::adopt(host::internal::box(machine.state(), key))) {}
   [[nodiscard]] zel::REALobject handle() const { return object_.handle(); }
 
  private:
@@ -62,28 +62,28 @@ Value count(Machine& machine, const Value& self, const Value*) {
   return machine.host().property(objectIn(self), "Count");
 }
 bool has(Machine& machine, const Value& self, const Value& key) {
-  return testkit::host::hasDictionaryKey(machine.state(), objectIn(self).handle(),
-                                         Key(machine, key).handle());
+  return host::internal::hasDictionaryKey(machine.state(), objectIn(self).handle(),
+                                          Key(machine, key).handle());
 }
 Value hasKey(Machine& machine, const Value& self, const Value* a) {
   return booleanValue(has(machine, self, a[0]));
 }
 Value lookup(Machine& machine, const Value& self, const Value* a) {
   if (!has(machine, self, a[0])) return a[1];
-  const ObjectRef found = ObjectRef::adopt(testkit::host::dictionaryValue(
+  const ObjectRef found = ObjectRef::adopt(host::internal::dictionaryValue(
       machine.state(), objectIn(self).handle(), Key(machine, a[0]).handle()));
   return machine.host().valueOf(found);
 }
 Value remove(Machine& machine, const Value& self, const Value* a) {
   const Key key(machine, a[0]);
-  if (!testkit::host::removeDictionaryKey(machine.state(), objectIn(self).handle(), key.handle()))
+  if (!host::internal::removeDictionaryKey(machine.state(), objectIn(self).handle(), key.handle()))
     machine.raise("KeyNotFoundException", "The dictionary has no such key.");
   return {};
 }
 Value removeAll(Machine& machine, const Value& self, const Value*) {
   for (const auto& [key, value] : machine.host().entries(objectIn(self))) {
-    testkit::host::removeDictionaryKey(machine.state(), objectIn(self).handle(),
-                                       Key(machine, key).handle());
+    host::internal::removeDictionaryKey(machine.state(), objectIn(self).handle(),
+                                        Key(machine, key).handle());
   }
   return {};
 }
@@ -97,7 +97,7 @@ Value clone(Machine& machine, const Value& self, const Value*) {
   return machine.host().dictionary(machine.host().entries(objectIn(self)));
 }
 
-using Entry = testkit::Entries::value_type;
+using Entry = host::Entries::value_type;
 
 constexpr NativeRow kDictionary[] = {
     {"Count As Integer", count},
@@ -176,7 +176,7 @@ constexpr NativeRow kFileFunctions[] = {
 // --- Variant
 
 Value type(Machine& machine, const Value& self, const Value*) {
-  const ObjectRef boxed = ObjectRef::adopt(testkit::host::box(machine.state(), self));
+  const ObjectRef boxed = ObjectRef::adopt(host::internal::box(machine.state(), self));
   return machine.host().typeOf(boxed);
 }
 Value isNull(Machine&, const Value& self, const Value*) { return booleanValue(isNil(self)); }

@@ -15,8 +15,8 @@
 namespace runner {
 namespace {
 
-using testkit::DateFields;
-using testkit::host::HostMemoryBlock;
+using host::DateFields;
+using host::internal::HostMemoryBlock;
 
 const ObjectRef& objectIn(const Value& self) { return std::get<ObjectRef>(self); }
 

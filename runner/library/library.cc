@@ -20,13 +20,13 @@ constexpr FurtherClass kFurtherClasses[] = {
 };
 
 bool isConstructor(const Callable& callable) {
-  return testkit::sameName(callable.declaration.name, "Constructor");
+  return host::sameName(callable.declaration.name, "Constructor");
 }
 
 Candidates named(const Callables& callables, std::string_view name) {
   Candidates found;
   for (const auto& callable : callables)
-    if (testkit::sameName(callable->declaration.name, name)) found.push_back(callable.get());
+    if (host::sameName(callable->declaration.name, name)) found.push_back(callable.get());
   return found;
 }
 
@@ -35,19 +35,19 @@ void addNames(const Callables& callables, std::vector<std::string>& names) {
 }
 
 // A declaration for arrays of a type: "T" stands for the type of their elements.
-testkit::Declaration withElement(testkit::Declaration declaration, const Type& element) {
-  const auto replace = [&element](testkit::Type& type) {
+host::Declaration withElement(host::Declaration declaration, const Type& element) {
+  const auto replace = [&element](host::Type& type) {
     if (type.name == "T") type.name = nameOf(element);
   };
-  for (testkit::Parameter& parameter : declaration.parameters) replace(parameter.type);
+  for (host::Parameter& parameter : declaration.parameters) replace(parameter.type);
   if (declaration.result) replace(*declaration.result);
   return declaration;
 }
 
-std::string textOfDeclaration(const testkit::Declaration& declaration) {
+std::string textOfDeclaration(const host::Declaration& declaration) {
   std::string text = declaration.name;
   std::string parameters;
-  for (const testkit::Parameter& parameter : declaration.parameters) {
+  for (const host::Parameter& parameter : declaration.parameters) {
     parameters += (parameters.empty() ? "" : ", ") + parameter.name + " As " + parameter.type.name +
                   (parameter.type.array ? "()" : "");
   }
@@ -59,7 +59,7 @@ std::string textOfDeclaration(const testkit::Declaration& declaration) {
 
 }  // namespace
 
-Library::Library(testkit::Host& host) : types_(host) {
+Library::Library(host::Host& host) : types_(host) {
   addClasses(host);
   addFunctions(textFunctions(), true);
   addFunctions(numberFunctions(), true);
@@ -76,19 +76,19 @@ Library::Library(testkit::Host& host) : types_(host) {
   for (const std::string& name : host.classNames()) readRecords(*host.findClass(name));
 }
 
-void Library::addClasses(testkit::Host& host) {
+void Library::addClasses(host::Host& host) {
   for (const FurtherClass& further : kFurtherClasses)
     if (host.findClass(further.name) == nullptr) host.addClass(further.name, further.superName);
   if (host.findClass("System") == nullptr) host.addClass("System", "");
 }
 
-std::unique_ptr<Callable> Library::described(const testkit::Declaration& declaration,
+std::unique_ptr<Callable> Library::described(const host::Declaration& declaration,
                                              std::string text) const {
   auto callable = std::make_unique<Callable>();
   callable->declaration = declaration;
   callable->text = std::move(text);
   // A class that nobody has registered has no objects but Nil.
-  for (const testkit::Parameter& parameter : declaration.parameters)
+  for (const host::Parameter& parameter : declaration.parameters)
     callable->parameters.push_back(types_.find(parameter.type).value_or(kAnyObject));
   if (declaration.result) callable->result = types_.find(*declaration.result).value_or(kAnyObject);
   callable->required = declaration.parameters.size();
@@ -96,21 +96,21 @@ std::unique_ptr<Callable> Library::described(const testkit::Declaration& declara
 }
 
 std::unique_ptr<Callable> Library::setterOf(const Callable& getter) const {
-  testkit::Declaration declaration = getter.declaration;
+  host::Declaration declaration = getter.declaration;
   declaration.parameters.push_back({"value", *declaration.result, false, true});
   declaration.result = std::nullopt;
   return described(declaration, getter.text);
 }
 
-void Library::readRecords(const testkit::RegisteredClass& record) {
+void Library::readRecords(const host::RegisteredClass& record) {
   Members& members = members_[record.name];
-  const auto callableOf = [this](const testkit::RegisteredMethod& method, bool ofInstance) {
+  const auto callableOf = [this](const host::RegisteredMethod& method, bool ofInstance) {
     std::unique_ptr<Callable> callable = described(method.declaration, method.text);
     callable->plugin =
         std::make_unique<PluginCall>(method.function, method.declaration, ofInstance);
     return callable;
   };
-  for (const testkit::RegisteredMethod& method : record.methods) {
+  for (const host::RegisteredMethod& method : record.methods) {
     if (method.function == nullptr) continue;
     std::unique_ptr<Callable> callable = callableOf(method, true);
     if (method.setter != nullptr && callable->declaration.result) {
@@ -123,13 +123,13 @@ void Library::readRecords(const testkit::RegisteredClass& record) {
                                                  : members.methods;
     list.push_back(std::move(callable));
   }
-  for (const testkit::RegisteredMethod& method : record.sharedMethods)
+  for (const host::RegisteredMethod& method : record.sharedMethods)
     if (method.function != nullptr) members.sharedMethods.push_back(callableOf(method, false));
 }
 
 void Library::addRow(Members& members, const NativeRow& row) {
   std::unique_ptr<Callable> callable =
-      described(testkit::parseDeclaration(row.declaration), row.declaration);
+      described(host::parseDeclaration(row.declaration), row.declaration);
   callable->native = row.function;
   if (row.setter != nullptr) {
     members.setters.push_back(setterOf(*callable));
@@ -209,8 +209,8 @@ Members& Library::arrayMembers(const Type& array) {
   Members& members = arrays_[nameOf(array)];
   if (!members.methods.empty()) return members;
   for (const NativeRow& row : ::runner::arrayMembers()) {
-    const testkit::Declaration declaration =
-        withElement(testkit::parseDeclaration(row.declaration), array.element());
+    const host::Declaration declaration =
+        withElement(host::parseDeclaration(row.declaration), array.element());
     std::unique_ptr<Callable> callable = described(declaration, textOfDeclaration(declaration));
     callable->native = row.function;
     members.methods.push_back(std::move(callable));

@@ -24,7 +24,7 @@ using Candidates = std::vector<const Callable*>;
 class Library {
  public:
   /// Adds the host's further classes and reads everything that is registered by now.
-  explicit Library(testkit::Host& host);
+  explicit Library(host::Host& host);
 
   [[nodiscard]] const Types& types() const { return types_; }
 
@@ -54,13 +54,13 @@ class Library {
  private:
   using List = Callables Members::*;
 
-  void addClasses(testkit::Host& host);
-  void readRecords(const testkit::RegisteredClass& record);
+  void addClasses(host::Host& host);
+  void readRecords(const host::RegisteredClass& record);
   void addRow(Members& members, const NativeRow& row);
   void addNative(const std::string& className, std::span<const NativeRow> rows,
                  bool shared = false);
   void addFunctions(std::span<const NativeRow> rows, bool extends);
-  [[nodiscard]] std::unique_ptr<Callable> described(const testkit::Declaration& declaration,
+  [[nodiscard]] std::unique_ptr<Callable> described(const host::Declaration& declaration,
                                                     std::string text) const;
   [[nodiscard]] std::unique_ptr<Callable> setterOf(const Callable& getter) const;
   [[nodiscard]] Candidates inherited(const std::string& className, List list,

@@ -28,7 +28,7 @@ std::span<const NativeRow> systemMembers();
 std::span<const NativeRow> arrayMembers();
 
 /// The live array of a value; raises NilObjectException for Nil.
-testkit::host::HostArray& arrayIn(Machine& machine, const Value& value);
+host::internal::HostArray& arrayIn(Machine& machine, const Value& value);
 /// An element, and its assignment; raise OutOfBoundsException.
 Value elementOf(Machine& machine, const Value& array, const Value& index);
 void setElement(Machine& machine, const Value& array, const Value& index, const Value& value);

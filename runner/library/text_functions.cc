@@ -95,7 +95,7 @@ Value nthField(Machine&, const Value&, const Value* a) {
 }
 
 Value joined(Machine& machine, const Value& list, const std::string& delimiter) {
-  const testkit::host::HostArray& array = arrayIn(machine, list);
+  const host::internal::HostArray& array = arrayIn(machine, list);
   std::string whole;
   for (std::size_t i = 0; i < array.size(); ++i)
     whole += (i == 0 ? "" : delimiter) + textOf(array.value(machine.state(), i));

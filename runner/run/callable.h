@@ -30,7 +30,7 @@ struct UserMethod {
 
 struct Callable {
   std::string text;  // the declaration as registered or written
-  testkit::Declaration declaration;
+  host::Declaration declaration;
   std::vector<Type> parameters;
   Type result;
   std::size_t required = 0;     // how many arguments can't be left out

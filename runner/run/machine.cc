@@ -18,9 +18,9 @@ Frame::Frame(Machine& itsMachine, const std::string& itsMethod, std::size_t slot
 
 Frame::~Frame() { machine.frame_ = caller; }
 
-Machine::Machine(testkit::Host& host, std::ostream& out, std::istream& in)
+Machine::Machine(host::Host& host, std::ostream& out, std::istream& in)
     : host_(host),
-      state_(testkit::host::currentState("a program")),
+      state_(host::internal::currentState("a program")),
       out_(out),
       in_(in),
       stackStart_(static_cast<const char*>(__builtin_frame_address(0))) {}

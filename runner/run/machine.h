@@ -16,8 +16,8 @@
 
 namespace runner {
 
-using testkit::ObjectRef;
-using testkit::Value;
+using host::ObjectRef;
+using host::Value;
 
 /// A method that was running, and the line that it was at.
 struct StackEntry {
@@ -53,10 +53,10 @@ struct Frame {
 class Machine {
  public:
   /// @param out what programs print to. @param in what they read from.
-  Machine(testkit::Host& host, std::ostream& out, std::istream& in);
+  Machine(host::Host& host, std::ostream& out, std::istream& in);
 
-  testkit::Host& host() { return host_; }
-  testkit::host::State& state() { return state_; }
+  host::Host& host() { return host_; }
+  host::internal::State& state() { return state_; }
   std::ostream& out() { return out_; }
   std::istream& in() { return in_; }
 
@@ -90,8 +90,8 @@ class Machine {
   [[nodiscard]] std::vector<StackEntry> stack() const;
   void pauseNow();
 
-  testkit::Host& host_;
-  testkit::host::State& state_;
+  host::Host& host_;
+  host::internal::State& state_;
   std::ostream& out_;
   std::istream& in_;
   std::deque<Value> globals_;

@@ -142,7 +142,7 @@ std::partial_ordering compareNumbers(const Value& left, const Value& right) {
 
 std::strong_ordering compareDates(Machine& machine, const Value& left, const Value& right) {
   const auto fields = [&machine](const Value& date) {
-    const testkit::DateFields f = machine.host().fieldsOf(std::get<ObjectRef>(date));
+    const host::DateFields f = machine.host().fieldsOf(std::get<ObjectRef>(date));
     return std::tuple(f.year, f.month, f.day, f.hour, f.minute, f.second);
   };
   return fields(left) <=> fields(right);

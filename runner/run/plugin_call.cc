@@ -6,20 +6,20 @@
 
 namespace runner {
 
-using testkit::host::rulesOf;
-using testkit::host::Slot;
+using host::internal::rulesOf;
+using host::internal::Slot;
 
 namespace {
 
-bool isVariant(const testkit::Type& type) {
-  return !type.array && testkit::sameName(type.name, "variant");
+bool isVariant(const host::Type& type) {
+  return !type.array && host::sameName(type.name, "variant");
 }
 
 }  // namespace
 
 // The arguments while a call lasts; the references among them are given back on every way out.
 struct PluginCall::Passing {
-  explicit Passing(testkit::host::State& itsState) : state(itsState) {}
+  explicit Passing(host::internal::State& itsState) : state(itsState) {}
   ~Passing() {
     for (std::size_t i = 0; i < ownedCount; ++i) state.ledger.drop(state, owned[i]);
   }
@@ -36,7 +36,7 @@ struct PluginCall::Passing {
     owned[ownedCount++] = slot.handle;
   }
 
-  testkit::host::State& state;
+  host::internal::State& state;
   std::array<Slot, kMostParameters + 1> slots;
   std::array<void*, kMostParameters + 1> addresses;
   std::array<void*, kMostParameters> owned;
@@ -56,13 +56,13 @@ zel::REALstring ReadyText::handle(Machine& machine) {
   return handle_;
 }
 
-PluginCall::PluginCall(testkit::PluginFunction function, const testkit::Declaration& declaration,
+PluginCall::PluginCall(host::PluginFunction function, const host::Declaration& declaration,
                        bool ofInstance)
     : function_(function), ofInstance_(ofInstance) {
   if (declaration.parameters.size() > kMostParameters)
     throw std::invalid_argument("too many parameters: " + declaration.name);
   if (ofInstance) types_.push_back(&ffi_type_pointer);
-  for (const testkit::Parameter& parameter : declaration.parameters) {
+  for (const host::Parameter& parameter : declaration.parameters) {
     parameters_.push_back({&rulesOf(parameter.type), isVariant(parameter.type)});
     types_.push_back(parameters_.back().rules->passing);
   }
@@ -75,7 +75,7 @@ PluginCall::PluginCall(testkit::PluginFunction function, const testkit::Declarat
 
 Value PluginCall::run(Machine& machine, const Value& self, const Value* arguments,
                       const ReadyTexts& ready) const {
-  testkit::host::State& state = machine.state();
+  host::internal::State& state = machine.state();
   Passing passing(state);
   Slot slot{};
   if (ofInstance_) {
@@ -90,7 +90,7 @@ Value PluginCall::run(Machine& machine, const Value& self, const Value* argument
       continue;
     }
     if (parameter.variant) {
-      slot.handle = testkit::host::box(state, arguments[i]);
+      slot.handle = host::internal::box(state, arguments[i]);
     } else {
       slot = parameter.rules->pack(state, arguments[i]);
     }

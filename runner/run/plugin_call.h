@@ -27,7 +27,7 @@ class ReadyText {
 
  private:
   std::string text_;
-  testkit::Host* host_ = nullptr;  // that has made it
+  host::Host* host_ = nullptr;  // that has made it
   zel::REALstring handle_ = nullptr;
 };
 using ReadyTexts = std::vector<std::unique_ptr<ReadyText>>;
@@ -38,8 +38,7 @@ class PluginCall {
 
   /// @param declaration of kMostParameters at most. @param ofInstance whether the object is the
   /// first argument; it isn't for shared methods.
-  PluginCall(testkit::PluginFunction function, const testkit::Declaration& declaration,
-             bool ofInstance);
+  PluginCall(host::PluginFunction function, const host::Declaration& declaration, bool ofInstance);
   PluginCall(const PluginCall&) = delete;
   PluginCall& operator=(const PluginCall&) = delete;
 
@@ -51,14 +50,14 @@ class PluginCall {
  private:
   struct Passing;
   struct Parameter {
-    const testkit::host::TypeRules* rules;
+    const host::internal::TypeRules* rules;
     bool variant;
   };
 
-  testkit::PluginFunction function_;
+  host::PluginFunction function_;
   bool ofInstance_;
   std::vector<Parameter> parameters_;
-  const testkit::host::TypeRules* result_ = nullptr;  // null: none
+  const host::internal::TypeRules* result_ = nullptr;  // null: none
   std::vector<ffi_type*> types_;
   ffi_cif cif_{};
 };

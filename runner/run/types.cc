@@ -75,11 +75,11 @@ std::vector<std::string> simpleTypeNames() {
   return names;
 }
 
-std::optional<Type> Types::find(const testkit::Type& written) const {
+std::optional<Type> Types::find(const host::Type& written) const {
   for (const SimpleType& simple : kSimpleTypes) {
-    if (testkit::sameName(simple.name, written.name)) return Type{simple.kind, "", written.array};
+    if (host::sameName(simple.name, written.name)) return Type{simple.kind, "", written.array};
   }
-  if (testkit::sameName("Object", written.name)) return Type{Kind::object, "Object", written.array};
+  if (host::sameName("Object", written.name)) return Type{Kind::object, "Object", written.array};
   std::string name = className(written.name);
   if (name.empty()) return std::nullopt;
   return Type{Kind::object, std::move(name), written.array};
@@ -87,7 +87,7 @@ std::optional<Type> Types::find(const testkit::Type& written) const {
 
 std::string Types::className(std::string_view written) const {
   for (const std::string& name : host_.classNames())
-    if (testkit::sameName(name, written)) return name;
+    if (host::sameName(name, written)) return name;
   return "";
 }
 
@@ -98,7 +98,7 @@ std::vector<std::string> Types::names() const {
 }
 
 std::string Types::superName(const std::string& className) const {
-  const testkit::RegisteredClass* const found = host_.findClass(className);
+  const host::RegisteredClass* const found = host_.findClass(className);
   return found == nullptr ? "" : found->superName;
 }
 

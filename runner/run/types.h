@@ -63,10 +63,10 @@ std::vector<std::string> simpleTypeNames();
 /// The types of the running host: its classes come from its own and the plugins' records.
 class Types {
  public:
-  explicit Types(const testkit::Host& host) : host_(host) {}
+  explicit Types(const host::Host& host) : host_(host) {}
 
   /// nullopt when there is no such type.
-  [[nodiscard]] std::optional<Type> find(const testkit::Type& written) const;
+  [[nodiscard]] std::optional<Type> find(const host::Type& written) const;
   /// The class of that name in any case, as registered; "" when there is none.
   [[nodiscard]] std::string className(std::string_view written) const;
   /// The names of classes and simple types, for suggestions.
@@ -83,7 +83,7 @@ class Types {
  private:
   [[nodiscard]] std::optional<int> objectDistance(const Type& from, const Type& to) const;
 
-  const testkit::Host& host_;
+  const host::Host& host_;
 };
 
 /// The number type in which numbers of two types are added, subtracted and multiplied.

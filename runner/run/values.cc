@@ -14,7 +14,7 @@
 namespace runner {
 namespace {
 
-using testkit::Text;
+using host::Text;
 
 template <class To, class From>
 To cut(From number) {
@@ -137,14 +137,14 @@ Type typeOf(Machine& machine, const Value& value) {
   const auto* const object = std::get_if<ObjectRef>(&value);
   if (object == nullptr || !*object) return kByPosition[value.index()];
   if (const auto* const array =
-          machine.state().ledger.peek<testkit::host::HostArray>(object->handle())) {
-    const testkit::Type element{array->elementType().name, true};
+          machine.state().ledger.peek<host::internal::HostArray>(object->handle())) {
+    const host::Type element{array->elementType().name, true};
     const std::optional<Type> found = Types(machine.host()).find(element);
     // Whether its elements are variants or objects of one class isn't known to an array.
     return !found || *found == kAnyObject.arrayOf() ? kVariant.arrayOf() : *found;
   }
   const auto* const instance =
-      machine.state().ledger.peek<testkit::host::HostObject>(object->handle());
+      machine.state().ledger.peek<host::internal::HostObject>(object->handle());
   return instance == nullptr ? kAnyObject : objectOf(instance->hostClass().description.name);
 }
 

@@ -42,7 +42,7 @@ enum class Operator {
 
 /// A number, a text, a boolean or Nil (which is std::monostate).
 struct Literal {
-  testkit::Value value;
+  host::Value value;
 };
 struct Name {
   std::string name;
@@ -71,12 +71,12 @@ struct Binary {
 /// object IsA class
 struct TypeTest {
   ExpressionPtr object;
-  testkit::Type type;
+  host::Type type;
   Place typePlace;
 };
 /// New class(arguments)
 struct Creation {
-  testkit::Type type;
+  host::Type type;
   Place typePlace;
   std::vector<ExpressionPtr> arguments;
 };
@@ -101,7 +101,7 @@ struct Variable {
 };
 struct Declare {
   std::vector<Variable> variables;
-  std::optional<testkit::Type> type;  // nullopt: that of the initial value
+  std::optional<host::Type> type;  // nullopt: that of the initial value
   Place typePlace;
   ExpressionPtr initial;  // nullable; of every variable
   bool constant = false;
@@ -125,7 +125,7 @@ struct If {
 };
 struct For {
   Variable counter;
-  std::optional<testkit::Type> type;  // of a counter of the loop's own
+  std::optional<host::Type> type;  // of a counter of the loop's own
   Place typePlace;
   ExpressionPtr from, to, step;  // step is nullable
   bool down = false;
@@ -133,7 +133,7 @@ struct For {
 };
 struct ForEach {
   Variable element;
-  std::optional<testkit::Type> type;
+  std::optional<host::Type> type;
   Place typePlace;
   ExpressionPtr list;
   Block body;
@@ -147,10 +147,10 @@ struct Loop {
   Block body;
 };
 struct CaseLabel {
-  ExpressionPtr from;                 // a value, the start of a range, or what is compared with
-  ExpressionPtr to;                   // the end of the range; nullable
-  std::optional<Operator> op;         // of "Is > value"
-  std::optional<testkit::Type> type;  // of "IsA class"; everything else is null then
+  ExpressionPtr from;              // a value, the start of a range, or what is compared with
+  ExpressionPtr to;                // the end of the range; nullable
+  std::optional<Operator> op;      // of "Is > value"
+  std::optional<host::Type> type;  // of "IsA class"; everything else is null then
   Place place;
 };
 struct Case {
@@ -174,7 +174,7 @@ struct Return {
 };
 struct Catch {
   std::optional<Variable> variable;
-  std::optional<testkit::Type> type;  // nullopt: every exception
+  std::optional<host::Type> type;  // nullopt: every exception
   Place typePlace;
   Block body;
 };
@@ -201,7 +201,7 @@ struct Statement {
 // --- programs
 
 struct FormalParameter {
-  testkit::Parameter declared;
+  host::Parameter declared;
   Place place;
   Place typePlace;
   ExpressionPtr initial;  // of one that may be left out; nullable
@@ -211,7 +211,7 @@ struct Method {
   std::string name;
   Place place;  // of the name
   std::vector<FormalParameter> parameters;
-  std::optional<testkit::Type> result;
+  std::optional<host::Type> result;
   Place resultPlace;
   Block body;
   std::string text;  // its first line

@@ -133,7 +133,7 @@ ExpressionPtr ExpressionParser::typeTest() {
   ExpressionPtr object = postfix();
   while (reader_.accept("isa")) {
     Place typePlace;
-    testkit::Type type = reader_.type(&typePlace);
+    host::Type type = reader_.type(&typePlace);
     const Place place = span(object->place, typePlace);
     object = make(place, TypeTest{std::move(object), std::move(type), typePlace});
   }
@@ -185,7 +185,7 @@ std::vector<ExpressionPtr> ExpressionParser::bareArguments() {
   return arguments;
 }
 
-ExpressionPtr ExpressionParser::literal(testkit::Value value) {
+ExpressionPtr ExpressionParser::literal(host::Value value) {
   reader_.advance();
   return make(reader_.lastPlace(), Literal{std::move(value)});
 }

@@ -30,7 +30,7 @@ class ExpressionParser {
   ExpressionPtr postfix();
   ExpressionPtr primary();
   ExpressionPtr creation();
-  ExpressionPtr literal(testkit::Value value);
+  ExpressionPtr literal(host::Value value);
 
   template <class What>
   ExpressionPtr make(const Place& place, What what);

@@ -14,7 +14,7 @@ namespace runner {
 namespace {
 
 using Kind = Token::Kind;
-using testkit::Value;
+using host::Value;
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -101,7 +101,7 @@ class Lexer {
     const std::string_view found = text_.substr(begin, at_ - begin);
     if (found == "_") {
       continueLine(begin);
-    } else if (testkit::sameName(found, "rem")) {
+    } else if (host::sameName(found, "rem")) {
       skipLine();
     } else {
       add(Kind::word, begin, std::string(found));
@@ -222,7 +222,7 @@ class Lexer {
 }  // namespace
 
 bool Token::is(std::string_view wanted) const {
-  return (kind == Kind::word || kind == Kind::sign) && testkit::sameName(text, wanted);
+  return (kind == Kind::word || kind == Kind::sign) && host::sameName(text, wanted);
 }
 
 std::vector<Token> tokens(const Source& source) { return Lexer(source).run(); }

@@ -15,8 +15,8 @@ struct Token {
 
   Kind kind = Kind::end;
   Place place;
-  std::string text;      // of a word or a sign as written; of a text what it says
-  testkit::Value value;  // of a number
+  std::string text;   // of a word or a sign as written; of a text what it says
+  host::Value value;  // of a number
 
   /// Whether it is this sign or, in any case, this word.
   [[nodiscard]] bool is(std::string_view wanted) const;

@@ -31,7 +31,7 @@ void ProgramParser::counted(Statement& statement, const Place& begin) {
   close(begin, "For", "Next");
   if (!reader_.atEndOfLine()) {
     const Token word = reader_.name("the end of the line");
-    if (!testkit::sameName(word.text, loop.counter.name))
+    if (!host::sameName(word.text, loop.counter.name))
       refuse(word.place, "This loop's variable is \"" + loop.counter.name + "\".");
   }
   statement.what = std::move(loop);

@@ -67,7 +67,7 @@ Variable ProgramParser::variable(const std::string& expected) {
   return variable;
 }
 
-std::optional<testkit::Type> ProgramParser::optionalType(Place* place) {
+std::optional<host::Type> ProgramParser::optionalType(Place* place) {
   if (!reader_.accept("as")) return std::nullopt;
   return reader_.type(place);
 }

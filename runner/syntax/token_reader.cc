@@ -74,9 +74,9 @@ Token TokenReader::anyWord(const std::string& expected) {
   return found;
 }
 
-testkit::Type TokenReader::type(Place* place) {
+host::Type TokenReader::type(Place* place) {
   const Token word = name("the name of a type");
-  testkit::Type type{word.text, emptyParentheses()};
+  host::Type type{word.text, emptyParentheses()};
   *place = span(word.place, lastPlace());
   return type;
 }
@@ -105,9 +105,8 @@ void checkDepth(int depth, const Place& place) {
 }
 
 bool isReserved(std::string_view word) {
-  return std::any_of(std::begin(kReserved), std::end(kReserved), [word](std::string_view reserved) {
-    return testkit::sameName(word, reserved);
-  });
+  return std::any_of(std::begin(kReserved), std::end(kReserved),
+                     [word](std::string_view reserved) { return host::sameName(word, reserved); });
 }
 
 }  // namespace runner

@@ -32,7 +32,7 @@ class TokenReader {
   Token anyWord(const std::string& expected);
 
   /// A type, with its parentheses if it is an array.
-  testkit::Type type(Place* place);
+  host::Type type(Place* place);
   /// "()".
   bool emptyParentheses();
 

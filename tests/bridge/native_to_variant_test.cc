@@ -349,7 +349,7 @@ TEST_F(ClassWalkTest, ALongNameIsSkipped) {
 TEST_F(ClassWalkTest, ARetainThatRaisesLosesNothing) {
   foundation.addClass("NSColor", "NSObject");
   foundation.addMethod("NSColor", "retain", [](id, SEL) -> id {
-    objc_exception_throw(testkit::Foundation::shared().exception("Bad", "No."));
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Bad", "No."));
   });
   host->addClass("NSColorZEL", "");
   const id color = foundation.object("NSColor");

@@ -186,7 +186,7 @@ TEST_P(HostTimeTest, AnotherPluginMakesTheValueOfTheObject) {
   static REALobject handed = nullptr;
   foundation.addClassMethod("NSValue", GetParam().factory, [](id, SEL, REALobject object) -> id {
     handed = object;
-    return testkit::Foundation::shared().null();
+    return foundation_double::Foundation::shared().null();
   });
   const ObjectRef object = objectOf(GetParam().className);
   foundation.clearRecords();
@@ -248,7 +248,7 @@ TEST_F(ObjectsToNativeTest, AnUnknownObjectIsWrapped) {
   foundation.addClass("ZELREALobjectWrapper", "NSObject");
   foundation.addClassMethod("ZELREALobjectWrapper", "wrap:", [](id, SEL, REALobject object) -> id {
     handed = object;
-    return testkit::Foundation::shared().object("ZELREALobjectWrapper");
+    return foundation_double::Foundation::shared().object("ZELREALobjectWrapper");
   });
   const ObjectRef object = objectOf("Anything");
   EXPECT_EQ(toNative(object), "ZELREALobjectWrapper");
@@ -276,7 +276,7 @@ TEST_F(ObjectsToNativeTest, TheWrappersClassMayComeLate) {
   EXPECT_EQ(toNative(object), "nil");
   foundation.addClass("ZELREALobjectWrapper", "NSObject");
   foundation.addClassMethod("ZELREALobjectWrapper", "wrap:", [](id, SEL, REALobject) -> id {
-    return testkit::Foundation::shared().object("ZELREALobjectWrapper");
+    return foundation_double::Foundation::shared().object("ZELREALobjectWrapper");
   });
   EXPECT_EQ(toNative(object), "ZELREALobjectWrapper");
 }

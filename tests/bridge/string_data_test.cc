@@ -87,7 +87,9 @@ class OlderStringDataTest : public StringDataTest {
     host->hide("PluginGetStringData");
     host->hide("PluginDisposeStringData");
   }
-  static std::vector<std::size_t> buffers() { return testkit::Allocations::shared().sizes(); }
+  static std::vector<std::size_t> buffers() {
+    return foundation_double::Allocations::shared().sizes();
+  }
 };
 
 TEST_F(OlderStringDataTest, BytesAsStoredAreLabelledSo) {

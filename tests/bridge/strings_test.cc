@@ -218,7 +218,9 @@ class ToHostTest : public PluginTest {
     host->unlock(made);
     return bytes;
   }
-  static std::vector<std::size_t> buffers() { return testkit::Allocations::shared().sizes(); }
+  static std::vector<std::size_t> buffers() {
+    return foundation_double::Allocations::shared().sizes();
+  }
 };
 
 TEST_F(ToHostTest, NullAndEmptyTextsGiveNull) {
@@ -279,7 +281,7 @@ TEST_F(ToHostTest, ALengthWhoseBufferSizeWrapsRoundIsTriedInWhatIsLeft) {
 }
 
 TEST_F(ToHostTest, ABufferThatCannotBeHadGivesNull) {
-  testkit::Allocations::shared().failAt(1);
+  foundation_double::Allocations::shared().failAt(1);
   EXPECT_EQ(converted(foundation.string(std::string(100, 'x'))), "(null)");
   EXPECT_EQ(host->sequence(), Lines{});
 }

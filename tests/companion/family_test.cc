@@ -85,7 +85,9 @@ TEST_F(FamilyMethodsTest, AnExceptionOfAMethodArrivesInTheHost) {
 
 // --- another plugin has added a method: it stays, and the others are added
 
-CFMutableDictionaryRef othersMap() { return testkit::Foundation::shared().pointerTable(); }
+CFMutableDictionaryRef othersMap() {
+  return foundation_double::Foundation::shared().pointerTable();
+}
 
 TEST_F(FamilyMethodsTest, AMapOfAnotherPluginStays) {
   startAfter("GetInstancesDictionaryZEL", [](id, SEL) { return othersMap(); });

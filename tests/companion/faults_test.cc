@@ -99,10 +99,10 @@ TEST_P(CompanionFaultsTest, ARoutineThatAnswersNothingAtAnyCallLosesNothing) {
 TEST_P(CompanionFaultsTest, AFailedAllocationLosesNothing) {
   for (long n = 1;; ++n) {
     prepare(2014.0);
-    testkit::Allocations::shared().failAt(n);
+    foundation_double::Allocations::shared().failAt(n);
     callRaises();
-    const bool hit = !testkit::Allocations::shared().faultPending();
-    testkit::Allocations::shared().failAt(0);
+    const bool hit = !foundation_double::Allocations::shared().faultPending();
+    foundation_double::Allocations::shared().failAt(0);
     finish();
     if (!hit) break;
     ASSERT_LT(n, 50);

@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(Hosts, ExceptionRegistrationTest,
 
 TEST_P(ExceptionRegistrationTest, TheClassIsRegisteredWhole) {
   EXPECT_EQ(host->announcedVersion(), GetParam().version);
-  const testkit::RegisteredClass* const registered = host->findClass(kExceptionClass);
+  const host::RegisteredClass* const registered = host->findClass(kExceptionClass);
   ASSERT_NE(registered, nullptr);
   EXPECT_EQ(registered->version, GetParam().version);
   EXPECT_EQ(registered->superName, "RuntimeException");
@@ -94,7 +94,7 @@ class OtherExceptionClassTest : public CompanionTest {
 
 TEST_F(OtherExceptionClassTest, AClassThatIsThereStays) {
   startHost({.version = 2014.0, .keepSequence = true});
-  const testkit::RegisteredClass* const there = host->findClass(kExceptionClass);
+  const host::RegisteredClass* const there = host->findClass(kExceptionClass);
   ASSERT_NE(there, nullptr);
   EXPECT_EQ(there->version, 0);  // the host's own
   EXPECT_EQ(NSExceptionClass.base.systemUse, 0);

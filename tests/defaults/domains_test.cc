@@ -69,7 +69,8 @@ TEST_P(MethodTest, DoesNothingOnAnUnconstructedObject) {
 
 TEST_P(MethodTest, ReportsAnExceptionAndGivesTheDefault) {
   foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL) {
-    objc_exception_throw(testkit::Foundation::shared().exception("Broken", "Store damaged."));
+    objc_exception_throw(
+        foundation_double::Foundation::shared().exception("Broken", "Store damaged."));
   });
   const Outcome outcome = host->call(defaults, GetParam().method, arguments());
   EXPECT_EQ(host->describe(outcome.value), GetParam().nothing);
@@ -222,7 +223,7 @@ TEST_F(DomainsTest, TheKeyIsConvertedBeforeTheDomain) {
   static std::string handed;
   foundation.addMethod("NSUserDefaults", "objectIsForcedForKey:inDomain:",
                        [](id, SEL, CFStringRef key, CFStringRef domain) -> BOOL {
-                         auto& kit = testkit::Foundation::shared();
+                         auto& kit = foundation_double::Foundation::shared();
                          handed = kit.utf8(key) + " in " + kit.utf8(domain);
                          return 1;
                        });
@@ -262,7 +263,7 @@ TEST_F(DomainsTest, AnEmptyNameIsHandedOnAsNil) {
     SCOPED_TRACE(method);
     handed = "nothing";
     foundation.addMethod("NSUserDefaults", method + ":"s, [](id, SEL, id name) -> id {
-      handed = testkit::Foundation::shared().describe(name);
+      handed = foundation_double::Foundation::shared().describe(name);
       return nullptr;
     });
     call(method, {"name"s});
@@ -274,12 +275,12 @@ TEST_F(DomainsTest, AnEmptyNameIsHandedOnAsNil) {
 
 TEST_F(DomainsTest, EmptyKeysAndDomainsAreHandedOnAsNil) {
   foundation.addMethod("NSUserDefaults", "objectIsForcedForKey:", [](id, SEL, id key) -> BOOL {
-    handed = testkit::Foundation::shared().describe(key);
+    handed = foundation_double::Foundation::shared().describe(key);
     return 1;
   });
   foundation.addMethod("NSUserDefaults",
                        "objectIsForcedForKey:inDomain:", [](id, SEL, id key, id domain) -> BOOL {
-                         auto& kit = testkit::Foundation::shared();
+                         auto& kit = foundation_double::Foundation::shared();
                          handed = kit.describe(key) + " in " + kit.describe(domain);
                          return 1;
                        });
@@ -296,7 +297,7 @@ TEST_F(DomainsTest, ContentsAndNamesAreHandedOnAsTheyAre) {
     SCOPED_TRACE(method);
     foundation.addMethod("NSUserDefaults", method + ":forName:"s,
                          [](id, SEL, id contents, id name) {
-                           auto& kit = testkit::Foundation::shared();
+                           auto& kit = foundation_double::Foundation::shared();
                            handed = kit.describe(contents) + " as " + kit.describe(name);
                          });
     call(method, {host->dictionary({{"a"s, 0.5}}), "name"s});

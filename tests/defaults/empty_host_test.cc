@@ -29,7 +29,7 @@ class EmptyHostTest : public PluginTest {
   void catchHanded(const char* selector) {
     handed = "nothing";
     foundation.addMethod("NSUserDefaults", selector, [](id, SEL, id value, CFStringRef name) {
-      auto& kit = testkit::Foundation::shared();
+      auto& kit = foundation_double::Foundation::shared();
       handed = kit.describe(value) + " for " + kit.describe(name);
     });
   }
@@ -87,9 +87,11 @@ TEST_F(EmptyHostTest, EveryGetterOfObjectsGivesNothing) {
   Constructor(object);
   answer("dataForKey:", foundation.data("ab"));
   EXPECT_EQ(dataForKey(object, string), nullptr);
-  answer("URLForKey:", testkit::Foundation::asObject(foundation.fileUrl("/folder/file.txt")));
+  answer("URLForKey:",
+         foundation_double::Foundation::asObject(foundation.fileUrl("/folder/file.txt")));
   EXPECT_EQ(fileForKey(object, string), nullptr);
-  const id list = foundation.array({testkit::Foundation::asObject(foundation.string("a"))});
+  const id list =
+      foundation.array({foundation_double::Foundation::asObject(foundation.string("a"))});
   answer("stringArrayForKey:", list);
   EXPECT_EQ(stringArrayForKey(object, string), nullptr);
   answer("arrayForKey:", list);
@@ -104,11 +106,11 @@ TEST_F(EmptyHostTest, NoObjectBecomesAVariant) {
   Constructor(object);
   foundation.addClass("NSColor", "NSObject");
   for (const id value :
-       {testkit::Foundation::asObject(foundation.string("a")), foundation.boolean(true),
+       {foundation_double::Foundation::asObject(foundation.string("a")), foundation.boolean(true),
         foundation.number("i", 1), foundation.number("d", 1), foundation.date(0),
         foundation.data("ab"), foundation.array({foundation.boolean(true)}),
         foundation.dictionary({{"a"s, foundation.boolean(true)}}),
-        testkit::Foundation::asObject(foundation.url("http://example.com/")),
+        foundation_double::Foundation::asObject(foundation.url("http://example.com/")),
         foundation.value(NSRange{1, 2}), foundation.object("NSColor")}) {
     SCOPED_TRACE(foundation.describe(value));
     answer("objectForKey:", value);

@@ -38,7 +38,7 @@ Calls scalarCalls() {
           getter("URLForKey", "URLForKey",
                  replying("URLForKey:",
                           [](Kit& kit) {
-                            return testkit::Foundation::asObject(
+                            return foundation_double::Foundation::asObject(
                                 kit.foundation.url("http://example.com/" + kLongText));
                           }),
                  "\"http://example.com/" + kLongText + '"', {"\"\""}),

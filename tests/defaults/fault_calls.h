@@ -13,8 +13,8 @@ namespace tests {
 /// What arguments and replies are made with.
 struct Kit {
   Host& host;
-  testkit::Family& family;
-  testkit::Foundation& foundation;
+  host::Family& family;
+  foundation_double::Foundation& foundation;
 };
 
 /// What can be seen of a call in the store afterwards, by another call.

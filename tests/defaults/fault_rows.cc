@@ -14,7 +14,7 @@ Calls joined(const std::vector<Calls>& parts) {
 }
 
 id text(Kit& kit, const std::string& utf8) {
-  return testkit::Foundation::asObject(kit.foundation.string(utf8));
+  return foundation_double::Foundation::asObject(kit.foundation.string(utf8));
 }
 
 // --- the state that a call meets

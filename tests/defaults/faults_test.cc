@@ -246,9 +246,9 @@ TEST_P(FaultsTest, ARoutineThatIsFoundLateLosesNothing) {
 TEST_P(FaultsTest, AFailedAllocationLosesNothing) {
   for (long n = 1;; ++n) {
     prepare(kVersion);
-    make([&] { testkit::Allocations::shared().failAt(n); });
-    const bool hit = !testkit::Allocations::shared().faultPending();
-    testkit::Allocations::shared().failAt(0);
+    make([&] { foundation_double::Allocations::shared().failAt(n); });
+    const bool hit = !foundation_double::Allocations::shared().faultPending();
+    foundation_double::Allocations::shared().failAt(0);
     finish();
     if (!hit) break;
     ASSERT_LT(n, 50);

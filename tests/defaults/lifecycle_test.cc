@@ -153,7 +153,7 @@ TEST_F(LifecycleTest, ConstructorReplacesAnEarlierEntry) {
   const ObjectRef object = host->make(kClass);
   // A native object that the family knows under another host object already.
   foundation.addMethod("NSUserDefaults", "init", [](id self, SEL) {
-    CFDictionarySetValue(testkit::Foundation::shared().pointerTable(), self, self);
+    CFDictionarySetValue(foundation_double::Foundation::shared().pointerTable(), self, self);
     return self;
   });
   EXPECT_EQ(construct(object), std::nullopt);
@@ -196,7 +196,7 @@ TEST_F(LifecycleTest, AnExceptionInConstructorReachesTheHost) {
   provideFamily();
   const ObjectRef object = host->make(kClass);
   foundation.addClassMethod("NSUserDefaults", "alloc", [](id, SEL) -> id {
-    objc_exception_throw(testkit::Foundation::shared().exception("Bad", "No memory."));
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Bad", "No memory."));
   });
   EXPECT_EQ(construct(object), (Raised{"NSExceptionZEL", "No memory.", 0}));
   EXPECT_EQ(wrappedBy(object), nullptr);
@@ -359,7 +359,7 @@ TEST_F(LifecycleTest, StandardUserDefaultsLosesNothingWhenItsBookkeepingRaises) 
 TEST_F(LifecycleTest, AnExceptionInStandardUserDefaultsReachesTheHost) {
   provideFamily();
   foundation.addClassMethod("NSUserDefaults", "standardUserDefaults", [](id, SEL) -> id {
-    objc_exception_throw(testkit::Foundation::shared().exception("Bad", "Locked."));
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Bad", "Locked."));
   });
   const Outcome outcome = host->callShared(kClass, "standardUserDefaults");
   EXPECT_EQ(outcome.raised, (Raised{"NSExceptionZEL", "Locked.", 0}));
@@ -391,7 +391,7 @@ TEST_F(LifecycleTest, ResetJoinsTheFamily) {
 TEST_F(LifecycleTest, AnExceptionInResetReachesTheHost) {
   provideFamily();
   foundation.addClassMethod("NSUserDefaults", "resetStandardUserDefaults", [](id, SEL) {
-    objc_exception_throw(testkit::Foundation::shared().exception("Bad", "Busy."));
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Bad", "Busy."));
   });
   EXPECT_EQ(host->callShared(kClass, "resetStandardUserDefaults").raised,
             (Raised{"NSExceptionZEL", "Busy.", 0}));

@@ -33,7 +33,9 @@ class ListsTest : public PluginTest {
     provideFamily();
     useNewObject();
   }
-  id text(const char* utf8) { return testkit::Foundation::asObject(foundation.string(utf8)); }
+  id text(const char* utf8) {
+    return foundation_double::Foundation::asObject(foundation.string(utf8));
+  }
   // What Foundation answers to the message.
   void answer(const char* selector, id reply) {
     replied = reply;

@@ -17,7 +17,7 @@ id mixedList(Kit& kit) {
 
 std::function<void(Kit&)> pathReplying(const char* path) {
   return replying("URLForKey:", [path](Kit& kit) {
-    return testkit::Foundation::asObject(kit.foundation.fileUrl(path));
+    return foundation_double::Foundation::asObject(kit.foundation.fileUrl(path));
   });
 }
 
@@ -67,13 +67,15 @@ Calls variantGetterCalls() {
       variantGetter(
           "variantOfAddress",
           [](Kit& kit) {
-            return testkit::Foundation::asObject(kit.foundation.url("http://example.com/"));
+            return foundation_double::Foundation::asObject(
+                kit.foundation.url("http://example.com/"));
           },
           "\"http://example.com/\""),
       variantGetter(
           "variantOfFile",
           [](Kit& kit) {
-            return testkit::Foundation::asObject(kit.foundation.fileUrl("/folder/file.txt"));
+            return foundation_double::Foundation::asObject(
+                kit.foundation.fileUrl("/folder/file.txt"));
           },
           "FolderItem /folder/file.txt"),
       variantGetter(
@@ -111,12 +113,12 @@ FaultCall describedSetter(const char* name, std::function<Value(Kit&)> value,
   FaultCall call = variantSetter(name, std::move(value), handed);
   call.before = [](Kit& kit) {
     replying("objectForKey:", [](Kit&) { return nullptr; })(kit);
-    kit.foundation.addMethod("NSUserDefaults",
-                             "setObject:forKey:", [](id, zel::SEL, id handedOn, zel::CFStringRef) {
-                               auto& foundation = testkit::Foundation::shared();
-                               const std::string literal = foundation.describe(handedOn);
-                               replied = testkit::Foundation::asObject(foundation.string(literal));
-                             });
+    kit.foundation.addMethod(
+        "NSUserDefaults", "setObject:forKey:", [](id, zel::SEL, id handedOn, zel::CFStringRef) {
+          auto& foundation = foundation_double::Foundation::shared();
+          const std::string literal = foundation.describe(handedOn);
+          replied = foundation_double::Foundation::asObject(foundation.string(literal));
+        });
   };
   return call;
 }

@@ -44,10 +44,10 @@ class ObjectsTest : public PluginTest {
   void catchStored() {
     stored = "nothing was stored";
     foundation.addMethod("NSUserDefaults", "setObject:forKey:", [](id, SEL, id value, CFStringRef) {
-      stored = testkit::Foundation::shared().describe(value);
+      stored = foundation_double::Foundation::shared().describe(value);
     });
     foundation.addMethod("NSUserDefaults", "setURL:forKey:", [](id, SEL, id value, CFStringRef) {
-      stored = testkit::Foundation::shared().describe(value);
+      stored = foundation_double::Foundation::shared().describe(value);
     });
   }
 
@@ -79,7 +79,8 @@ TEST_P(ObjectGetterTest, GivesTheDefaultOnAnUnconstructedObject) {
 
 TEST_P(ObjectGetterTest, ReportsAnExceptionAndGivesTheDefault) {
   foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL, CFStringRef) {
-    objc_exception_throw(testkit::Foundation::shared().exception("Broken", "Store damaged."));
+    objc_exception_throw(
+        foundation_double::Foundation::shared().exception("Broken", "Store damaged."));
   });
   const Outcome outcome = host->call(defaults, GetParam().method, {"key"s});
   EXPECT_EQ(host->describe(outcome.value), GetParam().nothing);
@@ -147,7 +148,8 @@ TEST_P(ObjectSetterTest, ListsCannotBeAssignedTo) {
 
 TEST_P(ObjectSetterTest, ReportsAnExceptionAndStoresNothing) {
   foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL, id, CFStringRef) {
-    objc_exception_throw(testkit::Foundation::shared().exception("Broken", "Store damaged."));
+    objc_exception_throw(
+        foundation_double::Foundation::shared().exception("Broken", "Store damaged."));
   });
   const Outcome outcome = host->call(defaults, GetParam().setter, {"key"s, value()});
   EXPECT_EQ(outcome.raised, (Raised{"NSExceptionZEL", "Store damaged.", 0}));
@@ -214,13 +216,13 @@ TEST_F(ObjectsTest, AListIsMadeBeforeAnythingElse) {
 
 TEST_F(ObjectsTest, APartlyFilledListIsStillGivenAfterAnException) {
   foundation.addMethod("NSUserDefaults", "arrayForKey:", [](id, SEL, CFStringRef) {
-    auto& kit = testkit::Foundation::shared();
+    auto& kit = foundation_double::Foundation::shared();
     const id list = kit.array({kit.number("i", 1), kit.object("Poison"), kit.number("i", 3)});
     return list;
   });
   foundation.addClass("Poison", "NSObject");
   foundation.addMethod("Poison", "isKindOfClass:", [](id, SEL, Class*) -> BOOL {
-    objc_exception_throw(testkit::Foundation::shared().exception("Bad", "Poisoned."));
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Bad", "Poisoned."));
   });
   const Outcome outcome = host->call(defaults, "arrayForKey", {"key"s});
   EXPECT_EQ(host->describe(outcome.value), "[Int32 1]");
@@ -229,7 +231,7 @@ TEST_F(ObjectsTest, APartlyFilledListIsStillGivenAfterAnException) {
 
 TEST_F(ObjectsTest, AnElementThatBecomesNothingKeepsItsPlace) {
   foundation.addMethod("NSUserDefaults", "arrayForKey:", [](id, SEL, CFStringRef) {
-    auto& kit = testkit::Foundation::shared();
+    auto& kit = foundation_double::Foundation::shared();
     return kit.array({kit.number("i", 1), kit.object("NSObject"), kit.number("i", 3)});
   });
   EXPECT_EQ(get("arrayForKey"), "[Int32 1, nil, Int32 3]");
@@ -317,7 +319,7 @@ TEST_P(ListTest, ElementsAreGivenBackWhenAnExceptionPasses) {
 TEST_F(ObjectsTest, AListIsMadeWithTheCapacityThatItNeeds) {
   static std::optional<NSUInteger> capacity;
   foundation.addMethod("NSUserDefaults", "setObject:forKey:", [](id, SEL, id value, CFStringRef) {
-    capacity = testkit::Foundation::shared().capacity(value);
+    capacity = foundation_double::Foundation::shared().capacity(value);
   });
   set("setStringArrayValue", host->array(Host::kStringElements, {"a"s, "b"s, "c"s}));
   EXPECT_EQ(capacity, std::optional<NSUInteger>(3));

@@ -79,7 +79,8 @@ TEST_P(GetterTest, GivesTheDefaultOnAnUnconstructedObject) {
 
 TEST_P(GetterTest, ReportsAnExceptionAndGivesTheDefault) {
   foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL, CFStringRef) {
-    objc_exception_throw(testkit::Foundation::shared().exception("Broken", "Store damaged."));
+    objc_exception_throw(
+        foundation_double::Foundation::shared().exception("Broken", "Store damaged."));
   });
   const Outcome outcome = host->call(defaults, GetParam().method, {"key"s});
   EXPECT_EQ(outcome.value, GetParam().nothing);

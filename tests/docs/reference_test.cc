@@ -42,26 +42,24 @@ class ReferenceTest : public testing::Test {
  protected:
   ReferenceTest() { host_.load(library_.main()); }
 
-  [[nodiscard]] const testkit::RegisteredClass& registered() const {
-    return *host_.findClass(kClass);
-  }
+  [[nodiscard]] const host::RegisteredClass& registered() const { return *host_.findClass(kClass); }
 
  private:
-  testkit::PluginLibrary library_{ZEL_PLUGIN};
-  testkit::Host host_;
+  host::PluginLibrary library_{ZEL_PLUGIN};
+  host::Host host_;
 };
 
 // The declarations of those methods that a condition holds for, as blocks have them.
 template <class Condition>
-Texts declarationsOf(const std::vector<testkit::RegisteredMethod>& methods, Condition condition) {
+Texts declarationsOf(const std::vector<host::RegisteredMethod>& methods, Condition condition) {
   Texts found;
-  for (const testkit::RegisteredMethod& method : methods)
+  for (const host::RegisteredMethod& method : methods)
     if (condition(method)) found.push_back(method.text + '\n');
   return found;
 }
 
-bool any(const testkit::RegisteredMethod& /*method*/) { return true; }
-bool isAssignable(const testkit::RegisteredMethod& method) { return method.setter != nullptr; }
+bool any(const host::RegisteredMethod& /*method*/) { return true; }
+bool isAssignable(const host::RegisteredMethod& method) { return method.setter != nullptr; }
 
 TEST_F(ReferenceTest, EveryInstanceMethodHasItsDeclaration) {
   const Texts methods = declarationsOf(registered().methods, any);

@@ -3,13 +3,13 @@
 namespace tests {
 namespace {
 
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Parameter;
-using testkit::sameName;
-using testkit::Text;
-using testkit::Type;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Parameter;
+using host::sameName;
+using host::Text;
+using host::Type;
+using host::Value;
 using namespace std::string_literals;
 
 constexpr int kDepth = 3;
@@ -35,15 +35,14 @@ const Value kTexts[] = {"one"s,
 
 CallGenerator::CallGenerator(Host& host, const std::string& className, unsigned seed)
     : host_(host), random_(seed) {
-  const testkit::RegisteredClass& registered = *host.findClass(className);
+  const host::RegisteredClass& registered = *host.findClass(className);
   addCandidates(registered.methods, false);
   addCandidates(registered.sharedMethods, true);
 }
 
-void CallGenerator::addCandidates(const std::vector<testkit::RegisteredMethod>& methods,
-                                  bool shared) {
+void CallGenerator::addCandidates(const std::vector<host::RegisteredMethod>& methods, bool shared) {
   using Kind = GeneratedCall::Kind;
-  for (const testkit::RegisteredMethod& method : methods) {
+  for (const host::RegisteredMethod& method : methods) {
     Candidate candidate{shared ? Kind::kShared : Kind::kMethod, &method.declaration,
                         method.declaration.parameters};
     candidates_.push_back(candidate);

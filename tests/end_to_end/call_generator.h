@@ -14,7 +14,7 @@ struct GeneratedCall {
   enum class Kind { kMethod, kAssignment, kShared };
   Kind kind;
   std::string method;
-  std::vector<testkit::Value> arguments;  // of an assignment, the value comes last
+  std::vector<host::Value> arguments;  // of an assignment, the value comes last
 };
 
 /// Makes up calls of every method of a class, with arguments of the types that its declarations ask
@@ -22,7 +22,7 @@ struct GeneratedCall {
 class CallGenerator {
  public:
   /// @param host has the class registered; outlives this.
-  CallGenerator(testkit::Host& host, const std::string& className, unsigned seed);
+  CallGenerator(host::Host& host, const std::string& className, unsigned seed);
 
   GeneratedCall next();
   /// Of everything that a call is made up from.
@@ -31,23 +31,23 @@ class CallGenerator {
  private:
   struct Candidate {
     GeneratedCall::Kind kind;
-    const testkit::Declaration* declaration;
-    std::vector<testkit::Parameter> parameters;
+    const host::Declaration* declaration;
+    std::vector<host::Parameter> parameters;
   };
 
-  void addCandidates(const std::vector<testkit::RegisteredMethod>& methods, bool shared);
-  testkit::Value argument(const testkit::Parameter& parameter);
-  testkit::Value text();
-  testkit::Value variant(int depth);
-  testkit::ObjectRef simpleVariant();
-  testkit::ObjectRef dictionary(int depth);
-  testkit::ObjectRef array(int depth);
-  testkit::ObjectRef typedArray();
-  testkit::ObjectRef date();
-  testkit::ObjectRef file();
+  void addCandidates(const std::vector<host::RegisteredMethod>& methods, bool shared);
+  host::Value argument(const host::Parameter& parameter);
+  host::Value text();
+  host::Value variant(int depth);
+  host::ObjectRef simpleVariant();
+  host::ObjectRef dictionary(int depth);
+  host::ObjectRef array(int depth);
+  host::ObjectRef typedArray();
+  host::ObjectRef date();
+  host::ObjectRef file();
   std::string bytes();
 
-  testkit::Host& host_;
+  host::Host& host_;
   std::mt19937 random_;
   std::vector<Candidate> candidates_;
 };

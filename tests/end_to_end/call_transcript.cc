@@ -15,10 +15,10 @@
 
 namespace {
 
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Outcome;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Outcome;
+using host::Value;
 using tests::CallGenerator;
 using tests::GeneratedCall;
 using Kind = GeneratedCall::Kind;
@@ -89,11 +89,11 @@ int writeTranscript(int argc, char** argv) {
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
   dup2(STDOUT_FILENO, STDERR_FILENO);
   const Pool pool;
-  const testkit::PluginLibrary library(argv[1]);
+  const host::PluginLibrary library(argv[1]);
   Host host({.version = std::strtod(argv[4], nullptr), .border = library.border()});
   host.onFailure([](const std::string& failure) { write("FAILURE " + failure); });
   host.load(library.main());
-  testkit::Family family(host, testkit::addToRuntime());
+  host::Family family(host, host::addToRuntime());
   family.provideInstances(
       zel::CFDictionaryCreateMutable(zel::kDefaultAllocator, 0, nullptr, nullptr));
   family.providePreparation();
@@ -105,4 +105,4 @@ int writeTranscript(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, writeTranscript); }
+int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, writeTranscript); }

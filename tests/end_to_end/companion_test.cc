@@ -49,7 +49,7 @@ class CompanionProductTest : public FamilyTest, public testing::WithParamInterfa
 INSTANTIATE_TEST_SUITE_P(Hosts, CompanionProductTest, testing::ValuesIn(kHostVersions));
 
 TEST_P(CompanionProductTest, TheClassIsRegisteredWhole) {
-  const testkit::RegisteredClass* const registered = host->findClass("NSExceptionZEL");
+  const host::RegisteredClass* const registered = host->findClass("NSExceptionZEL");
   ASSERT_NE(registered, nullptr);
   EXPECT_EQ(registered->version, host->announcedVersion());
   EXPECT_EQ(registered->superName, "RuntimeException");
@@ -152,7 +152,7 @@ TEST_P(CompanionProductTest, ASecondCopyChangesNothing) {
   std::filesystem::copy(original, folder / original.filename(),
                         std::filesystem::copy_options::recursive);
   {
-    const testkit::PluginLibrary second(folder / original.filename());
+    const host::PluginLibrary second(folder / original.filename());
     std::filesystem::remove_all(folder);
     host->load(second.main());
   }

@@ -13,7 +13,7 @@ namespace tests {
 namespace {
 
 using namespace std::string_literals;
-using testkit::DateFields;
+using host::DateFields;
 using zel::id;
 using zel::send;
 
@@ -142,7 +142,7 @@ TEST_F(DatesTest, AMomentBeforeTheYear1KeepsItsDomainFromBeingRead) {
   const Lines whole = {
       {"", "dictionary 2"}, {"a", "\"text\""}, {"date", "Date 0001-01-02 05:41:16"}};
   EXPECT_EQ(readDomain(name), kNarrowDates ? whole : (Lines{{"", "dictionary 0"}}));
-  std::filesystem::remove(testkit::storedDomain(name));
+  std::filesystem::remove(host::storedDomain(name));
 }
 
 constexpr const char* kZones[] = {"UTC",

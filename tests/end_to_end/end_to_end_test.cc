@@ -49,7 +49,7 @@ void EndToEndTest::drainPool() {
 }
 
 void EndToEndTest::startHost(const HostOptions& options) {
-  library = std::make_unique<testkit::PluginLibrary>(pluginFile(kClass));
+  library = std::make_unique<host::PluginLibrary>(pluginFile(kClass));
   HostOptions fitting = options;
   fitting.border = library->border();
   host = std::make_unique<Host>(fitting);
@@ -118,7 +118,7 @@ const FamilyKind& familyOfEnvironment() {
 FamilyTest::FamilyTest() : kind_(familyOfEnvironment()) {}
 
 void FamilyTest::loadPlugins() {
-  family = std::make_unique<testkit::Family>(*host, testkit::addToRuntime());
+  family = std::make_unique<host::Family>(*host, host::addToRuntime());
   for (const Part part : kind_.parts) {
     if (part == Part::plugin) loadPlugin();
     if (part == Part::companion) loadCompanion();
@@ -129,7 +129,7 @@ void FamilyTest::loadPlugins() {
 void FamilyTest::loadCompanion() {
   // The host has the class from its start, as one that another plugin has given it.
   if (!standInsRule()) host->removeClass("NSExceptionZEL");
-  companion = std::make_unique<testkit::PluginLibrary>(pluginFile("NSExceptionZEL"));
+  companion = std::make_unique<host::PluginLibrary>(pluginFile("NSExceptionZEL"));
   host->load(companion->main());
 }
 

@@ -15,13 +15,13 @@
 
 namespace tests {
 
-using testkit::Host;
-using testkit::HostOptions;
-using testkit::ObjectRef;
-using testkit::Outcome;
-using testkit::Raised;
-using testkit::Text;
-using testkit::Value;
+using host::Host;
+using host::HostOptions;
+using host::ObjectRef;
+using host::Outcome;
+using host::Raised;
+using host::Text;
+using host::Value;
 using Values = std::vector<Value>;
 
 inline const char* const kClass = "NSUserDefaultsZEL";
@@ -53,7 +53,7 @@ class EndToEndTest : public testing::Test {
   /// Drops everything that was autoreleased so far.
   void drainPool();
 
-  std::unique_ptr<testkit::PluginLibrary> library;
+  std::unique_ptr<host::PluginLibrary> library;
   std::unique_ptr<Host> host;
 
  private:
@@ -78,8 +78,8 @@ class FamilyTest : public EndToEndTest {
   /// Whether the stand-ins' hooks are the ones in force.
   [[nodiscard]] bool standInsRule() const;
 
-  std::unique_ptr<testkit::PluginLibrary> companion;
-  std::unique_ptr<testkit::Family> family;
+  std::unique_ptr<host::PluginLibrary> companion;
+  std::unique_ptr<host::Family> family;
 
  private:
   const struct FamilyKind& kind_;

@@ -165,7 +165,7 @@ TEST_P(FamilyValuesTest, ANativeObjectComesBackInTheClassOfItsFamily) {
     family->provideObjectClass(row.className);
     const Value back = through(family->objectOf(row.className, row.native));
     EXPECT_EQ(host->describe(back), row.className);
-    EXPECT_EQ(testkit::Family::nativeIn(std::get<ObjectRef>(back)), row.native);
+    EXPECT_EQ(host::Family::nativeIn(std::get<ObjectRef>(back)), row.native);
     EXPECT_EQ(native(), row.native);
   }
 }

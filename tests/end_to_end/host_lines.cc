@@ -3,9 +3,9 @@
 namespace tests {
 namespace {
 
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Value;
 
 class HostLines {
  public:
@@ -34,7 +34,7 @@ class HostLines {
       add(below(path, std::to_string(i)), elements[i]);
   }
   void addEntries(const std::string& path, const ObjectRef& dictionary) {
-    const testkit::Entries entries = host_.entries(dictionary);
+    const host::Entries entries = host_.entries(dictionary);
     lines_[path] = "dictionary " + std::to_string(entries.size());
     for (const auto& [key, value] : entries) add(below(path, std::get<std::string>(key)), value);
   }

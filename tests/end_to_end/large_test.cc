@@ -83,9 +83,9 @@ INSTANTIATE_TEST_SUITE_P(Host, LargeDictionaryTest, testing::Values(2014.0));
 
 TEST_P(LargeDictionaryTest, ADictionaryThereAndBack) {
   withFewAndMany([this](std::int32_t count) {
-    testkit::Entries entries;
+    host::Entries entries;
     for (std::int32_t i = 0; i < count; ++i) entries.emplace_back("key " + std::to_string(i), i);
-    testkit::Entries found = host->entries(thereAndBack(host->dictionary(entries)));
+    host::Entries found = host->entries(thereAndBack(host->dictionary(entries)));
     // Foundation keeps no order.
     const auto number = [](const auto& entry) { return std::get<std::int32_t>(entry.second); };
     std::sort(found.begin(), found.end(),
@@ -98,7 +98,7 @@ TEST_P(LargeTest, AListThereAndBack) {
   withFewAndMany([this](std::int32_t count) {
     const Values elements = texts(count);
     const ObjectRef list = host->array(Host::kObjectElements, elements);
-    const testkit::Entries back = host->entries(thereAndBack(host->dictionary({{"list"s, list}})));
+    const host::Entries back = host->entries(thereAndBack(host->dictionary({{"list"s, list}})));
     ASSERT_EQ(back.size(), 1U);
     EXPECT_TRUE(host->elements(std::get<ObjectRef>(back[0].second)) == elements);
   });

@@ -6,8 +6,8 @@
 namespace tests {
 namespace {
 
-using testkit::isBundle;
-using testkit::PluginLibrary;
+using host::isBundle;
+using host::PluginLibrary;
 
 std::string fileUnderTest() { return pluginFile(kClass); }
 
@@ -21,7 +21,7 @@ std::string refusalOf(const std::string& file) {
 }
 
 // The shared library that a function of this process belongs to, or "".
-std::string libraryOf(testkit::PluginMain function) {
+std::string libraryOf(host::PluginMain function) {
   Dl_info info{};
   return dladdr(reinterpret_cast<void*>(function), &info) == 0 ? "" : info.dli_fname;
 }

@@ -36,7 +36,7 @@ TEST_P(LifecycleTest, TheInterfaceVersionFollowsTheHost) {
 }
 
 TEST_P(LifecycleTest, TheClassIsRegisteredWhole) {
-  const testkit::RegisteredClass* const registered = host->findClass(kClass);
+  const host::RegisteredClass* const registered = host->findClass(kClass);
   ASSERT_NE(registered, nullptr);
   EXPECT_EQ(registered->dataSize, 16);
   EXPECT_EQ(registered->superName, "");

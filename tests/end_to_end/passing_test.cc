@@ -30,10 +30,10 @@ class PassingTest : public EndToEndTest, public testing::WithParamInterface<doub
  protected:
   void SetUp() override {
     startHost({.version = GetParam()});
-    const testkit::AddMethod add = testkit::addToRuntime();
-    add({"NSException", "NSObject", true, "GetInstancesDictionaryZEL",
-         testkit::erased(getInstances), "^v@:"});
-    family_ = std::make_unique<testkit::Family>(*host, add);
+    const host::AddMethod add = host::addToRuntime();
+    add({"NSException", "NSObject", true, "GetInstancesDictionaryZEL", host::erased(getInstances),
+         "^v@:"});
+    family_ = std::make_unique<host::Family>(*host, add);
     family_->provideExceptions();
   }
   // What the host was about to make when the exception passed isn't accounted for.
@@ -43,7 +43,7 @@ class PassingTest : public EndToEndTest, public testing::WithParamInterface<doub
   }
 
  private:
-  std::unique_ptr<testkit::Family> family_;
+  std::unique_ptr<host::Family> family_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, PassingTest, testing::ValuesIn(kHostVersions));

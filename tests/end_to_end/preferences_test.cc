@@ -119,12 +119,12 @@ class PassageTest : public FamilyTest {
 
   void SetUp() override {
     ASSERT_TRUE(zone_.isKnown());
-    for (const char* const domain : {kOriginal, kCopy}) fs::remove(testkit::storedDomain(domain));
+    for (const char* const domain : {kOriginal, kCopy}) fs::remove(host::storedDomain(domain));
   }
   void TearDown() override {
     defaults_.reset();
     FamilyTest::TearDown();
-    for (const char* const domain : {kOriginal, kCopy}) fs::remove(testkit::storedDomain(domain));
+    for (const char* const domain : {kOriginal, kCopy}) fs::remove(host::storedDomain(domain));
     readDefaultsAnew();
   }
 
@@ -142,8 +142,8 @@ class PassageTest : public FamilyTest {
     EXPECT_EQ(ask(defaults_, "synchronize"), Value(std::int8_t{1}));
     return outcome;
   }
-  static id storedOriginal() { return propertyListIn(testkit::storedDomain(kOriginal)); }
-  static id storedCopy() { return propertyListIn(testkit::storedDomain(kCopy)); }
+  static id storedOriginal() { return propertyListIn(host::storedDomain(kOriginal)); }
+  static id storedCopy() { return propertyListIn(host::storedDomain(kCopy)); }
 
  private:
   // The same value of new host objects.
@@ -164,7 +164,7 @@ class PassageTest : public FamilyTest {
     return host->array(Host::kObjectElements, elements);
   }
   ObjectRef rebuiltDictionary(const ObjectRef& dictionary) {
-    testkit::Entries entries = host->entries(dictionary);
+    host::Entries entries = host->entries(dictionary);
     for (auto& [key, value] : entries) value = rebuilt(value);
     return host->dictionary(entries);
   }
@@ -180,9 +180,9 @@ class PreferencesTest : public PassageTest,
   static void place(const File& file) {
     const fs::path source = fs::path(ZEL_PREFERENCES) / (file.name + ".plist"s);
     if (file.binary) {
-      writeBinary(propertyListIn(source), testkit::storedDomain(kOriginal));
+      writeBinary(propertyListIn(source), host::storedDomain(kOriginal));
     } else {
-      fs::copy_file(source, testkit::storedDomain(kOriginal));
+      fs::copy_file(source, host::storedDomain(kOriginal));
     }
   }
 };
@@ -219,7 +219,7 @@ class OneValueTest : public PassageTest {
   static void place(id value) {
     writeBinary(send<id, "dictionaryWithObject:forKey:">(zel::classNamed<"NSDictionary">(), value,
                                                          nativeText("key")),
-                testkit::storedDomain(kOriginal));
+                host::storedDomain(kOriginal));
   }
   static id listOf(id value) {
     return send<id, "arrayWithObject:">(zel::classNamed<"NSArray">(), value);
@@ -243,7 +243,7 @@ class OneValueTest : public PassageTest {
     const std::string log = testing::internal::GetCapturedStderr();
     EXPECT_EQ(outcome.raised.value_or(Raised{}).className, "NSExceptionZEL");
     EXPECT_NE(log.find("A NSInvalidArgumentException: "), std::string::npos) << log;
-    EXPECT_FALSE(fs::exists(testkit::storedDomain(kCopy)));
+    EXPECT_FALSE(fs::exists(host::storedDomain(kCopy)));
   }
 };
 
@@ -280,7 +280,7 @@ TEST_F(OneValueTest, EmptyDataInAListCantBeStoredAgain) {
 }
 
 TEST_F(OneValueTest, AHighUnsignedNumberInAListCantBeStoredAgain) {
-  std::ofstream(testkit::storedDomain(kOriginal)) << "{key = (<*I9223372036854775813>);}";
+  std::ofstream(host::storedDomain(kOriginal)) << "{key = (<*I9223372036854775813>);}";
   expectRefused(R"({"key": [UInt64 5]})");
 }
 

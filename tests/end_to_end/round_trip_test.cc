@@ -111,7 +111,7 @@ class RoundTripTest : public DefaultsTest {
     return host->array(Host::kObjectElements, elements);
   }
   ObjectRef dictionary(int depth) {
-    testkit::Entries entries;
+    host::Entries entries;
     for (int i = between(0, 4); i > 0; --i) entries.emplace_back(text(), anything(depth - 1));
     return host->dictionary(entries);
   }

@@ -8,7 +8,7 @@
 
 namespace {
 
-using testkit::Allocations;
+using foundation_double::Allocations;
 
 /// What the optimiser can't see through: it may otherwise drop a malloc whose block isn't used.
 void* volatile gBlock = nullptr;

@@ -7,7 +7,7 @@
 namespace {
 
 using FoundationFaultsTest = FoundationTest;
-using testkit::Foundation;
+using foundation_double::Foundation;
 using zel::CFStringRef;
 using zel::id;
 using zel::NSInteger;

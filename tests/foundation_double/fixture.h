@@ -36,6 +36,6 @@ class FoundationTest : public testing::Test {
            foundation_.utf8(zel::send<zel::CFStringRef, "reason">(exception));
   }
 
-  testkit::Foundation& foundation_ = testkit::Foundation::shared();
+  foundation_double::Foundation& foundation_ = foundation_double::Foundation::shared();
   Lines failures_;
 };

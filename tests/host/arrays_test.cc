@@ -11,10 +11,10 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Raised;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Raised;
+using host::Value;
 using zel::HostArrayRecord;
 using zel::REALarray;
 using zel::REALobject;

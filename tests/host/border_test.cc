@@ -6,10 +6,10 @@
 namespace tests {
 namespace {
 
-using testkit::Border;
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Value;
+using host::Border;
+using host::Host;
+using host::ObjectRef;
+using host::Value;
 
 int entered;
 std::vector<void*> handedOut;

@@ -9,12 +9,12 @@
 namespace tests {
 namespace {
 
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Outcome;
-using testkit::Raised;
-using testkit::Text;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Outcome;
+using host::Raised;
+using host::Text;
+using host::Value;
 
 class HostCallsTest : public HostTest {
  protected:
@@ -170,9 +170,9 @@ TEST_F(HostCallsTest, FindsMethodsOfSuperClasses) {
   host->addClass("Base", "");
   host->addClass("Derived", "Base");
   for (const char* const declaration : {"kept as integer", "replaced as integer"})
-    host->addMethod("Base", declaration, reinterpret_cast<testkit::PluginFunction>(base));
+    host->addMethod("Base", declaration, reinterpret_cast<host::PluginFunction>(base));
   host->addMethod("Derived", "replaced as integer",
-                  reinterpret_cast<testkit::PluginFunction>(derived));
+                  reinterpret_cast<host::PluginFunction>(derived));
   const ObjectRef object = host->make("Derived");
   EXPECT_EQ(host->call(object, "kept").value, Value(std::int32_t{1}));
   EXPECT_EQ(host->call(object, "replaced").value, Value(std::int32_t{2}));
@@ -183,8 +183,7 @@ TEST_F(HostCallsTest, RejectsAResultThatIsNoHandle) {
     static int nobody = 0;
     return reinterpret_cast<zel::REALobject>(&nobody);
   };
-  host->addMethod("SampleZEL", "wrong as SampleZEL",
-                  reinterpret_cast<testkit::PluginFunction>(wrong));
+  host->addMethod("SampleZEL", "wrong as SampleZEL", reinterpret_cast<host::PluginFunction>(wrong));
   EXPECT_EQ(ask("wrong"), Value(ObjectRef()));
   EXPECT_EQ(takeFailures(), std::vector<std::string>{
                                 "the result of a method was given a handle that isn't the host's"});
@@ -193,7 +192,7 @@ TEST_F(HostCallsTest, RejectsAResultThatIsNoHandle) {
 TEST_F(HostCallsTest, LoadsMethodsByDeclaration) {
   const auto load = entryPoint<void*(zel::REALobject, const char*)>("REALLoadObjectMethod");
   const auto* const methods = host->findClass("SampleZEL")->methods.data();
-  const auto address = [](testkit::PluginFunction f) { return reinterpret_cast<void*>(f); };
+  const auto address = [](host::PluginFunction f) { return reinterpret_cast<void*>(f); };
   EXPECT_EQ(load(sample.handle(), "Count(k As String) As Integer"), address(methods[3].function));
   EXPECT_EQ(load(sample.handle(), "Count(k As String, Assigns v As Integer)"),
             address(methods[3].setter));

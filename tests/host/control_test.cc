@@ -14,8 +14,8 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::Host;
-using testkit::host::signatureOf;
+using host::Host;
+using host::internal::signatureOf;
 using zel::REALobject;
 using zel::REALstring;
 
@@ -42,7 +42,7 @@ TEST_F(HostTest, HidesEntryPointsForAWhile) {
 TEST_F(HostTest, AnswersNullWhenTold) {
   const auto make = entryPoint<REALobject(const char*)>("PluginNewInstance");
   const auto makes = [make] {
-    return static_cast<bool>(testkit::ObjectRef::adopt(make("RuntimeException")));
+    return static_cast<bool>(host::ObjectRef::adopt(make("RuntimeException")));
   };
   host->answerNull("PluginNewInstance", 2);
   EXPECT_TRUE(makes());

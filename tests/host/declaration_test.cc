@@ -8,13 +8,13 @@
 namespace tests {
 namespace {
 
-using testkit::Declaration;
-using testkit::parseDeclaration;
+using host::Declaration;
+using host::parseDeclaration;
 
 // A declaration written out in full, for comparing.
 std::string shown(const Declaration& declaration) {
   std::string text = declaration.name;
-  for (const testkit::Parameter& parameter : declaration.parameters) {
+  for (const host::Parameter& parameter : declaration.parameters) {
     text += "|" + std::string(parameter.assigns ? "assigns " : "") +
             (parameter.byRef ? "byref " : "") + parameter.name + ":" + parameter.type.name +
             (parameter.type.array ? "()" : "");

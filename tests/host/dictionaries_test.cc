@@ -9,10 +9,10 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::Entries;
-using testkit::ObjectRef;
-using testkit::Raised;
-using testkit::Value;
+using host::Entries;
+using host::ObjectRef;
+using host::Raised;
+using host::Value;
 using zel::REALboolean;
 using zel::REALobject;
 
@@ -99,7 +99,7 @@ TEST_F(HostTest, ComparesKeysAsItSays) {
                                                  {1.5F, 7},
                                                  {std::uint64_t{18446744073709551615U}, 8},
                                                  {std::int8_t{1}, 9},
-                                                 {testkit::Text("a", 0x600), 10},
+                                                 {host::Text("a", 0x600), 10},
                                                  {host->memoryBlock("x"), 11},
                                                  {host->memoryBlock("x"), 12},
                                                  {"1", 13}});
@@ -160,7 +160,7 @@ TEST_F(HostTest, FindsKeysAndValuesOfTheWrongKind) {
 
 TEST_F(HostTest, DescribesADictionaryThatHoldsItself) {
   start({});
-  const ObjectRef shared = host->array(testkit::Host::kObjectElements, {std::int32_t{1}});
+  const ObjectRef shared = host->array(host::Host::kObjectElements, {std::int32_t{1}});
   const ObjectRef dictionary =
       host->dictionary({{std::string("a"), shared}, {std::string("b"), shared}});
   const ObjectRef key = host->variant(std::string("self"));

@@ -8,7 +8,7 @@
 
 namespace tests {
 
-testkit::AddMethod addToNativeSide();
+host::AddMethod addToNativeSide();
 
 /// What is autoreleased while this exists is given up when it goes.
 class Pool {

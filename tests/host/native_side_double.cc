@@ -5,11 +5,11 @@
 namespace tests {
 namespace {
 
-testkit::Foundation& foundation() { return testkit::Foundation::shared(); }
+foundation_double::Foundation& foundation() { return foundation_double::Foundation::shared(); }
 
 }  // namespace
 
-testkit::AddMethod addToNativeSide() { return testkit::addToDouble(); }
+host::AddMethod addToNativeSide() { return host::addToDouble(); }
 
 Pool::Pool() = default;
 Pool::~Pool() { foundation().drainPool(); }

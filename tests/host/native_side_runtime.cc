@@ -8,7 +8,7 @@
 
 namespace tests {
 
-testkit::AddMethod addToNativeSide() { return testkit::addToRuntime(); }
+host::AddMethod addToNativeSide() { return host::addToRuntime(); }
 
 Pool::Pool() : pool_(zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">())) {}
 Pool::~Pool() { zel::release(pool_); }

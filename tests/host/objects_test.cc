@@ -11,11 +11,11 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Raised;
-using testkit::Text;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Raised;
+using host::Text;
+using host::Value;
 using zel::REALboolean;
 using zel::REALclassRef;
 using zel::REALobject;
@@ -281,7 +281,7 @@ TEST_F(HostTest, LeavesWhatAConstructorRaisedPending) {
     raise(ObjectRef::adopt(newInstance("UnsupportedOperationException")).handle());
   };
   host->addClass("Raising", "");
-  host->addMethod("Raising", "Constructor", reinterpret_cast<testkit::PluginFunction>(constructor));
+  host->addMethod("Raising", "Constructor", reinterpret_cast<host::PluginFunction>(constructor));
   EXPECT_TRUE(host->construct("Raising"));
   EXPECT_EQ(host->unbalanced(), "object of UnsupportedOperationException (#2): 1 reference\n");
   EXPECT_EQ(host->takePending(),

@@ -12,17 +12,17 @@
 namespace tests {
 namespace {
 
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::host::HostArray;
-using testkit::host::State;
+using host::Host;
+using host::ObjectRef;
+using host::internal::HostArray;
+using host::internal::State;
 
-State& state() { return testkit::host::currentState("a test"); }
+State& state() { return host::internal::currentState("a test"); }
 
 class HostProgramsTest : public HostTest {
  protected:
   static HostArray& in(const ObjectRef& array) {
-    return testkit::host::thingOf<HostArray>(state(), array);
+    return host::internal::thingOf<HostArray>(state(), array);
   }
 };
 
@@ -63,16 +63,16 @@ TEST_F(HostProgramsTest, RemovesKeysOfDictionaries) {
   const ObjectRef value = host->make("RuntimeException");
   const ObjectRef dictionary = host->dictionary({{"a", 1}, {"b", value}, {"c", 3}});
   const ObjectRef key = host->variant(std::string("b"));
-  EXPECT_TRUE(testkit::host::hasDictionaryKey(state(), dictionary.handle(), key.handle()));
-  EXPECT_TRUE(testkit::host::removeDictionaryKey(state(), dictionary.handle(), key.handle()));
+  EXPECT_TRUE(host::internal::hasDictionaryKey(state(), dictionary.handle(), key.handle()));
+  EXPECT_TRUE(host::internal::removeDictionaryKey(state(), dictionary.handle(), key.handle()));
   EXPECT_EQ(host->references(value.handle()), 1);
-  EXPECT_FALSE(testkit::host::hasDictionaryKey(state(), dictionary.handle(), key.handle()));
-  EXPECT_FALSE(testkit::host::removeDictionaryKey(state(), dictionary.handle(), key.handle()));
+  EXPECT_FALSE(host::internal::hasDictionaryKey(state(), dictionary.handle(), key.handle()));
+  EXPECT_FALSE(host::internal::removeDictionaryKey(state(), dictionary.handle(), key.handle()));
   EXPECT_EQ(host->describe(dictionary), R"({"a": Int32 1, "c": Int32 3})");
-  EXPECT_EQ(host->property(dictionary, "Count"), testkit::Value(2));
+  EXPECT_EQ(host->property(dictionary, "Count"), host::Value(2));
   // What stood behind the removed key is still found.
   const ObjectRef last = host->variant(std::string("c"));
-  EXPECT_TRUE(testkit::host::hasDictionaryKey(state(), dictionary.handle(), last.handle()));
+  EXPECT_TRUE(host::internal::hasDictionaryKey(state(), dictionary.handle(), last.handle()));
 }
 
 TEST_F(HostProgramsTest, GivesPendingExceptionsAsObjects) {

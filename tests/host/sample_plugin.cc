@@ -183,9 +183,9 @@ void HostTest::TearDown() {
   EXPECT_EQ(takeFailures(), std::vector<std::string>{});
 }
 
-void HostTest::start(const testkit::HostOptions& options) {
+void HostTest::start(const host::HostOptions& options) {
   host = nullptr;
-  host = std::make_unique<testkit::Host>(options);
+  host = std::make_unique<host::Host>(options);
   host->onFailure([this](const std::string& text) { failures_.push_back(text); });
 }
 

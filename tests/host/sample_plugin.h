@@ -36,7 +36,7 @@ struct SamplePlugin {
 /// The entry point of that name in the current host, called as that function type.
 template <class Function>
 Function* entryPoint(const char* name) {
-  return reinterpret_cast<Function*>(testkit::Host::resolver()(name));
+  return reinterpret_cast<Function*>(host::Host::resolver()(name));
 }
 
 /// A host, without plugin unless load() is called. Failures are kept; those that a test doesn't
@@ -46,12 +46,12 @@ class HostTest : public testing::Test {
   HostTest();
   void TearDown() override;
 
-  void start(const testkit::HostOptions& options);
+  void start(const host::HostOptions& options);
   void load() { host->load(SamplePlugin::main); }
   /// The failures so far, which are forgotten then.
   std::vector<std::string> takeFailures();
 
-  std::unique_ptr<testkit::Host> host;
+  std::unique_ptr<host::Host> host;
 
  private:
   std::vector<std::string> failures_;

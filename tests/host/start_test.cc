@@ -9,8 +9,8 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::Host;
-using testkit::RegisteredClass;
+using host::Host;
+using host::RegisteredClass;
 
 double askedVersion() { return entryPoint<double()>("REALGetRBVersion")(); }
 

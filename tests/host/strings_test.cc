@@ -228,10 +228,10 @@ TEST_F(HostTest, LetsThePluginFreeDataWhileDisposingIsHidden) {
   const REALstring string = host->string("text");
   REALstringData data = {};
   host->hideFirst("PluginDisposeStringData", 2);
-  EXPECT_EQ(testkit::Host::resolver()("PluginDisposeStringData"), nullptr);
+  EXPECT_EQ(host::Host::resolver()("PluginDisposeStringData"), nullptr);
   ASSERT_TRUE(getData(string, kAsStored, &data));
   std::free(data.data);
-  EXPECT_EQ(testkit::Host::resolver()("PluginDisposeStringData"), nullptr);
+  EXPECT_EQ(host::Host::resolver()("PluginDisposeStringData"), nullptr);
   ASSERT_TRUE(getData(string, kAsStored, &data));
   dispose(&data);
   unlock(string);

@@ -13,10 +13,10 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::DateFields;
-using testkit::ObjectRef;
-using testkit::Raised;
-using testkit::Value;
+using host::DateFields;
+using host::ObjectRef;
+using host::Raised;
+using host::Value;
 using zel::FSRef;
 using zel::FSSpec;
 using zel::HFSUniStr255;

@@ -12,10 +12,10 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::Host;
-using testkit::ObjectRef;
-using testkit::Text;
-using testkit::Value;
+using host::Host;
+using host::ObjectRef;
+using host::Text;
+using host::Value;
 using zel::REALboolean;
 using zel::REALobject;
 using zel::REALstring;

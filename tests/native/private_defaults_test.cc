@@ -62,7 +62,7 @@ TEST_F(PrivateDefaultsTest, ValuesReachTheDiskAndEveryoneElse) {
   const id defaults = made();
   set(defaults, "shared", "for all");
   synchronize(defaults);
-  EXPECT_TRUE(std::filesystem::exists(testkit::storedDomain(ownDomain())));
+  EXPECT_TRUE(std::filesystem::exists(host::storedDomain(ownDomain())));
   EXPECT_EQ(get(made(), "shared"), "for all");
   synchronize(standard());
   EXPECT_EQ(get(standard(), "shared"), "for all");
@@ -177,7 +177,7 @@ TEST_F(PrivateDefaultsTest, WhatTheStandardObjectHoldsIsSeen) {
 
 TEST_F(PrivateDefaultsTest, FirstValuesOfADomainAreAllKept) {
   const std::string domain = "never.used.before";
-  ASSERT_FALSE(std::filesystem::exists(testkit::storedDomain(domain)));
+  ASSERT_FALSE(std::filesystem::exists(host::storedDomain(domain)));
   EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "both", "key", "value"}), "");
   EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "string", "key"}), "value");
   EXPECT_EQ(outputOf(ZEL_PROBE, {domain, "string", "key2"}), "value");

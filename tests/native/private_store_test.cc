@@ -20,23 +20,23 @@ std::string probeOutside(const std::string& command) {
 TEST(PrivateStoreTest, IsAFolderThatGoesAway) {
   fs::path folder;
   {
-    const testkit::PrivateStore store;
+    const host::PrivateStore store;
     folder = store.folder();
     EXPECT_TRUE(fs::is_directory(folder));
     std::ofstream(folder / "Defaults" / "something.plist") << "{}";
-    const testkit::PrivateStore other;
+    const host::PrivateStore other;
     EXPECT_NE(other.folder(), folder);
   }
   EXPECT_FALSE(fs::exists(folder));
 }
 
 TEST(PrivateStoreTest, IsForItsOwnerAlone) {
-  const testkit::PrivateStore store;
+  const host::PrivateStore store;
   EXPECT_EQ(fs::status(store.folder()).permissions(), fs::perms::owner_all);
 }
 
 TEST(PrivateStoreTest, ConfigurationNamesTheFolder) {
-  const testkit::PrivateStore store;
+  const host::PrivateStore store;
   std::ifstream in(store.configFile());
   const std::string text(std::istreambuf_iterator<char>(in), {});
   EXPECT_EQ(text, "GNUSTEP_USER_DEFAULTS_DIR=" + store.folder().native() +
@@ -45,7 +45,7 @@ TEST(PrivateStoreTest, ConfigurationNamesTheFolder) {
 }
 
 TEST(PrivateStoreTest, TestsRunInOne) {
-  const fs::path domain = testkit::storedDomain("some.domain");
+  const fs::path domain = host::storedDomain("some.domain");
   EXPECT_EQ(domain.filename(), "some.domain.plist");
   EXPECT_TRUE(fs::is_directory(domain.parent_path()));
   EXPECT_NE(std::getenv("GNUSTEP_CONFIG_FILE"), nullptr);
@@ -53,7 +53,7 @@ TEST(PrivateStoreTest, TestsRunInOne) {
 
 TEST(PrivateStoreTest, ProgramsStartedInsideShareIt) {
   EXPECT_EQ(outputOf(ZEL_PROBE, {"probe", "store"}),
-            testkit::storedDomain("any").parent_path().native());
+            host::storedDomain("any").parent_path().native());
 }
 
 TEST(PrivateStoreTest, ProgramOutsideGetsANewOneThatGoesAway) {
@@ -61,7 +61,7 @@ TEST(PrivateStoreTest, ProgramOutsideGetsANewOneThatGoesAway) {
   const fs::path second = probeOutside("store");
   EXPECT_EQ(first.filename(), "Defaults");
   EXPECT_NE(first, second);
-  EXPECT_NE(first, testkit::storedDomain("any").parent_path());
+  EXPECT_NE(first, host::storedDomain("any").parent_path());
   EXPECT_FALSE(fs::exists(first.parent_path()));
   EXPECT_FALSE(fs::exists(second.parent_path()));
 }

@@ -86,7 +86,7 @@ void both(const char* key, const char* value) {
 void crash(const char*, const char*) { std::raise(SIGKILL); }
 
 void printStore(const char*, const char*) {
-  std::fputs(testkit::storedDomain("any").parent_path().c_str(), stdout);
+  std::fputs(host::storedDomain("any").parent_path().c_str(), stdout);
 }
 
 int run(int argc, char** argv) {
@@ -106,4 +106,4 @@ int run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, run); }
+int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }

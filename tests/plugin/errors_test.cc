@@ -181,7 +181,8 @@ class GuardTest : public PluginTest {
   }
   static void throwNative(const char* name, const char* reason,
                           const char* className = "NSException") {
-    objc_exception_throw(testkit::Foundation::shared().exception(name, reason, className));
+    objc_exception_throw(
+        foundation_double::Foundation::shared().exception(name, reason, className));
   }
 };
 
@@ -292,7 +293,9 @@ class LoneGuardTest : public PluginTest {};
 
 TEST_F(LoneGuardTest, DoesNotAskWhetherTheFamilyIsThere) {
   const id left = catching([] {
-    guarded([] { objc_exception_throw(testkit::Foundation::shared().exception("Bad", "Alone.")); });
+    guarded([] {
+      objc_exception_throw(foundation_double::Foundation::shared().exception("Bad", "Alone."));
+    });
   });
   ASSERT_NE(left, nullptr);
   EXPECT_EQ(foundation.utf8(send<CFStringRef, "name">(left)), "NSInvalidArgumentException");
@@ -316,7 +319,7 @@ class CocoaInitTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    family = std::make_unique<testkit::Family>(*host, addToDouble());
+    family = std::make_unique<host::Family>(*host, addToDouble());
   }
 };
 
@@ -364,7 +367,7 @@ TEST_F(CocoaInitTest, AsksAgainForAnInstancesMapThatIsNotThereYet) {
 
 TEST_F(CocoaInitTest, TriesThePreparationAgainAfterItRaised) {
   foundation.addClassMethod("NSException", "PrepareNSExceptionZEL", [](id, SEL) {
-    objc_exception_throw(testkit::Foundation::shared().exception("Bad", "Not yet."));
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Bad", "Not yet."));
   });
   EXPECT_NE(catching([] { CocoaInit(); }), nullptr);
   EXPECT_FALSE(ExceptionsInitialized);

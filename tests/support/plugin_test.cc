@@ -10,7 +10,7 @@ void fail(const std::string& what) { ADD_FAILURE() << what; }
 
 }  // namespace
 
-PluginTest::PluginTest() : foundation(testkit::Foundation::shared()) {}
+PluginTest::PluginTest() : foundation(foundation_double::Foundation::shared()) {}
 
 void PluginTest::SetUp() {
   foundation.reset();
@@ -31,13 +31,14 @@ void PluginTest::startHost(const HostOptions& options) {
   host->onFailure(fail);
   prepareHost();
   host->load(zel::REALPluginMain);
-  testkit::Allocations::shared().reset();  // an older host keeps what it was given at start
+  foundation_double::Allocations::shared()
+      .reset();  // an older host keeps what it was given at start
   foundation.clearRecords();
   host->clearRecords();
 }
 
 void PluginTest::provideFamily() {
-  family = std::make_unique<testkit::Family>(*host, addToDouble());
+  family = std::make_unique<host::Family>(*host, addToDouble());
   family->provideInstances(foundation.pointerTable());
   family->providePreparation();
   family->provideExceptions();
@@ -46,7 +47,7 @@ void PluginTest::provideFamily() {
 void PluginTest::expectBalanced() {
   EXPECT_EQ(host->unbalanced(), "");
   EXPECT_EQ(foundation.unbalanced(), "");
-  EXPECT_EQ(testkit::Allocations::shared().live(), 0U);
+  EXPECT_EQ(foundation_double::Allocations::shared().live(), 0U);
   EXPECT_FALSE(foundation.faultsPending());
 }
 

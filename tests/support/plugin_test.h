@@ -17,14 +17,14 @@
 namespace tests {
 
 using Lines = std::vector<std::string>;
-using testkit::addToDouble;
-using testkit::Host;
-using testkit::HostOptions;
-using testkit::ObjectRef;
-using testkit::Outcome;
-using testkit::Raised;
-using testkit::Text;
-using testkit::Value;
+using host::addToDouble;
+using host::Host;
+using host::HostOptions;
+using host::ObjectRef;
+using host::Outcome;
+using host::Raised;
+using host::Text;
+using host::Value;
 
 class PluginTest : public testing::Test {
  protected:
@@ -50,9 +50,9 @@ class PluginTest : public testing::Test {
   /// The messages that defaults objects got.
   Lines sentToDefaults();
 
-  testkit::Foundation& foundation;
+  foundation_double::Foundation& foundation;
   std::unique_ptr<Host> host;
-  std::unique_ptr<testkit::Family> family;
+  std::unique_ptr<host::Family> family;
 };
 
 /// A host string, for calling the plugin's functions directly.

@@ -8,4 +8,4 @@ static int runTests(int argc, char** argv) {
   return RUN_ALL_TESTS();
 }
 
-int main(int argc, char** argv) { return testkit::runInPrivateStore(argc, argv, runTests); }
+int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, runTests); }

@@ -8,9 +8,9 @@
 namespace tests {
 namespace {
 
-using testkit::Family;
-using testkit::Host;
-using testkit::ObjectRef;
+using host::Family;
+using host::Host;
+using host::ObjectRef;
 using zel::id;
 using zel::REALobject;
 using zel::send;

@@ -7,8 +7,8 @@
 namespace tests {
 namespace {
 
-using testkit::macho::Image;
-using testkit::macho::readImage;
+using macho::Image;
+using macho::readImage;
 
 std::string refusal(const ByteList& tree) { return refusalOf(SampleLists{.exports = tree}); }
 

@@ -7,11 +7,11 @@
 namespace tests {
 namespace {
 
-using testkit::macho::Address;
-using testkit::macho::Binding;
-using testkit::macho::Image;
-using testkit::macho::Import;
-using testkit::macho::readImage;
+using macho::Address;
+using macho::Binding;
+using macho::Image;
+using macho::Import;
+using macho::readImage;
 
 using Addresses = std::vector<Address>;
 

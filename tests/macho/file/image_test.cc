@@ -7,9 +7,9 @@
 namespace tests {
 namespace {
 
-using testkit::macho::Image;
-using testkit::macho::readImage;
-using testkit::macho::Segment;
+using macho::Image;
+using macho::readImage;
+using macho::Segment;
 
 TEST(ImageTest, SegmentsAreRead) {
   const Image image = readImage(sampleFile());

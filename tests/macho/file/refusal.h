@@ -11,8 +11,8 @@ namespace tests {
 /// The reason; "" when the file is taken.
 inline std::string refusalOf(const ByteList& file) {
   try {
-    testkit::macho::readImage(file);
-  } catch (const testkit::macho::MalformedFile& error) {
+    macho::readImage(file);
+  } catch (const macho::MalformedFile& error) {
     return error.what();
   }
   return "";

@@ -8,7 +8,7 @@
 namespace tests {
 namespace {
 
-using testkit::macho::bindingOf;
+using macho::bindingOf;
 
 TEST(BindingsTest, ASymbolHasOneBinding) {
   EXPECT_EQ(bindingOf("_free"), reinterpret_cast<void*>(std::free));

@@ -12,7 +12,7 @@ namespace tests {
 namespace {
 
 using Lines = std::vector<std::string>;
-using testkit::macho::Bundle;
+using macho::Bundle;
 
 const char* caseToRun;
 Lines reported;
@@ -31,7 +31,7 @@ void callBack(Callback callback, void* context) {
     Callback callback;
     void* context;
   } call{callback, context};
-  testkit::macho::enterBundle(
+  macho::enterBundle(
       [](void* raw) {
         const Call& inner = *static_cast<Call*>(raw);
         inner.callback(inner.context);
@@ -43,7 +43,7 @@ void* resolve(const char* name) {
   const std::string_view asked = name;
   if (asked == "case") return reinterpret_cast<void*>(getCase);
   if (asked == "report") return reinterpret_cast<void*>(report);
-  return asked == "call" ? testkit::macho::outward(reinterpret_cast<void*>(callBack)) : nullptr;
+  return asked == "call" ? macho::outward(reinterpret_cast<void*>(callBack)) : nullptr;
 }
 
 class BundleTest : public testing::Test {
@@ -215,7 +215,7 @@ TEST(BundleRefusalTest, AFolderThatIsntThereIsTold) {
 
 TEST(BundleRefusalTest, AFileThatIsNoBundleIsTold) {
   const auto folder = std::filesystem::temp_directory_path() / "text.bundle";
-  const auto file = testkit::macho::executableOf(folder);
+  const auto file = macho::executableOf(folder);
   std::filesystem::create_directories(file.parent_path());
   std::ofstream(file) << "This is some text and no bundle.";
   EXPECT_EQ(refusalOf(folder), file.native() + ": this is no Mach-O file for 32-bit x86");
@@ -223,8 +223,8 @@ TEST(BundleRefusalTest, AFileThatIsNoBundleIsTold) {
 }
 
 TEST(BundleRefusalTest, ASlashAtTheEndDoesNotMatter) {
-  EXPECT_EQ(testkit::macho::executableOf("a/b.bundle/"), "a/b.bundle/Contents/MacOS/b");
-  EXPECT_EQ(testkit::macho::executableOf("a/b.bundle"), "a/b.bundle/Contents/MacOS/b");
+  EXPECT_EQ(macho::executableOf("a/b.bundle/"), "a/b.bundle/Contents/MacOS/b");
+  EXPECT_EQ(macho::executableOf("a/b.bundle"), "a/b.bundle/Contents/MacOS/b");
 }
 
 }  // namespace

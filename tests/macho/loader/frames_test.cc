@@ -10,10 +10,10 @@
 namespace tests {
 namespace {
 
-using testkit::macho::enterBundle;
-using testkit::macho::ExceptionFrame;
-using testkit::macho::outward;
-using testkit::macho::outwardForStructure;
+using macho::enterBundle;
+using macho::ExceptionFrame;
+using macho::outward;
+using macho::outwardForStructure;
 
 zel::id object() {
   static const zel::id object = zel::send<zel::id, "new">(zel::classNamed<"NSObject">());
@@ -28,23 +28,23 @@ Function* outside(Function* function) {
 void raise() { zel::objc_exception_throw(object()); }
 
 TEST(FramesTest, AThrowGoesToTheBorder) {
-  const zel::id left = zel::catching(
-      [] { enterBundle([](void*) { testkit::macho::throwToFrame(object()); }, nullptr); });
+  const zel::id left =
+      zel::catching([] { enterBundle([](void*) { macho::throwToFrame(object()); }, nullptr); });
   EXPECT_EQ(left, object());
 }
 
 TEST(FramesTest, TheInnermostFrameIsMeant) {
   ExceptionFrame outer;
   ExceptionFrame inner;
-  testkit::macho::tryEnter(&outer);
-  testkit::macho::tryEnter(&inner);
+  macho::tryEnter(&outer);
+  macho::tryEnter(&inner);
   EXPECT_EQ(inner.outer, &outer);
-  testkit::macho::tryExit(&inner);
-  testkit::macho::tryEnter(&inner);
+  macho::tryExit(&inner);
+  macho::tryEnter(&inner);
   EXPECT_EQ(inner.outer, &outer);
-  EXPECT_EQ(testkit::macho::extractThrown(&inner), nullptr);
-  testkit::macho::tryExit(&inner);
-  testkit::macho::tryExit(&outer);
+  EXPECT_EQ(macho::extractThrown(&inner), nullptr);
+  macho::tryExit(&inner);
+  macho::tryExit(&outer);
 }
 
 // Stands for a function of a bundle: nothing can unwind through one, so nothing may try.
@@ -85,13 +85,13 @@ TEST(FramesTest, TheBorderIsLeftHoweverItIsLeft) {
                  std::logic_error);
   }
   ExceptionFrame frame;
-  testkit::macho::tryEnter(&frame);
+  macho::tryEnter(&frame);
   EXPECT_EQ(frame.outer, nullptr);
-  testkit::macho::tryExit(&frame);
+  macho::tryExit(&frame);
 }
 
 TEST(FramesDeathTest, WhatNobodyTakesEndsTheProgram) {
-  EXPECT_DEATH(testkit::macho::throwToFrame(object()),
+  EXPECT_DEATH(macho::throwToFrame(object()),
                "nobody takes the native exception of class NSObject");
 }
 
@@ -132,7 +132,7 @@ TEST(PassagesTest, StructuresComeWhereTheyAreWanted) {
 
 template <class Function>
 Function* inside(Function* function) {
-  return reinterpret_cast<Function*>(testkit::macho::inward(reinterpret_cast<void*>(function)));
+  return reinterpret_cast<Function*>(macho::inward(reinterpret_cast<void*>(function)));
 }
 
 TEST(PassagesTest, TheWayInTakesArgumentsAndResultsOfEveryKind) {
@@ -143,7 +143,7 @@ TEST(PassagesTest, TheWayInTakesArgumentsAndResultsOfEveryKind) {
   EXPECT_EQ(inside(third)(1.5F), 0.5F);
 }
 
-void throwToFrame() { testkit::macho::throwToFrame(object()); }
+void throwToFrame() { macho::throwToFrame(object()); }
 
 TEST(PassagesTest, AThrowInsideGoesOnAsAnExceptionOfThisSystem) {
   for (int i = 0; i < 1000; ++i) {

@@ -9,10 +9,10 @@
 namespace tests {
 namespace {
 
-using testkit::macho::Address;
-using testkit::macho::Import;
-using testkit::macho::MappedImage;
-using testkit::macho::readImage;
+using macho::Address;
+using macho::Import;
+using macho::MappedImage;
+using macho::readImage;
 
 char imported[16];
 

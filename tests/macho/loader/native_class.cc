@@ -74,7 +74,7 @@ void raise(zel::id /*self*/, zel::SEL /*selector*/) {
 }  // namespace
 
 void defineLoaderSample() {
-  using testkit::erased;
+  using host::erased;
   const struct {
     const char* selector;
     void (*implementation)();
@@ -99,7 +99,7 @@ void defineLoaderSample() {
       {"widthOf:", erased(widthOf), "i24@0:4{_NSRect={_NSPoint=ff}{_NSSize=ff}}8"},
       {"raise", erased(raise), "v8@0:4"},
   };
-  const testkit::AddMethod add = testkit::addToRuntime();
+  const host::AddMethod add = host::addToRuntime();
   for (const auto& method : methods) {
     add({"LoaderSample", "NSObject", true, method.selector, method.implementation, method.types});
   }

@@ -20,9 +20,7 @@ std::string kinds(const std::string& text) {
   return found;
 }
 
-testkit::Value numberIn(const std::string& text) {
-  return tokens(Source("test", text)).front().value;
-}
+host::Value numberIn(const std::string& text) { return tokens(Source("test", text)).front().value; }
 
 std::string problem(const std::string& text) {
   try {
@@ -53,16 +51,16 @@ TEST(LexerTest, ALineGoesOnBehindAnUnderscore) {
 }
 
 TEST(LexerTest, NumbersHaveTheNarrowestType) {
-  EXPECT_EQ(numberIn("2147483647"), testkit::Value(std::int32_t{2147483647}));
-  EXPECT_EQ(numberIn("2147483648"), testkit::Value(std::int64_t{2147483648}));
-  EXPECT_EQ(numberIn("9223372036854775808"), testkit::Value(std::uint64_t{9223372036854775808U}));
-  EXPECT_EQ(numberIn("&hFF"), testkit::Value(std::int32_t{255}));
-  EXPECT_EQ(numberIn("&b101"), testkit::Value(std::int32_t{5}));
-  EXPECT_EQ(numberIn("&O17"), testkit::Value(std::int32_t{15}));
-  EXPECT_EQ(numberIn("1.5"), testkit::Value(1.5));
-  EXPECT_EQ(numberIn(".5"), testkit::Value(0.5));
-  EXPECT_EQ(numberIn("1e3"), testkit::Value(1000.0));
-  EXPECT_EQ(numberIn("2.5E-2"), testkit::Value(0.025));
+  EXPECT_EQ(numberIn("2147483647"), host::Value(std::int32_t{2147483647}));
+  EXPECT_EQ(numberIn("2147483648"), host::Value(std::int64_t{2147483648}));
+  EXPECT_EQ(numberIn("9223372036854775808"), host::Value(std::uint64_t{9223372036854775808U}));
+  EXPECT_EQ(numberIn("&hFF"), host::Value(std::int32_t{255}));
+  EXPECT_EQ(numberIn("&b101"), host::Value(std::int32_t{5}));
+  EXPECT_EQ(numberIn("&O17"), host::Value(std::int32_t{15}));
+  EXPECT_EQ(numberIn("1.5"), host::Value(1.5));
+  EXPECT_EQ(numberIn(".5"), host::Value(0.5));
+  EXPECT_EQ(numberIn("1e3"), host::Value(1000.0));
+  EXPECT_EQ(numberIn("2.5E-2"), host::Value(0.025));
 }
 
 TEST(LexerTest, QuotesAreDoubledInTexts) {

@@ -10,7 +10,6 @@
 
 #include "macho/loader/frames.h"
 #include "macho/loader/messages.h"
-#include "macho/loader/methods.h"
 #include "macho/loader/passages.h"
 #include "native/files.h"
 #include "native/methods.h"
@@ -19,11 +18,6 @@ namespace macho {
 namespace {
 
 extern "C" int _setjmp(std::int32_t* registers);
-
-[[noreturn]] void bindLazily() {
-  std::fputs("the bundle asks for a symbol to be bound late, but all are bound already\n", stderr);
-  std::abort();
-}
 
 void clear(void* block, std::size_t size) { std::memset(block, 0, size); }
 
@@ -67,12 +61,10 @@ const Row kRows[] = {
     {"_objc_exception_throw", addressOf(throwToFrame), asItIs},
     {"_objc_lookUpClass", addressOf(zel::objc_lookUpClass), asItIs},
     {"_object_getClassName", addressOf(zel::object_getClassName), asItIs},
-    {kAddMethod, addressOf(addMethod), asItIs},
     {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
+    {kAddMethod, addressOf(addMethod), asItIs},
     {"_class_getSuperclass", addressOf(zel::class_getSuperclass), asItIs},
     {"_sel_registerName", addressOf(zel::sel_registerName), asItIs},
-    {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
-    {"_class_addMethod", addressOf(addMethod), asItIs},
     // Foundation and Core Foundation
     {"_NSLog", addressOf(zel::NSLog), outward},
     {"_CFRetain", addressOf(zel::CFRetain), outward},
@@ -100,7 +92,6 @@ const Row kRows[] = {
     {"_FSGetCatalogInfo", addressOf(zel::FSGetCatalogInfo), outward},
     {"_FSpMakeFSRef", addressOf(zel::FSpMakeFSRef), outward},
     // the C library
-    {"dyld_stub_binder", addressOf(bindLazily), asItIs},
     {"__setjmp", addressOf(_setjmp), asItIs},
     {"_dlsym", addressOf(findConstant), asItIs},
     {"_malloc", addressOf(std::malloc), asItIs},

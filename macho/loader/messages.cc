@@ -66,25 +66,31 @@ std::uint64_t returnStructure(Method method, const Words& words) {
 }
 
 [[noreturn]] void refuse(zel::SEL selector) {
-  std::fprintf(stderr, "the structure that %s gives back isn't one for this messenger\n",
-               sel_getName(selector));
+  std::fprintf(stderr, "what %s gives back isn't for this messenger\n", sel_getName(selector));
   std::abort();
 }
 
-std::uint64_t refuseStructure(Method /*method*/, const Words& words) {
+std::uint64_t refuseResult(Method /*method*/, const Words& words) {
   zel::SEL selector = nullptr;
   std::memcpy(&selector, &words.word[1], kWord);
   refuse(selector);
 }
 
+// Also tells sendMessageForFloat() that the method is one for it.
+std::uint64_t refuseFloat(Method method, const Words& words) { return refuseResult(method, words); }
+
 constexpr struct {
   char type;
   Returning returning;
-} kNarrowTypes[] = {{'c', returnExtended<signed char>},
-                    {'C', returnExtended<unsigned char>},
-                    {'B', returnExtended<unsigned char>},
-                    {'s', returnExtended<short>},
-                    {'S', returnExtended<unsigned short>}};
+} kNumbers[] = {{'c', returnExtended<signed char>},
+                {'C', returnExtended<unsigned char>},
+                {'B', returnExtended<unsigned char>},
+                {'s', returnExtended<short>},
+                {'S', returnExtended<unsigned short>},
+                // They come back in registers of their own.
+                {'f', refuseFloat},
+                {'d', refuseFloat},
+                {'D', refuseFloat}};
 
 constexpr struct {
   int size;
@@ -100,9 +106,9 @@ Returning returningOf(const char* type) {
     for (const auto& row : kStructures) {
       if (row.size == size) return row.returning;
     }
-    return refuseStructure;
+    return refuseResult;
   }
-  for (const auto& row : kNarrowTypes) {
+  for (const auto& row : kNumbers) {
     if (row.type == *type) return row.returning;
   }
   return returnAsItIs;
@@ -154,7 +160,9 @@ long double sendMessageForFloat(zel::id receiver, zel::SEL selector, ...) {
   va_start(arguments, selector);
   const Words words = wordsOf(receiver, selector, arguments);
   va_end(arguments);
-  return call<long double>(methodOf(receiver, selector), words);
+  const Method method = methodOf(receiver, selector);
+  if (returningOf(method, receiver, selector) != refuseFloat) refuse(selector);
+  return call<long double>(method, words);
 }
 
 void sendMessageForStructure(void* result, zel::id receiver, zel::SEL selector, ...) {

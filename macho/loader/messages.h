@@ -12,9 +12,11 @@
 namespace macho {
 
 /// objc_msgSend. A message to nil gives 0. Structures of 1, 2, 4 and 8 bytes come back as a number;
-/// numbers narrower than 32 bits are extended.
+/// numbers narrower than 32 bits are extended. Ends the program when the method gives back anything
+/// that macOS's doesn't leave in these registers: floating-point numbers and other structures.
 std::uint64_t sendMessage(zel::id receiver, zel::SEL selector, ...);
-/// objc_msgSend_fpret. A message to nil gives 0.
+/// objc_msgSend_fpret. A message to nil gives 0. Ends the program when the method gives back
+/// anything but a floating-point number.
 long double sendMessageForFloat(zel::id receiver, zel::SEL selector, ...);
 /// objc_msgSend_stret, to be wrapped with outwardForStructure(). A message to nil leaves the
 /// structure as it is.

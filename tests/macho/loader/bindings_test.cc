@@ -22,10 +22,5 @@ TEST(BindingsTest, OtherSymbolsHaveNone) {
     EXPECT_EQ(bindingOf(symbol), nullptr) << symbol;
 }
 
-TEST(BindingsDeathTest, NothingIsBoundLate) {
-  const auto bind = reinterpret_cast<void (*)()>(bindingOf("dyld_stub_binder"));
-  EXPECT_DEATH(bind(), "asks for a symbol to be bound late");
-}
-
 }  // namespace
 }  // namespace tests

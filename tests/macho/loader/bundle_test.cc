@@ -134,6 +134,15 @@ TEST_F(BundleTest, MessagesToNilGiveNothing) {
   EXPECT_EQ(linesOf("nil"), (Lines{"int 0", "long long 0", "double 0", "a structure"}));
 }
 
+using BundleDeathTest = BundleTest;
+
+TEST_F(BundleDeathTest, AMessageNeedsItsMessenger) {
+  EXPECT_DEATH(run("float as integer"), "what single gives back isn't for this messenger");
+  EXPECT_DEATH(run("double as integer"), "what real gives back isn't for this messenger");
+  EXPECT_DEATH(run("integer as double"), "what integer gives back isn't for this messenger");
+  EXPECT_DEATH(run("structure as double"), "what range gives back isn't for this messenger");
+}
+
 TEST_F(BundleTest, ManyArgumentsPass) {
   EXPECT_EQ(linesOf("arguments"), (Lines{"sum 1099511627989", "rect 30"}));
 }

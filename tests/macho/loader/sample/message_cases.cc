@@ -75,6 +75,12 @@ void reportNil() {
   report("a structure");
 }
 
+// Sent as what they aren't, so the wrong messenger sends them.
+void sendFloatAsInteger() { zel::send<std::int32_t, "single">(target()); }
+void sendDoubleAsInteger() { zel::send<std::int64_t, "real">(target()); }
+void sendIntegerAsDouble() { zel::send<double, "integer">(target()); }
+void sendStructureAsDouble() { zel::send<double, "range">(target()); }
+
 // More words than any method of Foundation takes.
 void reportArguments() {
   reportNumber("sum %lld", zel::send<std::int64_t, "sum">(target(), std::int64_t{1} << 40, 0.5, 1,
@@ -92,6 +98,10 @@ const Case kMessageCases[] = {{"narrow numbers", reportNarrowNumbers},
                               {"large structures", reportLargeStructures},
                               {"nil", reportNil},
                               {"arguments", reportArguments},
+                              {"float as integer", sendFloatAsInteger},
+                              {"double as integer", sendDoubleAsInteger},
+                              {"integer as double", sendIntegerAsDouble},
+                              {"structure as double", sendStructureAsDouble},
                               {nullptr, nullptr}};
 
 }  // namespace sample

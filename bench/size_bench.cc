@@ -12,6 +12,7 @@
 #include "host/family/runtime.h"
 #include "host/host.h"
 #include "host/loading/plugin_library.h"
+#include "host/pool.h"
 #include "host/store/private_store.h"
 #include "native/objc.h"
 
@@ -54,9 +55,8 @@ ObjectRef listOf(std::int32_t elementType, std::int64_t size) {
 template <class ThereAndBack>
 void measure(benchmark::State& state, const Value& value, ThereAndBack thereAndBack) {
   for (auto _ : state) {
-    const zel::id pool = zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">());
+    const host::Pool pool;
     thereAndBack(value);
-    zel::send<void, "drain">(pool);
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
   state.SetComplexityN(state.range(0));

@@ -19,6 +19,7 @@
 #include "host/family/runtime.h"
 #include "host/host.h"
 #include "host/loading/plugin_library.h"
+#include "host/pool.h"
 #include "host/store/private_store.h"
 #include "native/objc.h"
 #include "plugin/version.h"
@@ -185,16 +186,14 @@ int run(int argc, char** argv) {
     std::cerr << "usage: " << argv[0] << " --plugin FILE [--read]\n";
     return 2;
   }
-  const zel::id pool = zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">());
-  int status = 0;
+  const host::Pool pool;
   try {
     tour(argv[0], arguments[1], readOnly);
   } catch (const std::exception& problem) {
     std::cerr << "tour: " << problem.what() << '\n';
-    status = 1;
+    return 1;
   }
-  zel::send<void, "drain">(pool);
-  return status;
+  return 0;
 }
 
 }  // namespace

@@ -7,15 +7,12 @@ namespace {
 
 constexpr char kExceptions[] = "NSExceptionZEL";
 
-zel::id newPool() { return zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">()); }
-
 }  // namespace
 
 Surroundings::Surroundings(host::Host& host)
     : host_(host),
       family_(host, host::addToRuntime()),
-      instances_(zel::CFDictionaryCreateMutable(zel::kDefaultAllocator, 0, nullptr, nullptr)),
-      pool_(newPool()) {
+      instances_(zel::CFDictionaryCreateMutable(zel::kDefaultAllocator, 0, nullptr, nullptr)) {
   // One of the plugins may bring its own.
   host.removeClass(kExceptions);
 }
@@ -26,13 +23,6 @@ void Surroundings::complete() {
   family_.provideInstances(instances_);
   family_.providePreparation();
   family_.provideExceptions();
-}
-
-Surroundings::~Surroundings() { zel::send<void, "drain">(pool_); }
-
-void Surroundings::drain() {
-  zel::send<void, "drain">(pool_);
-  pool_ = newPool();
 }
 
 }  // namespace runner

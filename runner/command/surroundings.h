@@ -4,7 +4,7 @@
 
 #include "host/family/family.h"
 #include "host/host.h"
-#include "native/objc.h"
+#include "host/pool.h"
 
 namespace runner {
 
@@ -12,20 +12,17 @@ class Surroundings {
  public:
   /// @param host without plugins yet.
   explicit Surroundings(host::Host& host);
-  ~Surroundings();
-  Surroundings(const Surroundings&) = delete;
-  Surroundings& operator=(const Surroundings&) = delete;
 
   /// Stands in for what the plugins, which are all loaded now, have left out.
   void complete();
   /// Gives up what was autoreleased so far.
-  void drain();
+  void drain() { pool_.drain(); }
 
  private:
   host::Host& host_;
   host::Family family_;
   zel::CFMutableDictionaryRef instances_;
-  zel::id pool_ = nullptr;
+  host::Pool pool_;
 };
 
 }  // namespace runner

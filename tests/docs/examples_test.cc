@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "tests/docs/pages.h"
+#include "tests/support/folder.h"
 #include "tests/support/process.h"
 
 namespace tests {
@@ -38,8 +39,6 @@ std::string nameOf(const testing::TestParamInfo<Example>& info) {
 
 class ExamplesTest : public testing::TestWithParam<Example> {
  protected:
-  void TearDown() override { std::filesystem::remove(program_); }
-
   // hostrun brings the store.
   [[nodiscard]] std::string run(const std::string& text) const {
     std::ofstream(program_) << text;
@@ -47,8 +46,8 @@ class ExamplesTest : public testing::TestWithParam<Example> {
   }
 
  private:
-  std::filesystem::path program_ = std::filesystem::temp_directory_path() /
-                                   ("example-" + std::to_string(getpid()) + ".xojo_script");
+  TemporaryFolder folder_;
+  std::filesystem::path program_ = folder_.path() / "example.xojo_script";
 };
 
 TEST_P(ExamplesTest, PrintsWhatThePageSays) {

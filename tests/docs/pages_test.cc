@@ -5,22 +5,22 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <stdexcept>
-#include <unistd.h>
+
+#include "tests/support/folder.h"
 
 namespace tests {
 namespace {
 
 class PagesTest : public testing::Test {
  protected:
-  void TearDown() override { std::filesystem::remove(file_); }
   const std::string& page(const std::string& text) {
     std::ofstream(file_) << text;
     return file_;
   }
 
  private:
-  std::string file_ =
-      std::filesystem::temp_directory_path() / ("page-" + std::to_string(getpid()) + ".md");
+  TemporaryFolder folder_;
+  std::string file_ = folder_.path() / "page.md";
 };
 
 TEST_F(PagesTest, SectionsKnowTheirChapter) {

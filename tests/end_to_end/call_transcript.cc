@@ -10,6 +10,7 @@
 #include "host/family/family.h"
 #include "host/family/runtime.h"
 #include "host/loading/plugin_library.h"
+#include "host/pool.h"
 #include "host/store/private_store.h"
 #include "tests/end_to_end/call_generator.h"
 
@@ -25,11 +26,6 @@ using Kind = GeneratedCall::Kind;
 
 constexpr const char* kClass = "NSUserDefaultsZEL";
 constexpr int kCallsPerPool = 50;
-
-struct Pool {
-  zel::id pool = zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">());
-  ~Pool() { zel::send<void, "drain">(pool); }
-};
 
 Outcome make(Host& host, const ObjectRef& object, const GeneratedCall& call) {
   if (call.kind == Kind::kShared) return host.callShared(kClass, call.method, call.arguments);
@@ -73,7 +69,7 @@ void run(Host& host, unsigned seed, int calls) {
   CallGenerator generator(host, kClass, seed);
   const std::vector<ObjectRef> objects = objectsOf(host);
   for (int done = 0; done < calls;) {
-    const Pool pool;
+    const host::Pool pool;
     for (int i = 0; i < kCallsPerPool && done < calls; ++i, ++done) {
       const GeneratedCall call = generator.next();
       const ObjectRef& object = objects[generator.below(objects.size())];
@@ -88,7 +84,7 @@ int writeTranscript(int argc, char** argv) {
   if (argc != 5) return 2;
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
   dup2(STDOUT_FILENO, STDERR_FILENO);
-  const Pool pool;
+  const host::Pool pool;
   const host::PluginLibrary library(argv[1]);
   Host host({.version = std::strtod(argv[4], nullptr), .border = library.border()});
   host.onFailure([](const std::string& failure) { write("FAILURE " + failure); });

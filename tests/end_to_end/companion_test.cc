@@ -5,6 +5,7 @@
 
 #include "native/exceptions.h"
 #include "tests/end_to_end/end_to_end_test.h"
+#include "tests/support/folder.h"
 
 namespace tests {
 namespace {
@@ -145,15 +146,13 @@ TEST_P(CompanionProductTest, OthersThatComeLaterDoNotReplaceTheMethods) {
 
 TEST_P(CompanionProductTest, ASecondCopyChangesNothing) {
   const CFMutableDictionaryRef map = familyMap();
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / ("second-" + std::to_string(getpid()));
+  const TemporaryFolder temporary;
+  const std::filesystem::path& folder = temporary.path();
   const std::filesystem::path original = pluginFile("NSExceptionZEL");
-  std::filesystem::create_directory(folder);
   std::filesystem::copy(original, folder / original.filename(),
                         std::filesystem::copy_options::recursive);
   {
     const host::PluginLibrary second(folder / original.filename());
-    std::filesystem::remove_all(folder);
     host->load(second.main());
   }
   EXPECT_EQ(familyMap(), map);

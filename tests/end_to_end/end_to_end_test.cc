@@ -35,19 +35,6 @@ std::filesystem::path pluginFile(const std::string& plugin) {
   return std::filesystem::exists(bundle) ? bundle : productFile(plugin + ".so");
 }
 
-EndToEndTest::EndToEndTest() { openPool(); }
-
-EndToEndTest::~EndToEndTest() { zel::send<void, "drain">(pool_); }
-
-void EndToEndTest::openPool() {
-  pool_ = zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">());
-}
-
-void EndToEndTest::drainPool() {
-  zel::send<void, "drain">(pool_);
-  openPool();
-}
-
 void EndToEndTest::startHost(const HostOptions& options) {
   library = std::make_unique<host::PluginLibrary>(pluginFile(kClass));
   HostOptions fitting = options;

@@ -11,6 +11,7 @@
 #include "host/family/family.h"
 #include "host/host.h"
 #include "host/loading/plugin_library.h"
+#include "host/pool.h"
 #include "native/corefoundation.h"
 
 namespace tests {
@@ -36,8 +37,6 @@ std::filesystem::path pluginFile(const std::string& plugin);
 /// with an autorelease pool around it. Whatever the host handed out must have come back at the end.
 class EndToEndTest : public testing::Test {
  protected:
-  EndToEndTest();
-  ~EndToEndTest() override;
   void TearDown() override;
 
   void startHost(const HostOptions& options);
@@ -51,14 +50,13 @@ class EndToEndTest : public testing::Test {
   Value ask(const ObjectRef& object, const std::string& method, const Values& arguments = {});
   Value askShared(const std::string& method);
   /// Drops everything that was autoreleased so far.
-  void drainPool();
+  void drainPool() { pool_.drain(); }
 
   std::unique_ptr<host::PluginLibrary> library;
   std::unique_ptr<Host> host;
 
  private:
-  void openPool();
-  zel::id pool_ = nullptr;
+  host::Pool pool_;
 };
 
 /// The same among the other plugins of the family, whose hooks can't be taken back in a process:

@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "tests/end_to_end/end_to_end_test.h"
+#include "tests/support/folder.h"
 
 namespace tests {
 namespace {
@@ -138,15 +139,6 @@ TEST_P(ObjectsTest, AssignmentThroughTheGetter) {
 
 class FilesTest : public ObjectsTest {
  protected:
-  void SetUp() override {
-    ObjectsTest::SetUp();
-    folder_ = std::filesystem::temp_directory_path() / ("files-" + std::to_string(getpid()));
-    std::filesystem::create_directories(folder_);
-  }
-  void TearDown() override {
-    std::filesystem::remove_all(folder_);
-    ObjectsTest::TearDown();
-  }
   std::string make(const std::string& name) {
     const std::filesystem::path file = folder_ / name;
     std::ofstream(file) << "content";
@@ -157,7 +149,8 @@ class FilesTest : public ObjectsTest {
   }
 
  private:
-  std::filesystem::path folder_;
+  TemporaryFolder temporary_;
+  std::filesystem::path folder_ = temporary_.path();
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, FilesTest, testing::Values(2011.04, 2013.0, 2014.0));

@@ -1,26 +1,11 @@
 #include "tests/native/folder.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <system_error>
 
 namespace native_test {
 
 namespace fs = std::filesystem;
-
-FolderTest::FolderTest() {
-  std::string name = (fs::canonical(testing::TempDir()) / "files-XXXXXX").native();
-  if (mkdtemp(name.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), "can't make a folder");
-  }
-  folder_ = name;
-}
-
-FolderTest::~FolderTest() {
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
-}
 
 std::string FolderTest::file(std::string_view name) const {
   std::string path = at(name);

@@ -7,15 +7,13 @@
 
 #include "native/files.h"
 #include "tests/native/support.h"
+#include "tests/support/folder.h"
 
 namespace native_test {
 
 /// A test with a new, empty folder, which goes away with everything in it.
 class FolderTest : public NativeTest {
  protected:
-  FolderTest();
-  ~FolderTest() override;
-
   /// The path of a name in the folder; the path has no links on the way.
   [[nodiscard]] std::string at(std::string_view name) const {
     return folder_ + "/" + std::string(name);
@@ -27,7 +25,8 @@ class FolderTest : public NativeTest {
   std::string subfolder(std::string_view name) const;
 
  private:
-  std::string folder_;
+  tests::TemporaryFolder temporary_;
+  std::string folder_ = temporary_.path().native();
 };
 
 /// The reference of an existing item; a test failure, and all zeros, for any other.

@@ -18,6 +18,7 @@
 #include <map>
 #include <string>
 
+#include "host/pool.h"
 #include "host/store/private_store.h"
 #include "native/corefoundation.h"
 #include "native/numbers.h"
@@ -98,9 +99,8 @@ int run(int argc, char** argv) {
   while (next < argc && argv[next][0] == '-') next += 2;  // the argument domain's
   const auto command = next < argc ? commands.find(argv[next]) : commands.end();
   if (command == commands.end()) return 2;
-  id pool = send<id, "new">(zel::classNamed<"NSAutoreleasePool">());
+  const host::Pool pool;
   command->second(next + 1 < argc ? argv[next + 1] : "", next + 2 < argc ? argv[next + 2] : "");
-  zel::release(pool);
   return 0;
 }
 

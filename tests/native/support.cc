@@ -5,10 +5,6 @@ namespace native_test {
 using zel::autoreleased;
 using zel::send;
 
-NativeTest::NativeTest() : pool_(send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">())) {}
-
-NativeTest::~NativeTest() { zel::release(pool_); }
-
 zel::CFStringRef string(const char* text) {
   return autoreleased(
       zel::CFStringCreateWithCString(zel::kDefaultAllocator, text, zel::kCFStringEncodingUTF8));

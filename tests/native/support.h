@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/pool.h"
 #include "native/corefoundation.h"
 #include "tests/support/process.h"
 
@@ -13,12 +14,8 @@ namespace native_test {
 
 /// An autorelease pool in place for every test, as a host has one.
 class NativeTest : public testing::Test {
- protected:
-  NativeTest();
-  ~NativeTest() override;
-
  private:
-  zel::id pool_;
+  const host::Pool pool_;
 };
 
 /// A native string of that UTF-8 text, autoreleased.

@@ -6,7 +6,8 @@
 #include <iterator>
 
 #include "tests/macho/check/bundle_file.h"
-#include "tests/macho/check/command.h"
+#include "tests/support/folder.h"
+#include "tests/support/process.h"
 
 namespace tests {
 namespace {
@@ -57,18 +58,17 @@ TEST(MachoCheckTest, RefusesABundleForAnother) {
 
 // The universal file of these processors' bundles.
 std::string universal(const std::vector<std::string>& processors) {
-  const std::filesystem::path folder = newFolder();
+  const TemporaryFolder temporary;
+  const std::filesystem::path& folder = temporary.path();
   std::string command = ZEL_LIPO " -create -output '" + (folder / "all").string() + "'";
   for (const std::string& processor : processors) {
     std::ofstream(folder / processor, std::ios::binary) << executable(processor);
     command += " '" + (folder / processor).string() + "'";
   }
-  const Outcome outcome = run(command);
+  const Ending outcome = run(command);
   EXPECT_EQ(outcome.status, 0) << outcome.output;
   std::ifstream file(folder / "all", std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(file), {}};
-  std::filesystem::remove_all(folder);
-  return bytes;
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 TEST(MachoCheckTest, AcceptsAUniversalFile) {

@@ -4,9 +4,11 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
+#include "host/pool.h"
 #include "macho/loader/passages.h"
 #include "native/exceptions.h"
 #include "tests/macho/loader/native_class.h"
+#include "tests/support/folder.h"
 
 namespace tests {
 namespace {
@@ -53,7 +55,6 @@ class BundleTest : public testing::Test {
     reported.clear();
     cleanUps = 0;
   }
-  ~BundleTest() override { zel::send<void, "drain">(pool_); }
 
   void run(const char* name) const {
     caseToRun = name;
@@ -65,7 +66,7 @@ class BundleTest : public testing::Test {
   }
 
  private:
-  zel::id pool_ = zel::send<zel::id, "new">(zel::classNamed<"NSAutoreleasePool">());
+  const host::Pool pool_;
   Bundle bundle_{ZEL_LOADER_SAMPLE};
 };
 
@@ -223,12 +224,12 @@ TEST(BundleRefusalTest, AFolderThatIsntThereIsTold) {
 }
 
 TEST(BundleRefusalTest, AFileThatIsNoBundleIsTold) {
-  const auto folder = std::filesystem::temp_directory_path() / "text.bundle";
+  const TemporaryFolder temporary;
+  const auto folder = temporary.path() / "text.bundle";
   const auto file = macho::executableOf(folder);
   std::filesystem::create_directories(file.parent_path());
   std::ofstream(file) << "This is some text and no bundle.";
   EXPECT_EQ(refusalOf(folder), file.native() + ": this is no Mach-O file for 32-bit x86");
-  std::filesystem::remove_all(folder);
 }
 
 TEST(BundleRefusalTest, ASlashAtTheEndDoesNotMatter) {

@@ -5,7 +5,8 @@
 #include <iterator>
 
 #include "tests/macho/check/bundle_file.h"
-#include "tests/macho/check/command.h"
+#include "tests/support/folder.h"
+#include "tests/support/process.h"
 
 namespace tests {
 namespace {
@@ -28,10 +29,9 @@ class BuildTest : public testing::Test {
       fs::copy(part.path(), folder_ / name, fs::copy_options::recursive);
     }
   }
-  ~BuildTest() override { fs::remove_all(folder_); }
 
   /// Builds for a processor; nothing that was compiled before is used.
-  [[nodiscard]] Outcome build(const std::string& processor) const {
+  [[nodiscard]] Ending build(const std::string& processor) const {
     const std::string preset = " --preset macos-" + processor;
     return run("export CCACHE_DISABLE=1; cd '" + folder_.string() + "' && cmake" + preset +
                " && cmake --build" + preset);
@@ -42,13 +42,14 @@ class BuildTest : public testing::Test {
     return folder_ / "build" / ("macos-" + processor) / "product/NSUserDefaultsZEL.bundle/Contents";
   }
 
-  fs::path folder_ = newFolder();
+  TemporaryFolder temporary_;
+  fs::path folder_ = temporary_.path();
 };
 
 class RebuildTest : public BuildTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(RebuildTest, MakesTheSameBytesElsewhere) {
-  const Outcome outcome = build(GetParam());
+  const Ending outcome = build(GetParam());
   ASSERT_EQ(outcome.status, 0) << outcome.output;
   const fs::path known =
       fs::path(ZEL_PROJECT) / "build" / bundle(GetParam()).lexically_relative(folder_ / "build");
@@ -68,7 +69,7 @@ TEST_F(BuildTest, AnUnlistedImportIsAnErrorWithItsName) {
   }
   std::ofstream(source) << text;
   for (const char* processor : {"i386", "x86_64"}) {
-    const Outcome outcome = build(processor);
+    const Ending outcome = build(processor);
     EXPECT_NE(outcome.status, 0) << processor;
     EXPECT_THAT(outcome.output, HasSubstr("_getpid"));
   }

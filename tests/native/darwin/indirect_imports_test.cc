@@ -4,7 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/macho/check/command.h"
+#include "tests/support/folder.h"
+#include "tests/support/process.h"
 
 namespace tests {
 namespace {
@@ -18,10 +19,9 @@ class IndirectImportsTest : public testing::Test {
                                               "[symbols]\n# One any _comment because\n"
                                               "One any _known because\n";
   }
-  ~IndirectImportsTest() override { std::filesystem::remove_all(folder_); }
 
   /// What becomes of the assembly.
-  Outcome rewritten(const std::string& assembly) const {
+  Ending rewritten(const std::string& assembly) const {
     std::ofstream(folder_ / "input.s") << assembly;
     return run("awk -v imports=" + (folder_ / "imports.txt").string() +
                " -f " ZEL_PROJECT
@@ -30,20 +30,21 @@ class IndirectImportsTest : public testing::Test {
                (folder_ / "input.s").string());
   }
 
-  std::filesystem::path folder_ = newFolder();
+  TemporaryFolder temporary_;
+  std::filesystem::path folder_ = temporary_.path();
 };
 
 TEST_F(IndirectImportsTest, LeavesOtherCodeAlone) {
   const std::string code =
       "\t.globl\t_a\n_a:\n\tcalll\t_b\n\tcalll\t*%eax\n\tjmp\tLBB0_1\n\tmovl\t_known, %eax\n"
       "\tcalll\t_comment\n";
-  const Outcome outcome = rewritten(code);
+  const Ending outcome = rewritten(code);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.output, code);
 }
 
 TEST_F(IndirectImportsTest, CallsImportsThroughPlainPointers) {
-  const Outcome outcome = rewritten(
+  const Ending outcome = rewritten(
       "_a:\n\tcalll\t_known\n\tjmp\t_known                  ## TAILCALL\n"
       ".subsections_via_symbols\n");
   EXPECT_EQ(outcome.status, 0);
@@ -57,7 +58,7 @@ TEST_F(IndirectImportsTest, CallsImportsThroughPlainPointers) {
 }
 
 TEST_F(IndirectImportsTest, MakesPointersToDataPlainAndNamed) {
-  const Outcome outcome = rewritten(
+  const Ending outcome = rewritten(
       "\tmovl\tL__b$non_lazy_ptr-L0$pb(%eax), %ecx\n"
       "\t.section\t__IMPORT,__pointers,non_lazy_symbol_pointers\n"
       "L__b$non_lazy_ptr:\n\t.indirect_symbol\t__b\n\t.long\t0\n");
@@ -69,20 +70,20 @@ TEST_F(IndirectImportsTest, MakesPointersToDataPlainAndNamed) {
 }
 
 TEST_F(IndirectImportsTest, RefusesPointersWithAValue) {
-  const Outcome outcome = rewritten("\t.indirect_symbol\t__b\n\t.long\t8\n");
+  const Ending outcome = rewritten("\t.indirect_symbol\t__b\n\t.long\t8\n");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.output, HasSubstr("a pointer without its zero: __b"));
 }
 
 TEST_F(IndirectImportsTest, RefusesHiddenSymbols) {
-  const Outcome outcome = rewritten("\t.private_extern\t__b\n");
+  const Ending outcome = rewritten("\t.private_extern\t__b\n");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.output, HasSubstr("a hidden symbol beside visible ones: __b"));
 }
 
 TEST_F(IndirectImportsTest, NeedsTheListOfImports) {
   std::filesystem::remove(folder_ / "imports.txt");
-  const Outcome outcome = rewritten("_a:\n");
+  const Ending outcome = rewritten("_a:\n");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.output, HasSubstr("can't read the list of imports"));
 }

@@ -10,26 +10,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/process.h"
+
 namespace tests {
 namespace {
 
-struct Result {
-  std::string output;  // and messages
-  int status = -1;
-};
-
 // Runs hostrun by the shell. @param rest of the command line. @param messages where they go.
-Result hostrun(const std::string& rest, const std::string& before = "",
-               const std::string& messages = "2>&1") {
-  const std::string command = before + ZEL_HOSTRUN " " + rest + " " + messages;
-  Result result;
-  std::FILE* const pipe = popen(command.c_str(), "r");
-  std::array<char, 4096> buffer{};
-  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
-    result.output.append(buffer.data(), count);
-  const int status = pclose(pipe);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
+Ending hostrun(const std::string& rest, const std::string& before = "",
+                const std::string& messages = "2>&1") {
+  return run(before + ZEL_HOSTRUN " " + rest + " " + messages);
 }
 
 // A file in the tests' own folder, gone at the end.
@@ -64,17 +53,17 @@ TEST(CommandTest, AWrongCommandLineEndsWith2) {
       {"/no/such/program", "hostrun: can't read /no/such/program: No such file or directory\n"},
   };
   for (const auto& row : rows) {
-    const Result result = hostrun(row.rest);
+    const Ending result = hostrun(row.rest);
     EXPECT_EQ(result.output, row.problem);
     EXPECT_EQ(result.status, 2) << row.rest;
   }
-  const Result missing = hostrun("--plugin /no/such/plugin.so -");
+  const Ending missing = hostrun("--plugin /no/such/plugin.so -");
   EXPECT_EQ(missing.output.substr(0, 33), "hostrun: /no/such/plugin.so: cann");
   EXPECT_EQ(missing.status, 2);
 }
 
 TEST(CommandTest, BundlesAreForMacos) {
-  const Result bundle = hostrun("--plugin some.bundle -");
+  const Ending bundle = hostrun("--plugin some.bundle -");
   EXPECT_EQ(bundle.output,
             "hostrun: some.bundle is a macOS bundle: add --macos.\n"
             "See: hostrun --help\n");
@@ -83,13 +72,13 @@ TEST(CommandTest, BundlesAreForMacos) {
 }
 
 TEST(CommandTest, HelpIsNoMistake) {
-  const Result result = hostrun("--help");
+  const Ending result = hostrun("--help");
   EXPECT_EQ(result.output.substr(0, 15), "Usage: hostrun ");
   EXPECT_EQ(result.status, 0);
 }
 
 TEST(CommandTest, AProgramComesFromTheStandardInput) {
-  const Result result = hostrun("-", "echo 'Print \"hello\"' | ");
+  const Ending result = hostrun("-", "echo 'Print \"hello\"' | ");
   EXPECT_EQ(result.output, "hello\n");
   EXPECT_EQ(result.status, 0);
 }
@@ -98,7 +87,7 @@ TEST(CommandTest, AnExceptionThatNothingCatchesEndsWith1) {
   const Program program("raises",
                         "Print \"before\"\nSub f()\nRaise New KeyNotFoundException(\"gone\")\n"
                         "End Sub\nf\nPrint \"after\"\n");
-  const Result result = hostrun(program.file());
+  const Ending result = hostrun(program.file());
   EXPECT_EQ(result.output, "before\nUnhandled KeyNotFoundException: gone\n  at " + program.file() +
                                ":3 in f\n  at " + program.file() + ":5\n");
   EXPECT_EQ(result.status, 1);
@@ -117,7 +106,7 @@ TEST(CommandTest, NothingRunsOfAProgramWithAMistake) {
 
 TEST(CommandTest, CheckRunsNothing) {
   const Program program("checked", "Print \"printed\"\n");
-  const Result result = hostrun("--check " + program.file());
+  const Ending result = hostrun("--check " + program.file());
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(result.status, 0);
 }
@@ -125,7 +114,7 @@ TEST(CommandTest, CheckRunsNothing) {
 TEST(CommandTest, WhatIsLeftOverIsSaidOnRequest) {
   const Program program("leaks", "Dim d As New Dictionary\nd.Value(\"itself\") = d\n");
   EXPECT_EQ(hostrun(program.file()).status, 0);
-  const Result result = hostrun("--leaks " + program.file());
+  const Ending result = hostrun("--leaks " + program.file());
   EXPECT_EQ(result.output.substr(0, 33), "Left over:\nobject of Dictionary (");
   EXPECT_EQ(result.status, 1);
 }
@@ -148,8 +137,8 @@ TEST(CommandTest, HostsOfEveryVersionRunThePlugin) {
                         "d.setStringArrayValue \"list\", Array(\"a\", \"b\")\n"
                         "Print Join(d.stringArrayForKey(\"list\"), \"\")\n");
   for (const char* const version : {"2011.04", "2012", "2013.0", "2013.03", "2013.9", "2025.01"}) {
-    const Result result = hostrun(std::string("--leaks --plugin " ZEL_PLUGIN " --host-version ") +
-                                  version + " " + program.file());
+    const Ending result = hostrun(std::string("--leaks --plugin " ZEL_PLUGIN " --host-version ") +
+                                   version + " " + program.file());
     EXPECT_EQ(result.output, "ab\n") << version;
   }
 }
@@ -161,7 +150,7 @@ TEST(CommandTest, TheCompanionsExceptionsReachAProgram) {
                         "Print e.name\nPrint Str(e.Message = e.reason)\nEnd Try\n");
   for (const char* const plugins : {"--plugin " ZEL_COMPANION " --plugin " ZEL_PLUGIN " ",
                                     "--plugin " ZEL_PLUGIN " --plugin " ZEL_COMPANION " "}) {
-    const Result result = hostrun("--leaks " + (plugins + program.file()), "", "2>/dev/null");
+    const Ending result = hostrun("--leaks " + (plugins + program.file()), "", "2>/dev/null");
     EXPECT_EQ(result.output, "NSInvalidArgumentException\nTrue\n") << plugins;
     EXPECT_EQ(result.status, 0);
   }

@@ -54,6 +54,11 @@ Records& Records::shared() {
   return *records;
 }
 
+void Records::add(std::vector<std::string>& record, const std::string& line) {
+  record.push_back(line);
+  if (observer) observer(line);
+}
+
 void Records::clear() {
   messages.clear();
   calls.clear();
@@ -100,7 +105,7 @@ void Faults::countMessage(Instance& receiver, zel::SEL selector) {
 }
 
 bool Faults::countCall(const char* function) {
-  Records::shared().calls.emplace_back(function);
+  Records::shared().addCall(function);
   if (isDue(callsUntilThrow_, function)) raiseDefault();
   return !isDue(callsUntilFailure_, function);
 }

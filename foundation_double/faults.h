@@ -18,9 +18,15 @@ struct Records {
   std::vector<std::string> messages;
   std::vector<std::string> calls;
   std::vector<std::string> log;
+  std::function<void(const std::string&)> observer;  // of messages and calls; nullable
 
   static Records& shared();
+  void addMessage(const std::string& message) { add(messages, message); }
+  void addCall(const char* function) { add(calls, function); }
   void clear();
+
+ private:
+  void add(std::vector<std::string>& record, const std::string& line);
 };
 
 /// By function: how many calls are left until the fault; the last of them is the one that fails.

@@ -26,7 +26,7 @@ void Foundation::reset() {
   Accounts::shared().reset();
   Runtime::shared().reset();
   Faults::shared().reset();
-  Records::shared().clear();
+  Records::shared() = Records();
   objc::tableEntries(pointerTable()).clear();
   objc::FileTree::shared().reset();
   objc::localZoneSeconds() = 0;
@@ -48,6 +48,10 @@ const std::vector<std::string>& Foundation::calls() { return Records::shared().c
 const std::vector<std::string>& Foundation::log() { return Records::shared().log; }
 
 void Foundation::clearRecords() { Records::shared().clear(); }
+
+void Foundation::onRecord(std::function<void(const std::string&)> observer) {
+  Records::shared().observer = std::move(observer);
+}
 
 void Foundation::throwAtMessage(long n, zel::id exception) {
   Faults::shared().throwAtMessage(n, exception);

@@ -66,6 +66,9 @@ class Foundation {
   /// The lines given to NSLog, formatted, a trailing newline kept.
   const std::vector<std::string>& log();
   void clearRecords();
+  /// Whom to tell of every message and every call, as they are recorded and before they are carried
+  /// out; null: nobody.
+  void onRecord(std::function<void(const std::string&)> observer);
 
   // --- faults
 

@@ -185,7 +185,7 @@ void (*objc_msg_lookup(void* receiver, SEL selector))() {
                                                        " sent to what is no object");
   }
   const std::string message = messageText(*object, selector);
-  Records::shared().messages.push_back(message);
+  Records::shared().addMessage(message);
   if (object->dead)
     return foundation_double::objc::reportDeadReceiver(message + " sent to a dead object");
   if (!object->isa->defined) {

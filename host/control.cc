@@ -23,6 +23,7 @@ bool Control::call(std::string_view name) {
   Entry& entry = at(name);
   ++entry.calls;
   if (keepSequence_) sequence_.emplace_back(name);
+  if (observer_) observer_(name);
   for (int& countdown : entry.callsUntilNull) --countdown;
   return std::erase(entry.callsUntilNull, 0) == 0 && !entry.null;
 }

@@ -1,9 +1,11 @@
 // Which entry points fail, and what has been asked of them.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace host::internal {
@@ -30,6 +32,7 @@ class Control {
   [[nodiscard]] int calls(std::string_view name) const { return at(name).calls; }
   [[nodiscard]] const std::vector<std::string>& sequence() const { return sequence_; }
   void clearRecords();
+  void onCall(std::function<void(std::string_view)> observer) { observer_ = std::move(observer); }
 
  private:
   struct Entry {
@@ -46,6 +49,7 @@ class Control {
 
   std::map<std::string, Entry, std::less<>> entries_;
   std::vector<std::string> sequence_;
+  std::function<void(std::string_view)> observer_;
   bool keepSequence_;
 };
 

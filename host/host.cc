@@ -191,6 +191,10 @@ const std::vector<std::string>& Host::sequence() const { return state_->control.
 
 void Host::clearRecords() { state_->control.clearRecords(); }
 
+void Host::onCall(std::function<void(std::string_view)> observer) {
+  state_->control.onCall(std::move(observer));
+}
+
 void Host::addClass(const std::string& name, const std::string& superName, std::int32_t dataSize) {
   const auto added = std::make_shared<HostClass>();
   added->description.name = name;

@@ -206,6 +206,9 @@ class Host {
   [[nodiscard]] const std::vector<std::string>& sequence() const;
   /// Forgets look-ups, calls and the sequence. What was told to fail goes on failing.
   void clearRecords();
+  /// Whom to tell of every call of an entry point, by its name and before it is carried out; null:
+  /// nobody.
+  void onCall(std::function<void(std::string_view)> observer);
 
   // --- the host's classes. At start: RuntimeException and, below it,
   // UnsupportedOperationException, OutOfMemoryException, OutOfBoundsException, KeyNotFoundException

@@ -108,6 +108,25 @@ TEST_F(FoundationFaultsTest, CallsAreRecordedInOrder) {
             (Lines{"CFStringCreateWithCString", "CFStringGetLength", "CFRelease"}));
 }
 
+TEST_F(FoundationFaultsTest, RecordsAreToldOfAsTheyAreMade) {
+  const CFStringRef text = foundation_.string("x");
+  Lines told;
+  foundation_.onRecord([&](const std::string& line) {
+    told.push_back(line + " " + std::to_string(foundation_.references(text)));
+  });
+  zel::CFRetain(text);
+  send<id, "retain">(text);
+  foundation_.onRecord(nullptr);
+  zel::CFRelease(text);
+  zel::CFRelease(text);
+  EXPECT_EQ(told, (Lines{"CFRetain 1", "-[NSString retain] 2"}));
+
+  foundation_.onRecord([&](const std::string& line) { told.push_back(line); });
+  foundation_.reset();
+  EXPECT_EQ(zel::autoreleased(newString("y")) != nullptr, true);
+  EXPECT_EQ(told.size(), 2U);
+}
+
 TEST_F(FoundationFaultsTest, LogLinesAreFormatted) {
   const CFStringRef format = foundation_.string("A %@: %@, Info: %@\n");
   const id exception = foundation_.exception("Name", "reason", "NSException", object("more"));

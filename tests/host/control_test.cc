@@ -73,6 +73,21 @@ TEST_F(HostTest, RecordsTheSequenceOfCalls) {
   EXPECT_EQ(host->lookups("REALUnlockString"), 0);
 }
 
+TEST_F(HostTest, TellsOfCallsBeforeTheyAreCarriedOut) {
+  Lines told;
+  const auto build = entryPoint<REALstring(const char*, std::int32_t)>("REALBuildString");
+  const auto unlock = entryPoint<void(REALstring)>("REALUnlockString");
+  REALstring string = nullptr;
+  host->onCall([&](std::string_view name) {
+    told.push_back(std::string(name) + " " + std::to_string(host->references(string)));
+  });
+  string = build("a", 1);
+  unlock(string);
+  host->onCall(nullptr);
+  EXPECT_EQ(build("a", 0), nullptr);
+  EXPECT_EQ(told, (Lines{"REALBuildString 0", "REALUnlockString 1"}));
+}
+
 TEST_F(HostTest, MayDoWithoutTheSequence) {
   start({.keepSequence = false});
   entryPoint<double()>("REALGetRBVersion")();

@@ -63,6 +63,17 @@ Value PluginTest::ask(const ObjectRef& object, const std::string& method,
   return outcome.value;
 }
 
+Lines PluginTest::traced(const std::function<void()>& body) {
+  Lines asked;
+  const auto add = [&asked](std::string_view line) { asked.emplace_back(line); };
+  host->onCall(add);
+  foundation.onRecord(add);
+  body();
+  host->onCall(nullptr);
+  foundation.onRecord(nullptr);
+  return asked;
+}
+
 Lines PluginTest::sentToDefaults() {
   Lines sent;
   for (const std::string& message : foundation.messages()) {

@@ -2,6 +2,7 @@
 // must balance when the test ends.
 #pragma once
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -46,6 +47,10 @@ class PluginTest : public testing::Test {
   /// The result of a call that must raise nothing.
   Value ask(const ObjectRef& object, const std::string& method,
             const std::vector<Value>& arguments = {});
+
+  /// What is asked of the host and of Foundation while the body runs, in one order: entry points by
+  /// name, messages as "-[Class selector]", Core Foundation functions by name.
+  Lines traced(const std::function<void()>& body);
 
   /// The messages that defaults objects got.
   Lines sentToDefaults();

@@ -105,51 +105,55 @@ constexpr Scalar kScalars[] = {
 
 // An element in place, or as the host reads it; 0 or null when it can't.
 template <class T, auto& Read>
-T elementAt(REALarray array, std::int32_t index) {
-  if (const auto* const elements = static_cast<const T*>(directStorage(array)))
-    return elements[index];
+T readElement(REALarray array, std::int32_t index) {
   T element{};
   Read(array, index, &element);
   return element;
 }
 
+// A number, in place or as the host reads it.
 template <class T, auto& Read>
-id fromNumberAt(REALarray array, std::int32_t index) {
-  return number(elementAt<T, Read>(array, index));
+T numberAt(REALarray array, std::int32_t index) {
+  const auto* const elements = static_cast<const T*>(directStorage(array));
+  return elements != nullptr ? elements[index] : readElement<T, Read>(array, index);
 }
 
-// The same with a reference, which the host's own reading gives already.
-template <class Handle, auto& Read, auto& Lock, auto Convert>
-id fromReferenceAt(REALarray array, std::int32_t index) {
-  const auto element = elementAt<Handle, Read>(array, index);
-  if (element != nullptr && directStorage(array) != nullptr) Lock(element);
-  return unlocking(element, Convert);
+// An element without a native object is handed on as nil, which Foundation rejects.
+void add(id list, id object) { send<void, "addObject:">(list, object); }
+
+template <class T, auto& Read>
+void addNumberAt(id list, REALarray array, std::int32_t index) {
+  add(list, number(numberAt<T, Read>(array, index)));
+}
+
+// A native object may live only as long as the element that it comes from, so the element is held
+// until the list holds the object.
+template <class Handle, auto& Read, id (*Convert)(Handle)>
+void addReferenceAt(id list, REALarray array, std::int32_t index) {
+  unlocking(heldElement<Handle>(array, index, readElement<Handle, Read>),
+            [list](Handle element) { add(list, Convert(element)); });
 }
 
 struct Element {
   std::int32_t code;
-  id (*convert)(REALarray, std::int32_t index);
+  void (*addTo)(id list, REALarray, std::int32_t index);
 };
 
 constexpr Element kElements[] = {
-    {4098, fromNumberAt<std::int32_t, REALGetArrayValueInt32>},
-    {4099, fromNumberAt<std::int64_t, REALGetArrayValueInt64>},
-    {4100, fromNumberAt<float, REALGetArrayValueSingle>},
-    {4101, fromNumberAt<double, REALGetArrayValueDouble>},
-    {4103, fromReferenceAt<REALobject, REALGetArrayValueObject, REALLockObject, dateOrNil>},
-    {4104, fromReferenceAt<REALstring, REALGetArrayValueString, REALLockString, textOrNil>},
-    {4105,
-     fromReferenceAt<REALobject, REALGetArrayValueObject, REALLockObject, GetVariantAsNSObject>},
-    {4107, fromNumberAt<std::uint8_t, REALGetArrayValueUInt8>},
+    {4098, addNumberAt<std::int32_t, REALGetArrayValueInt32>},
+    {4099, addNumberAt<std::int64_t, REALGetArrayValueInt64>},
+    {4100, addNumberAt<float, REALGetArrayValueSingle>},
+    {4101, addNumberAt<double, REALGetArrayValueDouble>},
+    {4103, addReferenceAt<REALobject, REALGetArrayValueObject, dateOrNil>},
+    {4104, addReferenceAt<REALstring, REALGetArrayValueString, textOrNil>},
+    {4105, addReferenceAt<REALobject, REALGetArrayValueObject, GetVariantAsNSObject>},
+    {4107, addNumberAt<std::uint8_t, REALGetArrayValueUInt8>},
 };
 
-// An element without a native object is handed on as nil, which Foundation rejects.
 id fromArray(REALarray array, const Element& kind) {
   const id list = send<id, "array">(classNamed<"NSMutableArray">());
   const std::int32_t last = REALGetArrayUBound(array);
-  for (std::int32_t i = 0; i <= last; ++i) {
-    send<void, "addObject:">(list, kind.convert(array, i));
-  }
+  for (std::int32_t i = 0; i <= last; ++i) kind.addTo(list, array, i);
   return list;
 }
 

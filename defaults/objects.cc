@@ -17,40 +17,32 @@
 namespace zel {
 namespace {
 
-// An element of a host array with a reference for the caller, in place or as the host reads it.
-template <auto& Lock, auto& Read, class Array>
-auto elementAt(Array array, std::int32_t index) {
-  using Handle = decltype(Read(array, index));
-  const void* const elements = directStorage(reinterpret_cast<REALarray>(array));
-  if (elements == nullptr) return Read(array, index);
-  const Handle element = static_cast<const Handle*>(elements)[index];
-  if (element != nullptr) Lock(element);
-  return element;
+REALstring stringAt(REALarray array, std::int32_t index) {
+  return REALGetArrayString(reinterpret_cast<REALstringArray>(array), index);
 }
 
-id stringAt(REALstringArray array, std::int32_t index) {
-  return unlocking(
-      elementAt<REALLockString, REALGetArrayString>(array, index), [](REALstring text) {
-        return reinterpret_cast<id>(const_cast<CFStringObject*>(autoreleasedCFString(text)));
-      });
+REALobject variantAt(REALarray array, std::int32_t index) {
+  return REALGetArrayObject(reinterpret_cast<REALobjectArray>(array), index);
 }
 
-id variantAt(REALobjectArray array, std::int32_t index) {
-  return unlocking(elementAt<REALLockObject, REALGetArrayObject>(array, index),
-                   GetVariantAsNSObject);
+id asText(REALstring string) {
+  return reinterpret_cast<id>(const_cast<CFStringObject*>(autoreleasedCFString(string)));
 }
 
 // An autoreleased NSMutableArray of a host array; nil for null. Elements that are null or can't be
-// converted are left out.
-template <class Array>
-id newList(Array array, id (*convert)(Array, std::int32_t)) {
+// converted are left out. A native object may live only as long as the element that it comes from,
+// so the element is held until the list holds the object.
+template <class Handle>
+id newList(REALarray array, Handle (*read)(REALarray, std::int32_t), id (*convert)(Handle)) {
   if (array == nullptr) return nullptr;
-  const std::int32_t last = REALGetArrayUBound(reinterpret_cast<REALarray>(array));
+  const std::int32_t last = REALGetArrayUBound(array);
   const id list = send<id, "arrayWithCapacity:">(classNamed<"NSMutableArray">(),
                                                  static_cast<NSUInteger>(NSInteger{last} + 1));
   if (list == nullptr) return nullptr;
   for (std::int32_t i = 0; i <= last; ++i) {
-    if (const id element = convert(array, i)) send<void, "addObject:">(list, element);
+    unlocking(heldElement<Handle>(array, i, read), [=](Handle element) {
+      if (const id object = convert(element)) send<void, "addObject:">(list, object);
+    });
   }
   return list;
 }
@@ -118,7 +110,7 @@ REALstringArray stringArrayForKey(REALobject instance, REALstring key) {
 void setStringArrayForKey(REALobject instance, REALstring key, REALstringArray values) {
   guarded([&] {
     const CFStringRef name = autoreleasedCFString(key);
-    const id list = newList(values, stringAt);
+    const id list = newList(reinterpret_cast<REALarray>(values), stringAt, asText);
     send<void, "setObject:forKey:">(wrapped(instance), list, name);
   });
 }
@@ -150,7 +142,7 @@ REALobjectArray arrayForKey(REALobject instance, REALstring key) {
 void setArrayForKey(REALobject instance, REALstring key, REALobjectArray values) {
   guarded([&] {
     const CFStringRef name = autoreleasedCFString(key);
-    const id list = newList(values, variantAt);
+    const id list = newList(reinterpret_cast<REALarray>(values), variantAt, GetVariantAsNSObject);
     send<void, "setObject:forKey:">(wrapped(instance), list, name);
   });
 }

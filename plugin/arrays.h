@@ -1,7 +1,7 @@
 // Reading host arrays.
 #pragma once
 
-#include "plugin/host.h"
+#include "plugin/references.h"
 
 namespace zel {
 
@@ -18,6 +18,18 @@ inline constexpr double kLastWithArrayStorage = 2013.9;
 inline const void* directStorage(REALarray array) {
   if (rbversion > kLastWithArrayStorage) return nullptr;
   return reinterpret_cast<const HostArrayRecord*>(array)->storage;
+}
+
+/// An element that is a host reference, with one reference for the caller; nullable.
+/// @param array not null.
+/// @param read  reads it through the host, which adds the reference: (array, index) -> element.
+template <class Handle, class Read>
+inline Handle heldElement(REALarray array, std::int32_t index, Read read) {
+  const auto* const elements = static_cast<const Handle*>(directStorage(array));
+  if (elements == nullptr) return read(array, index);
+  const Handle element = elements[index];
+  lock(element);
+  return element;
 }
 
 }  // namespace zel

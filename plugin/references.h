@@ -1,10 +1,20 @@
-// Giving up host references that a function holds for the time of its work.
+// Host references that a function holds for the time of its work.
 #pragma once
 
 #include "native/exceptions.h"
 #include "plugin/host.h"
 
 namespace zel {
+
+/// Adds a reference. @param object nullable.
+inline void lock(REALobject object) {
+  if (object != nullptr) REALLockObject(object);
+}
+
+/// Adds a reference. @param string nullable.
+inline void lock(REALstring string) {
+  if (string != nullptr) REALLockString(string);
+}
 
 /// Drops a reference. @param object nullable.
 inline void unlock(REALobject object) {

@@ -18,6 +18,7 @@ zel_add_tests(unit_tests
     bridge/native_classes_test.cc
     bridge/native_to_variant_test.cc
     bridge/variant_to_native_test.cc
+    bridge/variant_arrays_test.cc
     bridge/objects_to_native_test.cc
     defaults/lifecycle_test.cc
     defaults/scalars_test.cc

@@ -1,5 +1,7 @@
 // Lists by key: what the host and Foundation are asked for, in which order, and what is left when
 // something fails.
+#include <algorithm>
+
 #include "native/exceptions.h"
 #include "plugin/host.h"
 #include "tests/support/intercept.h"
@@ -183,6 +185,77 @@ TEST_F(ListsTest, OlderHostsListsAreReadInPlace) {
   EXPECT_EQ(host->sequence(),
             (Lines{"REALGetStringCFString", "RuntimeUBound", "REALLockObject",
                    "REALLoadGlobalMethod", "VarType", "VariantToDouble", "REALUnlockObject"}));
+}
+
+TEST_F(ListsTest, ATextIsHeldUntilTheListHoldsIt) {
+  const ObjectRef list = strings({"a"s});
+  const Lines asked = traced([&] { ask(defaults, "setStringArrayValue", {"key"s, list}); });
+  EXPECT_EQ(asked, (Lines{"REALGetStringCFString", "CFStringCreateWithCharacters",
+                          "-[NSString autorelease]", "RuntimeUBound",
+                          "+[NSMutableArray arrayWithCapacity:]", "RuntimeDirectReadStringArray",
+                          "REALGetStringCFString", "CFStringCreateWithCharacters",
+                          "-[NSString autorelease]", "-[NSMutableArray addObject:]",
+                          "REALUnlockString", "-[NSUserDefaults setObject:forKey:]"}));
+}
+
+TEST_F(ListsTest, AVariantIsHeldUntilTheListHoldsWhatItBecame) {
+  const ObjectRef list = variants({0.5});
+  const Lines asked = traced([&] { ask(defaults, "setArrayValue", {"key"s, list}); });
+  EXPECT_EQ(asked, (Lines{"REALGetStringCFString", "CFStringCreateWithCharacters",
+                          "-[NSString autorelease]", "RuntimeUBound",
+                          "+[NSMutableArray arrayWithCapacity:]", "RuntimeDirectReadObjectArray",
+                          "REALLoadGlobalMethod", "VarType", "VariantToDouble",
+                          "+[NSNumber numberWithDouble:]", "-[NSMutableArray addObject:]",
+                          "REALUnlockObject", "-[NSUserDefaults setObject:forKey:]"}));
+}
+
+TEST_F(ListsTest, AnElementReadInPlaceIsHeldAsLong) {
+  useHost(2013.9);
+  const ObjectRef list = variants({0.5});
+  const Lines asked = traced([&] { ask(defaults, "setArrayValue", {"key"s, list}); });
+  EXPECT_EQ(asked, (Lines{"REALGetStringCFString", "CFStringCreateWithCharacters",
+                          "-[NSString autorelease]", "RuntimeUBound",
+                          "+[NSMutableArray arrayWithCapacity:]", "REALLockObject",
+                          "REALLoadGlobalMethod", "VarType", "VariantToDouble",
+                          "+[NSNumber numberWithDouble:]", "-[NSMutableArray addObject:]",
+                          "REALUnlockObject", "-[NSUserDefaults setObject:forKey:]"}));
+}
+
+// What the host gives for an element: the only reference on a host object that owns a native one.
+ObjectRef onlyOwner;
+
+TEST_F(ListsTest, AnObjectThatDiesWithItsElementOutlivesItInTheList) {
+  family->provideObjectClass("NSColorZEL");
+  onlyOwner = family->objectOf("NSColorZEL", text("red"));
+  foundation.drainPool();
+  const ObjectRef list = variants({std::monostate{}});
+  intercept("RuntimeDirectReadObjectArray",
+            [](REALobjectArray, std::int32_t) { return onlyOwner.release(); });
+  EXPECT_EQ(stored("setArrayValue", list), R"(["red"])");
+}
+
+TEST_F(ListsTest, AnElementThatTheListRefusesIsGivenBackToo) {
+  foundation.addMethod("NSMutableArray", "addObject:", [](id, SEL, id) {
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Full", "No more."));
+  });
+  const ObjectRef date = host->date({2001, 1, 1, 0, 0, 0});
+  const struct {
+    const char* setter;
+    ObjectRef list;
+    const char* unlock;
+  } rows[] = {{"setStringArrayValue", strings({"a"s}), "REALUnlockString"},
+              {"setArrayValue", variants({date}), "REALUnlockObject"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.setter);
+    Lines asked = traced([&] {
+      EXPECT_EQ(host->call(defaults, row.setter, {"key"s, row.list}).raised,
+                (Raised{"NSExceptionZEL", "No more.", 0}));
+    });
+    const auto refused = std::find(asked.begin(), asked.end(), "-[NSMutableArray addObject:]");
+    ASSERT_LT(refused + 1 - asked.begin(), static_cast<long>(asked.size()));
+    EXPECT_EQ(*(refused + 1), row.unlock);
+  }
+  EXPECT_EQ(host->references(date.handle()), 2);  // this one's, and the list's
 }
 
 TEST_F(ListsTest, NoListAsksForNoBound) {

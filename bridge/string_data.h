@@ -14,6 +14,9 @@ namespace zel {
 /// @returns false when the bytes can't be had; `out` is then not written to.
 bool REALGetStringData(REALstring string, std::uint32_t encoding, REALstringData* out);
 
+/// The same for the bytes as stored, in a buffer of their own size whatever `out` holds on entry.
+bool getStoredBytes(REALstring string, REALstringData* out);
+
 /// Takes back what REALGetStringData handed out.
 void disposeStringData(REALstringData& record);
 

@@ -45,10 +45,7 @@ CFStringRef fromOlderRecord(REALstring string, CFStringEncoding encoding) {
 
 CFStringRef fromStringData(REALstring string, CFStringEncoding encoding) {
   REALstringData record{};
-  // Only where the host has no routine of its own is the length read on entry.
-  if (PluginGetStringData.find() == nullptr)
-    record.length = static_cast<std::uint32_t>(LenB(string));
-  if (!REALGetStringData(string, kNoEncoding, &record)) return nullptr;
+  if (!getStoredBytes(string, &record)) return nullptr;
   return withCleanup([&] { return fromBytes(record.data, record.length, encoding); },
                      [&] { disposeStringData(record); });
 }

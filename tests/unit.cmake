@@ -10,6 +10,7 @@ zel_add_tests(unit_tests
     plugin/downgrade_test.cc
     plugin/errors_test.cc
     bridge/strings_test.cc
+    bridge/strings_to_host_test.cc
     bridge/string_data_test.cc
     bridge/data_test.cc
     bridge/dates_test.cc

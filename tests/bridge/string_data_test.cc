@@ -171,6 +171,70 @@ TEST_F(OlderStringDataTest, TheLengthMethodNeedsAHostThatLoadsMethods) {
   EXPECT_EQ(handedOut(string.handle(), kUtf8), std::nullopt);
 }
 
+TEST_F(OlderStringDataTest, ABufferThatCannotBeHadIsNotHandedOut) {
+  const HostText string(*host, "key");
+  const struct {
+    std::uint32_t encoding;
+    int unlocked;  // what was converted
+  } rows[] = {{kNoEncoding, 0}, {kUtf8, 0}, {kUtf16, 1}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.encoding);
+    host->clearRecords();
+    foundation_double::Allocations::shared().failAt(1);
+    EXPECT_EQ(handedOut(string.handle(), row.encoding, 3), std::nullopt);
+    EXPECT_EQ(host->calls("REALUnlockString"), row.unlocked);
+  }
+  EXPECT_EQ(buffers(), (std::vector<std::size_t>{7, 7, 10}));
+}
+
+TEST_F(OlderStringDataTest, TheRoutinesAreAskedForOnceEach) {
+  const HostText string(*host, "key");
+  host->hideFirst("PluginGetStringData", 1);  // and known again at the next question
+  host->clearRecords();
+  EXPECT_EQ(handedOut(string.handle(), kUtf16), expected("k\0e\0y\0\0\0\0\0", 6, kUtf16));
+  EXPECT_EQ(host->lookups("PluginGetStringData"), 1);
+  EXPECT_EQ(host->calls("PluginGetStringData"), 0);
+  EXPECT_EQ(host->lookups("StringGetCString"), 1);
+  EXPECT_EQ(host->lookups("LenB"), 1);
+}
+
+// --- bytes as stored, without a length on entry
+
+class StoredBytesTest : public OlderStringDataTest {
+ protected:
+  std::optional<Handed> stored(REALstring string) {
+    REALstringData record{nullptr, 0, kUnset};
+    if (!getStoredBytes(string, &record)) return std::nullopt;
+    Handed handed{
+        {static_cast<const char*>(record.data), record.length + 4}, record.length, record.encoding};
+    disposeStringData(record);
+    return handed;
+  }
+};
+
+TEST_F(StoredBytesTest, TakeABufferOfTheirOwnSize) {
+  const HostText string(*host, "h\xE9y", 0x201);
+  EXPECT_EQ(stored(string.handle()), expected("h\xE9y\0\0\0\0", 3, 0xFFFF));
+  EXPECT_EQ(buffers(), std::vector<std::size_t>{7});
+}
+
+TEST_F(StoredBytesTest, AreHandedOutByTheHostWhereItCan) {
+  host->unhide("PluginGetStringData");
+  host->unhide("PluginDisposeStringData");
+  const HostText string(*host, "key");
+  EXPECT_EQ(stored(string.handle()), expected("key\0\0\0\0", 3, 0xFFFF));
+  EXPECT_EQ(host->sequence(), (Lines{"PluginGetStringData", "PluginDisposeStringData"}));
+}
+
+TEST_F(StoredBytesTest, OfALengthThatIsFoundLateAreNoneBefore) {
+  const HostText string(*host, "a text longer than four bytes");
+  host->hideFirst("LenB", 1);
+  EXPECT_EQ(stored(string.handle()), std::nullopt);
+  EXPECT_EQ(host->lookups("LenB"), 1);
+  EXPECT_EQ(stored(string.handle()), expected("a text longer than four bytes\0\0\0\0", 29, 0xFFFF));
+  EXPECT_EQ(buffers(), std::vector<std::size_t>{33});
+}
+
 TEST_F(OlderStringDataTest, AConvertedStringIsLeftWhereTheHostCannotUnlock) {
   host->hide("REALUnlockString");
   const REALstring string = host->string("key");

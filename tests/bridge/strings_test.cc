@@ -1,9 +1,10 @@
-// Texts across the border, both ways.
+// Texts across the border: host strings as native ones.
 #include "bridge/strings.h"
 
-#include <cstring>
+#include <cstdlib>
 
 #include "native/exceptions.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -153,11 +154,26 @@ TEST_P(ByteFallbackTest, RefusesBytesThatAreNotValid) {
 
 TEST_P(ByteFallbackTest, RefusesAnUnknownEncoding) { EXPECT_EQ(converted("x", 0x7777), "(null)"); }
 
+struct Raising {
+  const char* function;
+  std::uint32_t encoding;
+};
+
+// What makes a native string, and the host strings that it is for.
+constexpr Raising kRaising[] = {{"CFStringCreateWithCString", kUtf8},
+                                {"CFStringCreateWithCharacters", kUtf16}};
+
 TEST_P(ByteFallbackTest, GivesEverythingBackWhenAnExceptionPasses) {
-  const HostText string(*host, "key");
-  foundation.throwAtCall("CFStringCreateWithCString");
-  EXPECT_NE(catching([&] { static_cast<void>(RBString2CFString(string.handle())); }), nullptr);
-  EXPECT_EQ(host->references(string.handle()), 1);
+  for (const auto& [function, encoding] : kRaising) {
+    SCOPED_TRACE(function);
+    const HostText string(*host, text({"k\0", 2}), encoding);
+    host->clearRecords();
+    foundation.throwAtCall(function);
+    EXPECT_NE(catching([&] { static_cast<void>(RBString2CFString(string.handle())); }), nullptr);
+    EXPECT_EQ(host->sequence().back(),
+              GetParam() < 2013.0 ? "REALUnlockString" : "PluginDisposeStringData");
+    EXPECT_EQ(host->references(string.handle()), 1);
+  }
 }
 
 TEST_F(ToNativeTest, AnUnlockIsTriedEvenWhereNoLockWasTaken) {
@@ -186,6 +202,75 @@ TEST_F(ToNativeTest, HostsWithoutByteHandOutAreReadThroughTheirOlderRoutines) {
             "Grüße, und zwar recht lange, damit der Platz auch reicht");
 }
 
+TEST_F(ToNativeTest, AHostThatTakesNoDataBackHasItFreed) {
+  startHostWithoutConversion(2013.0);
+  host->hide("PluginDisposeStringData");
+  EXPECT_EQ(converted("key", kUtf8), "key");
+  EXPECT_EQ(foundation_double::Allocations::shared().sizes(), std::vector<std::size_t>{7});
+  for (const auto& [function, encoding] : kRaising) {
+    SCOPED_TRACE(function);
+    const HostText string(*host, text({"k\0", 2}), encoding);
+    foundation.throwAtCall(function);
+    EXPECT_NE(catching([&] { static_cast<void>(RBString2CFString(string.handle())); }), nullptr);
+    EXPECT_EQ(foundation_double::Allocations::shared().live(), 0U);
+  }
+}
+
+// What the host is given back, which it frees.
+Lines takenBack;
+
+TEST_F(ToNativeTest, AHostThatHandsNoDataOutIsGivenItBackAllTheSame) {
+  startHostWithoutConversion(2013.0);
+  takenBack.clear();
+  intercept("PluginDisposeStringData", [](REALstringData* record) {
+    takenBack.emplace_back(static_cast<const char*>(record->data), record->length + 4);
+    std::free(record->data);
+  });
+  host->hide("PluginGetStringData");
+  EXPECT_EQ(converted("key", kUtf8), "key");
+  EXPECT_EQ(takenBack, Lines{text({"key\0\0\0\0", 7})});
+  for (const auto& [function, encoding] : kRaising) {
+    SCOPED_TRACE(function);
+    const HostText string(*host, text({"k\0", 2}), encoding);
+    takenBack.clear();
+    foundation.throwAtCall(function);
+    EXPECT_NE(catching([&] { static_cast<void>(RBString2CFString(string.handle())); }), nullptr);
+    EXPECT_EQ(takenBack, Lines{text({"k\0\0\0\0\0", 6})});
+  }
+}
+
+TEST_F(ToNativeTest, ABufferThatCannotBeHadGivesNull) {
+  startHostWithoutConversion(2013.0);
+  host->hide("PluginGetStringData");
+  foundation_double::Allocations::shared().failAt(1);
+  EXPECT_EQ(converted("key", kUtf8), "(null)");
+  EXPECT_EQ(foundation.calls(), Lines{});
+}
+
+TEST_F(ToNativeTest, ALengthThatIsFoundLateIsTheWholeOne) {
+  startHostWithoutConversion(2013.0);
+  host->hide("PluginGetStringData");
+  host->hide("PluginDisposeStringData");
+  host->hideFirst("LenB", 1);
+  EXPECT_EQ(converted("longer than four bytes", kUtf8), "(null)");
+  EXPECT_EQ(foundation_double::Allocations::shared().sizes(), std::vector<std::size_t>{});
+  EXPECT_EQ(converted("longer than four bytes", kUtf8), "longer than four bytes");
+  EXPECT_EQ(foundation_double::Allocations::shared().sizes(), std::vector<std::size_t>{26});
+}
+
+TEST_F(ToNativeTest, AHandOutThatIsFoundLateIsAskedForOnceAConversion) {
+  startHostWithoutConversion(2013.0);
+  host->hideFirst("PluginGetStringData", 1);
+  host->hide("PluginDisposeStringData");
+  EXPECT_EQ(converted("key", kUtf8), "key");
+  EXPECT_EQ(host->lookups("PluginGetStringData"), 1);
+  EXPECT_EQ(host->calls("LenB"), 1);
+  EXPECT_EQ(converted("key", kUtf8), "key");
+  EXPECT_EQ(host->lookups("PluginGetStringData"), 2);
+  EXPECT_EQ(host->calls("PluginGetStringData"), 1);
+  EXPECT_EQ(host->calls("LenB"), 1);
+}
+
 TEST_F(ToNativeTest, HostsWithoutAnyWayToTheBytesGiveNull) {
   startHostWithoutConversion(2013.0);
   host->hide("PluginGetStringData");
@@ -202,120 +287,6 @@ TEST_F(ToNativeTest, AHostWithoutTheConversionIsAskedForItEveryTime) {
   EXPECT_EQ(converted("key", kUtf8), "key");
   EXPECT_EQ(host->lookups("REALGetStringCFString"), 3);
   EXPECT_EQ(host->calls("REALGetStringCFString"), 1);
-}
-
-// --- native to host
-
-class ToHostTest : public PluginTest {
- protected:
-  // The host string's bytes; "(null)" for none.
-  std::string converted(CFStringRef string) {
-    const REALstring made = CFString2RBString(string);
-    if (made == nullptr) return "(null)";
-    EXPECT_EQ(host->encoding(made), kUtf8);
-    EXPECT_EQ(host->references(made), 1);
-    std::string bytes = host->bytes(made);
-    host->unlock(made);
-    return bytes;
-  }
-  static std::vector<std::size_t> buffers() {
-    return foundation_double::Allocations::shared().sizes();
-  }
-};
-
-TEST_F(ToHostTest, NullAndEmptyTextsGiveNull) {
-  EXPECT_EQ(converted(nullptr), "(null)");
-  EXPECT_EQ(converted(foundation.string("")), "(null)");
-  EXPECT_EQ(host->sequence(), Lines{});
-}
-
-TEST_F(ToHostTest, EveryTextBecomesUtf8) {
-  EXPECT_EQ(converted(foundation.string("plain")), "plain");
-  EXPECT_EQ(converted(foundation.string("Grüße, 世界 🎈")), "Grüße, 世界 🎈");
-  EXPECT_EQ(host->sequence().at(0), "REALBuildString");
-  EXPECT_EQ(host->sequence().at(1), "REALSetStringEncoding");
-}
-
-TEST_F(ToHostTest, TheNativeStringIsOnlyBorrowed) {
-  const CFStringRef string = foundation.string("mine");
-  EXPECT_EQ(converted(string), "mine");
-  EXPECT_EQ(foundation.references(string), 1);
-}
-
-TEST_F(ToHostTest, TextsEndAtTheFirstZeroCharacter) {
-  EXPECT_EQ(converted(foundation.string(text({"ab\0cd", 5}))), "ab");
-  EXPECT_EQ(converted(foundation.string(text({"\0cd", 3}))), "(null)");
-}
-
-TEST_F(ToHostTest, NinetyNineUnitsTakeNoMemory) {
-  const std::string units(99, 'x');
-  EXPECT_EQ(converted(foundation.string(units)), units);
-  EXPECT_EQ(buffers(), std::vector<std::size_t>{});
-}
-
-TEST_F(ToHostTest, AHundredUnitsTakeOneBuffer) {
-  const std::string units(100, 'x');
-  EXPECT_EQ(converted(foundation.string(units)), units);
-  EXPECT_EQ(buffers(), std::vector<std::size_t>{600});
-}
-
-TEST_F(ToHostTest, TheLongestUtf8FitsOnBothPaths) {
-  for (const std::size_t units : {std::size_t{99}, std::size_t{100}}) {
-    std::string expected;
-    for (std::size_t i = 0; i < units; ++i) expected += "世";
-    EXPECT_EQ(converted(foundation.string(expected)), expected);
-  }
-}
-
-TEST_F(ToHostTest, LengthsWhoseBufferTheHostCannotCountGiveNull) {
-  EXPECT_EQ(converted(foundation.stringOfLength(357913942)), "(null)");   // 2147483652 bytes
-  EXPECT_EQ(converted(foundation.stringOfLength(0x7FFFFFFF)), "(null)");  // -6 bytes
-  EXPECT_EQ(converted(foundation.stringOfLength(-1)), "(null)");
-  EXPECT_EQ(buffers(), std::vector<std::size_t>{});
-  EXPECT_EQ(host->sequence(), Lines{});
-}
-
-TEST_F(ToHostTest, ALengthWhoseBufferSizeWrapsRoundIsTriedInWhatIsLeft) {
-  EXPECT_EQ(converted(foundation.stringOfLength(0x2AAAAAAB)), "x");  // 2 bytes are left
-  EXPECT_EQ(buffers(), std::vector<std::size_t>{2});
-}
-
-TEST_F(ToHostTest, ABufferThatCannotBeHadGivesNull) {
-  foundation_double::Allocations::shared().failAt(1);
-  EXPECT_EQ(converted(foundation.string(std::string(100, 'x'))), "(null)");
-  EXPECT_EQ(host->sequence(), Lines{});
-}
-
-TEST_F(ToHostTest, TextsThatCannotBeConvertedGiveNull) {
-  EXPECT_EQ(converted(foundation.string16(u"ab\xD800")), "(null)");
-  std::u16string longText(100, u'x');
-  longText.back() = 0xD800;
-  EXPECT_EQ(converted(foundation.string16(longText)), "(null)");
-}
-
-TEST_F(ToHostTest, AHostThatBuildsNoStringsGetsNull) {
-  host->hide("REALBuildString");
-  EXPECT_EQ(converted(foundation.string("short")), "(null)");
-  EXPECT_EQ(converted(foundation.string(std::string(100, 'x'))), "(null)");
-  host->unhide("REALBuildString");
-  host->answerNull("REALBuildString");
-  EXPECT_EQ(converted(foundation.string("short")), "(null)");
-  EXPECT_EQ(host->calls("REALSetStringEncoding"), 0);
-}
-
-TEST_F(ToHostTest, AHostWithoutEncodingsGetsTheStringAllTheSame) {
-  host->hide("REALSetStringEncoding");
-  const REALstring made = CFString2RBString(foundation.string("bare"));
-  EXPECT_EQ(host->bytes(made), "bare");
-  EXPECT_EQ(host->encoding(made), kNoEncoding);
-  host->unlock(made);
-}
-
-TEST_F(ToHostTest, TheBufferIsFreedWhenAnExceptionPasses) {
-  const CFStringRef string = foundation.string(std::string(100, 'x'));
-  foundation.throwAtCall("CFStringGetCString");
-  EXPECT_NE(catching([&] { static_cast<void>(CFString2RBString(string)); }), nullptr);
-  EXPECT_EQ(buffers(), std::vector<std::size_t>{600});
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "bridge/strings.h"
 #include "bridge/variant_to_native.h"
 #include "native/geometry.h"
+#include "plugin/properties.h"
 #include "plugin/references.h"
 
 namespace zel {
@@ -108,8 +109,7 @@ REALobject NSDictionaryRB(CFDictionaryRef dictionary) {
 CFDictionaryRef NewNSDictionary(REALdictionary dictionary) {
   if (dictionary == nullptr) return nullptr;
   const auto source = reinterpret_cast<REALobject>(dictionary);
-  std::int32_t count = 0;
-  REALGetPropValueInt32(source, "Count", &count);
+  const auto count = propertyValue<std::int32_t>(REALGetPropValueInt32, source, "Count");
   if (count < 1) return send<CFDictionaryRef, "dictionary">(classNamed<"NSDictionary">());
   const id made = send<id, "dictionaryWithCapacity:">(classNamed<"NSMutableDictionary">(),
                                                       static_cast<NSUInteger>(count));

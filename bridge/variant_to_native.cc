@@ -7,6 +7,7 @@
 #include "bridge/objects_to_native.h"
 #include "bridge/strings.h"
 #include "plugin/arrays.h"
+#include "plugin/properties.h"
 #include "plugin/references.h"
 
 namespace zel {
@@ -39,9 +40,7 @@ id number(std::uint8_t boolean) {
 template <class T, auto& Routine, auto& Property, Name PropertyName>
 T valueOf(REALobject variant) {
   if (Routine.find() != nullptr) return Routine(variant);
-  T value{};
-  Property(variant, PropertyName.text, &value);
-  return value;
+  return propertyValue<T>(Property, variant, PropertyName.text);
 }
 
 constexpr auto integerOf =
@@ -159,9 +158,7 @@ id fromArray(REALarray array, const Element& kind) {
 
 std::int32_t typeOf(REALobject value) {
   if (GetVariantType.find() != nullptr) return GetVariantType(value);
-  std::int32_t type = 0;
-  REALGetPropValueInt32(value, "Type", &type);
-  return type;
+  return propertyValue<std::int32_t>(REALGetPropValueInt32, value, "Type");
 }
 
 template <class Row, std::size_t Count>

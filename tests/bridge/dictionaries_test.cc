@@ -136,6 +136,16 @@ TEST_F(DictionariesTest, ACountThatCannotBeReadCountsAsNone) {
   EXPECT_EQ(toNative(dictionary), "{}");
 }
 
+TEST_F(DictionariesTest, ACountThatIsRefusedCountsAsNoneWhateverWasWritten) {
+  intercept("REALGetPropValueInt", [](REALobject, const char*, std::int32_t* value) {
+    *value = 1;
+    return REALboolean{0};
+  });
+  const id native = toNativeObject(host->dictionary({{"a"s, std::int32_t{1}}}));
+  EXPECT_EQ(foundation.describe(native), "{}");
+  EXPECT_FALSE(isKindOf<"NSMutableDictionary">(native));
+}
+
 TEST_F(DictionariesTest, WhatCannotBeConvertedBecomesNSNull) {
   const ObjectRef nothing = host->variant(std::monostate{});
   EXPECT_EQ(toNative(host->dictionary({{"a"s, nothing}, {"b"s, std::monostate{}}})),

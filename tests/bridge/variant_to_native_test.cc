@@ -5,6 +5,7 @@
 
 #include "native/exceptions.h"
 #include "native/numbers.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -132,6 +133,38 @@ INSTANTIATE_TEST_SUITE_P(
         FallbackCase{"VariantToDouble", "REALGetPropValueDouble", 3.5, "3.5", "0"},
         FallbackCase{"VariantToString", "REALGetPropValueString", "text"s, "\"text\"", "\"\""}),
     [](const auto& row) { return row.param.routine; });
+
+// Lets the host refuse a property, having written the value all the same.
+template <class T>
+void refuse(const char* routine) {
+  intercept(routine, [](REALobject, const char*, T* value) {
+    *value = T(8);
+    return REALboolean{0};
+  });
+}
+
+TEST_F(VariantToNativeTest, APropertyThatIsRefusedLeavesNoValue) {
+  refuse<std::int32_t>("REALGetPropValueInt");
+  refuse<std::int64_t>("REALGetPropValueInt64");
+  refuse<float>("REALGetPropValueSingle");
+  refuse<double>("REALGetPropValueDouble");
+  refuse<REALstring>("REALGetPropValueString");
+  for (const char* routine : {"VariantToInt32", "VariantToInt64", "VariantToSingle",
+                              "VariantToDouble", "VariantToString"})
+    host->hide(routine);
+  EXPECT_EQ(numberOf(std::int32_t{3}), "l 0");
+  EXPECT_EQ(numberOf(std::int64_t{3}), "q 0");
+  EXPECT_EQ(numberOf(3.0F), "f 0");
+  EXPECT_EQ(numberOf(3.0), "d 0");
+  EXPECT_EQ(numberOf(std::int8_t{1}), "c false");
+  EXPECT_EQ(toNative("text"s), "\"\"");
+}
+
+TEST_F(VariantToNativeTest, ATypeThatIsRefusedIsNoType) {
+  refuse<std::int32_t>("REALGetPropValueInt");  // 8 would be a text
+  host->hide("VarType");
+  EXPECT_EQ(toNative("text"s), "nil");
+}
 
 TEST_F(VariantToNativeTest, TheTypeIsReadFromAPropertyToo) {
   host->hide("VarType");

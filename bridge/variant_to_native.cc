@@ -11,6 +11,9 @@
 #include "plugin/references.h"
 
 namespace zel {
+
+constinit CFStringRef EmptyText = nullptr;
+
 namespace {
 
 constexpr std::int32_t kFirstArray =
@@ -59,8 +62,10 @@ id fromBoolean(REALobject variant) { return number(static_cast<std::uint8_t>(int
 id textOrNil(REALstring text) { return asNative(autoreleasedCFString(text)); }
 
 id emptyText() {
-  return asNative(
-      autoreleased(CFStringCreateWithCString(kDefaultAllocator, "", kCFStringEncodingASCII)));
+  if (EmptyText == nullptr) {
+    EmptyText = CFStringCreateWithCString(kDefaultAllocator, "", kCFStringEncodingASCII);
+  }
+  return asNative(EmptyText);
 }
 
 id fromString(REALobject variant) {
@@ -102,7 +107,7 @@ constexpr Scalar kScalars[] = {
 
 // --- arrays
 
-// An element in place, or as the host reads it; 0 or null when it can't.
+// An element as the host reads it; 0 or null when it can't.
 template <class T, auto& Read>
 T readElement(REALarray array, std::int32_t index) {
   T element{};

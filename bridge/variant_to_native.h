@@ -1,10 +1,14 @@
 // Any host value as a native object.
 #pragma once
 
-#include "native/objc.h"
+#include "native/corefoundation.h"
 #include "plugin/handles.h"
 
 namespace zel {
+
+/// What empty host texts become: one object, made at its first use and kept for the life of the
+/// process; null before.
+extern CFStringRef EmptyText;
 
 /// A native object of a host value (a Variant, array or object), which is only borrowed. The result
 /// is not the caller's: it is autoreleased, a constant, or owned by the host object that it came

@@ -209,6 +209,23 @@ TEST_F(VariantToNativeTest, TheTextIsGivenBackWhenAnExceptionPasses) {
   EXPECT_NE(catching([&] { converted(variant); }), nullptr);
 }
 
+TEST_F(VariantToNativeTest, TheEmptyTextIsOneObjectForGood) {
+  const id empty = converted(host->variant(""s));
+  foundation.drainPool();
+  const ObjectRef another = host->variant(""s, 21);
+  foundation.clearRecords();
+  EXPECT_EQ(converted(another), empty);
+  EXPECT_EQ(foundation.messages(), Lines{});
+  EXPECT_EQ(foundation.calls(), Lines{});
+  EXPECT_EQ(foundation.references(empty), 1);
+}
+
+TEST_F(VariantToNativeTest, AnEmptyTextThatCannotBeMadeIsTriedAgain) {
+  foundation.failCall("CFStringCreateWithCString");
+  EXPECT_EQ(toNative(""s), "nil");
+  EXPECT_EQ(toNative(""s), "\"\"");
+}
+
 // --- dates
 
 TEST_F(VariantToNativeTest, Dates) {

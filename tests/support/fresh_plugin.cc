@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "bridge/dictionaries.h"
+#include "bridge/variant_to_native.h"
 #include "plugin/errors.h"
 #include "plugin/host.h"
 #include "plugin/main.h"
@@ -30,6 +31,7 @@ void makePluginFresh() {
   zel::instances = nullptr;
   zel::ExceptionsInitialized = false;
   zel::LastDictionary = nullptr;
+  zel::EmptyText = nullptr;
 #define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
   zel::wrapper = decltype(zel::wrapper){entryPoint};
 #define ARRAY_ROUTINE HOST_ROUTINE
@@ -38,6 +40,11 @@ void makePluginFresh() {
 #undef HOST_ROUTINE
 #undef ARRAY_ROUTINE
 #undef FRAMEWORK_METHOD
+}
+
+void giveBackConstants() {
+  if (zel::EmptyText != nullptr) zel::CFRelease(zel::EmptyText);
+  zel::EmptyText = nullptr;
 }
 
 }  // namespace tests

@@ -7,4 +7,7 @@ namespace tests {
 /// versions, the class record, the entry points that were found, the cooperation with the family.
 void makePluginFresh();
 
+/// Gives back the native objects that the plugin makes once and keeps for good.
+void giveBackConstants();
+
 }  // namespace tests

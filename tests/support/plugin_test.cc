@@ -45,6 +45,7 @@ void PluginTest::provideFamily() {
 }
 
 void PluginTest::expectBalanced() {
+  giveBackConstants();
   EXPECT_EQ(host->unbalanced(), "");
   EXPECT_EQ(foundation.unbalanced(), "");
   EXPECT_EQ(foundation_double::Allocations::shared().live(), 0U);

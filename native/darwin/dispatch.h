@@ -23,7 +23,7 @@ extern "C" {
 /// The registered selector of that name. @param name NUL-terminated, never null.
 SEL sel_registerName(const char* name);
 /// The class of that name, not owned, or null.
-Class* objc_lookUpClass(const char* name);
+Class* objc_getClass(const char* name);
 /// The super class, not owned, or null for a class without one.
 Class* class_getSuperclass(Class* subclass);
 /// The name of the object's class; of a class, its own name. Not owned. @param object not nil.
@@ -43,7 +43,7 @@ Messenger objc_msgSend_fpret;
 #endif
 }
 
-inline Class* lookUpClass(const char* name) { return objc_lookUpClass(name); }
+inline Class* lookUpClass(const char* name) { return objc_getClass(name); }
 
 // Which messenger sends for a method that returns a number with a fraction, or a structure of so
 // many bytes.

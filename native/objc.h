@@ -70,6 +70,16 @@ inline bool isKindOf(Receiver* object) {
   return wanted != nullptr && send<BOOL, "isKindOfClass:">(object, wanted) != 0;
 }
 
+/// The same without a message, by the runtime alone: for objects that may answer none.
+template <Name ClassName>
+inline bool isInstanceOf(Object* object) {
+  Class* const wanted = classNamed<ClassName>();
+  if (object == nullptr || wanted == nullptr) return false;
+  Class* level = classOf(object);
+  while (level != nullptr && level != wanted) level = class_getSuperclass(level);
+  return level != nullptr;
+}
+
 /// Adds a reference, which the caller owns from here on.
 template <class Native>
 [[nodiscard]] inline Native* retained(Native* object) {

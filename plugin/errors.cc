@@ -52,7 +52,7 @@ void RaiseException(const char* className, const char* message,
 
 void reportNativeException(id exception) {
   if (exception == nullptr) return;
-  if (!isKindOf<"NSException">(exception)) objc_exception_throw(exception);
+  if (!isInstanceOf<"NSException">(exception)) objc_exception_throw(exception);
   writeToSystemLog(exception);
   const auto hostException =
       send<REALobject, "NewNSExceptionZEL:">(classNamed<"NSException">(), exception);

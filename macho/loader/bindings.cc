@@ -60,6 +60,7 @@ const Row kRows[] = {
     {"_objc_exception_extract", addressOf(extractThrown), asItIs},
     {"_objc_exception_throw", addressOf(throwToFrame), asItIs},
     {"_objc_getClass", addressOf(zel::objc_lookUpClass), asItIs},
+    {"_object_getClass", addressOf(zel::classOf), asItIs},
     {"_object_getClassName", addressOf(zel::object_getClassName), asItIs},
     {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
     {kAddMethod, addressOf(addMethod), asItIs},

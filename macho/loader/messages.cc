@@ -114,12 +114,9 @@ Returning returningOf(const char* type) {
   return returnAsItIs;
 }
 
-// Every object begins with its class, a class with its own.
-zel::Class* classOf(zel::id object) { return *reinterpret_cast<zel::Class**>(object); }
-
 // The type of what the method gives back; "" when the receiver only answers by forwarding.
 const char* resultType(zel::id receiver, zel::SEL selector) {
-  objc_method* const method = class_getInstanceMethod(classOf(receiver), selector);
+  objc_method* const method = class_getInstanceMethod(zel::classOf(receiver), selector);
   const char* const types = method == nullptr ? nullptr : method_getTypeEncoding(method);
   return types == nullptr ? "" : objc_skip_type_qualifiers(types);
 }

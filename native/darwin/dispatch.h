@@ -24,6 +24,8 @@ extern "C" {
 SEL sel_registerName(const char* name);
 /// The class of that name, not owned, or null.
 Class* objc_getClass(const char* name);
+/// The object's class, not owned. @param object not nil.
+Class* object_getClass(void* object);
 /// The super class, not owned, or null for a class without one.
 Class* class_getSuperclass(Class* subclass);
 /// The name of the object's class; of a class, its own name. Not owned. @param object not nil.
@@ -44,6 +46,9 @@ Messenger objc_msgSend_fpret;
 }
 
 inline Class* lookUpClass(const char* name) { return objc_getClass(name); }
+
+/// The object's class, not owned. @param object not nil.
+inline Class* classOf(Object* object) { return object_getClass(object); }
 
 // Which messenger sends for a method that returns a number with a fraction, or a structure of so
 // many bytes.

@@ -27,6 +27,9 @@ const char* object_getClassName(void* object);
 
 inline Class* lookUpClass(const char* name) { return objc_lookUpClass(name); }
 
+/// The object's class, not owned: every object begins with it. @param object not nil.
+inline Class* classOf(Object* object) { return *reinterpret_cast<Class**>(object); }
+
 /// Calls the receiver's method. @param receiver not nil.
 template <class R, class Receiver, class... Arguments>
 inline R dispatch(Receiver* receiver, SEL selector, Arguments... arguments) {

@@ -5,6 +5,14 @@
 #include "native/exceptions.h"
 #include "tests/end_to_end/end_to_end_test.h"
 
+extern "C" {
+// Of the Objective-C runtime.
+zel::Class* objc_allocateClassPair(zel::Class* superClass, const char* name, std::size_t extra);
+void objc_registerClassPair(zel::Class* made);
+zel::id class_createInstance(zel::Class* isa, std::size_t extra);
+zel::id object_dispose(zel::id object);
+}
+
 namespace tests {
 namespace {
 
@@ -12,6 +20,8 @@ using namespace std::string_literals;
 
 // Which of the coming calls of GetInstancesDictionaryZEL raises; all the others give nothing.
 int callsUntilRaise;
+// What it raises; null: an NSException.
+zel::id thrown;
 
 zel::CFStringRef textOf(const char* text) {
   return zel::autoreleased(
@@ -20,6 +30,7 @@ zel::CFStringRef textOf(const char* text) {
 
 zel::CFMutableDictionaryRef getInstances(zel::id /*self*/, zel::SEL /*selector*/) {
   if (--callsUntilRaise == 0) {
+    if (thrown != nullptr) zel::objc_exception_throw(thrown);
     zel::objc_exception_throw(zel::send<zel::id, "exceptionWithName:reason:userInfo:">(
         zel::classNamed<"NSException">(), textOf("Hook"), textOf("asked to"), zel::id{nullptr}));
   }
@@ -29,6 +40,7 @@ zel::CFMutableDictionaryRef getInstances(zel::id /*self*/, zel::SEL /*selector*/
 class PassingTest : public EndToEndTest, public testing::WithParamInterface<double> {
  protected:
   void SetUp() override {
+    thrown = nullptr;
     startHost({.version = GetParam()});
     const host::AddMethod add = host::addToRuntime();
     add({"NSException", "NSObject", true, "GetInstancesDictionaryZEL", host::erased(getInstances),
@@ -55,6 +67,29 @@ TEST_P(PassingTest, TheHookOfANewObjectRaisesIntoTheHost) {
   EXPECT_STREQ(zel::object_getClassName(left), "NSException");
   callsUntilRaise = 0;
   EXPECT_NE(host->make(kClass), ObjectRef());
+}
+
+// An object of a root class without a method, to which any message would end the process.
+zel::id newMute() {
+  static zel::Class* const made = [] {
+    zel::Class* const root = objc_allocateClassPair(nullptr, "Mute", 0);
+    objc_registerClassPair(root);
+    return root;
+  }();
+  return class_createInstance(made, sizeof(void*));
+}
+
+TEST_P(PassingTest, WhatIsNoExceptionLeavesTheMethodAsItIs) {
+  const zel::id mute = newMute();
+  thrown = mute;
+  callsUntilRaise = 2;
+  testing::internal::CaptureStderr();
+  const zel::id left = zel::catching([&] { host->callShared(kClass, "standardUserDefaults"); });
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(left, mute);
+  EXPECT_EQ(host->takePending(), std::vector<Raised>{});
+  object_dispose(mute);
+  EXPECT_EQ(ask(standard(), "integerForKey", {"unset"s}), Value(std::int32_t{0}));
 }
 
 TEST_P(PassingTest, TheMethodThatWantedTheObjectCatches) {

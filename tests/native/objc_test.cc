@@ -6,6 +6,8 @@
 extern "C" {
 zel::Class* objc_allocateClassPair(zel::Class* superclass, const char* name, std::size_t extra);
 void objc_registerClassPair(zel::Class* made);
+zel::id class_createInstance(zel::Class* isa, std::size_t extra);
+zel::id object_dispose(zel::id object);
 }
 
 namespace native_test {
@@ -97,6 +99,26 @@ TEST_F(ObjcTest, TellsWhatKindAnObjectIs) {
   EXPECT_FALSE(zel::isKindOf<"NSString">(list));
   EXPECT_FALSE(zel::isKindOf<"NoSuchClass">(list));
   EXPECT_FALSE(zel::isKindOf<"NSArray">(id{nullptr}));
+}
+
+TEST_F(ObjcTest, TellsWhatAnObjectIsWithoutAMessage) {
+  const id list = send<id, "array">(zel::classNamed<"NSMutableArray">());
+  EXPECT_TRUE(zel::isInstanceOf<"NSArray">(list));
+  EXPECT_TRUE(zel::isInstanceOf<"NSMutableArray">(list));
+  EXPECT_FALSE(zel::isInstanceOf<"NSString">(list));
+  EXPECT_FALSE(zel::isInstanceOf<"NoSuchClass">(list));
+  EXPECT_FALSE(zel::isInstanceOf<"NSArray">(nullptr));
+}
+
+TEST_F(ObjcTest, AnObjectThatAnswersNothingIsToldToo) {
+  // A root class without a method: any message would end the process.
+  zel::Class* const made = objc_allocateClassPair(nullptr, "Mute", 0);
+  objc_registerClassPair(made);
+  const id mute = class_createInstance(made, sizeof(void*));
+  EXPECT_EQ(zel::classOf(mute), made);
+  EXPECT_TRUE(zel::isInstanceOf<"Mute">(mute));
+  EXPECT_FALSE(zel::isInstanceOf<"NSObject">(mute));
+  object_dispose(mute);
 }
 
 TEST_F(ObjcTest, ReferencesAreCounted) {

@@ -270,6 +270,24 @@ TEST_F(GuardTest, ThrowsOnWhatIsNoNSException) {
   EXPECT_EQ(host->takePending(), Raisings{});
 }
 
+TEST_F(GuardTest, ThrowsOnWhatDoesNotEvenAnswerWhatItIs) {
+  foundation.addClass("Silent", "NSObject");
+  foundation.hideSelector("Silent", "isKindOfClass:");
+  const id thrown = foundation.object("Silent");
+  foundation.clearRecords();
+  const id arrived = catching([&] { guarded([&] { objc_exception_throw(thrown); }); });
+  EXPECT_EQ(arrived, thrown);
+  EXPECT_EQ(foundation.messages(), Lines{});
+  EXPECT_EQ(foundation.log(), Lines{});
+}
+
+TEST_F(GuardTest, TakesAnExceptionForWhatItIsWhateverItSays) {
+  foundation.addClass("Shy", "NSException");
+  foundation.addMethod("Shy", "isKindOfClass:", [](id, SEL, Class*) -> BOOL { return 0; });
+  guarded([] { throwNative("Shy", "Even so.", "Shy"); });
+  EXPECT_EQ(host->takePending(), (Raisings{{"NSExceptionZEL", "Even so.", 0}}));
+}
+
 TEST_F(GuardTest, SwallowsAnExceptionThatTheFamilyMakesNothingOf) {
   family->giveNoExceptions();
   EXPECT_EQ(guarded<int>([]() -> int {

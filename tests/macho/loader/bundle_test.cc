@@ -101,7 +101,8 @@ TEST_F(BundleTest, ConstantsAreFoundByName) {
 }
 
 TEST_F(BundleTest, ClassesAreFoundByName) {
-  EXPECT_EQ(linesOf("classes"), (Lines{"NSMutableString", "NSString", "no class"}));
+  EXPECT_EQ(linesOf("classes"),
+            (Lines{"NSMutableString", "NSString", "no class", "a text", "no list"}));
 }
 
 TEST_F(BundleTest, NumbersTellTheirTypesAsOnMacOS) {

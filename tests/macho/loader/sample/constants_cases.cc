@@ -24,6 +24,9 @@ void reportClasses() {
   report(zel::object_getClassName(string));
   report(zel::object_getClassName(zel::class_getSuperclass(string)));
   report(zel::lookUpClass("NSNoSuchClass") == nullptr ? "no class" : "a class");
+  const zel::id text = zel::send<zel::id, "string">(string);
+  report(zel::isInstanceOf<"NSString">(text) ? "a text" : "no text");
+  report(zel::isInstanceOf<"NSArray">(text) ? "a list" : "no list");
 }
 
 void reportNumberTypes() {

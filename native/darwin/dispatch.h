@@ -12,11 +12,11 @@ struct Class;
 struct Selector;
 using SEL = const Selector*;
 
-/// Foundation's boolean, one byte, passed on unchanged and never normalised.
+/// Foundation's boolean, one byte.
 #if defined(__arm64__)
-using BOOL = bool;
+using BOOL = bool;  // C's own: whatever isn't 0 becomes 1
 #else
-using BOOL = signed char;
+using BOOL = signed char;  // passed on unchanged and never normalised
 #endif
 
 extern "C" {

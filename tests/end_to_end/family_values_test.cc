@@ -1,6 +1,8 @@
 // Values of the other plugins' classes through the built plugin. Few of them are property lists, so
 // they go through a volatile domain, into which anything can be put.
 #include "bridge/struct_data.h"
+#include "host/family/erased.h"
+#include "host/family/runtime.h"
 #include "tests/end_to_end/end_to_end_test.h"
 #include "tests/end_to_end/property_lists.h"
 
@@ -30,6 +32,13 @@ class FamilyValuesTest : public DefaultsTest {
     ask(defaults, "removeVolatileDomainForName", {std::string(kDomain)});
     ask(defaults, "setVolatileDomain",
         {host->dictionary({{"value"s, value}}), std::string(kDomain)});
+  }
+  void putNative(id value) {
+    ask(defaults, "removeVolatileDomainForName", {std::string(kDomain)});
+    const id standard = send<id, "standardUserDefaults">(classNamed<"NSUserDefaults">());
+    const id domain = send<id, "dictionaryWithObject:forKey:">(classNamed<"NSDictionary">(), value,
+                                                               nativeText("value"));
+    send<void, "setVolatileDomain:forName:">(standard, domain, nativeText(kDomain));
   }
   // The native object that stands there.
   static id native() {
@@ -111,6 +120,23 @@ TEST_P(FamilyValuesTest, AStructureByKeyIsFoundationsToReject) {
   EXPECT_NE(testing::internal::GetCapturedStderr().find("A NSInvalidArgumentException: "),
             std::string::npos);
   EXPECT_EQ(outcome.raised.value_or(Raised{}).className, "NSExceptionZEL");
+}
+
+// --- numbers
+
+const char* octetType(id /*self*/, zel::SEL /*selector*/) { return "C"; }
+unsigned char octetValue(id /*self*/, zel::SEL /*selector*/) { return 200; }
+
+TEST_P(FamilyValuesTest, OnlyFoundationsOwnBooleansAreBooleans) {
+  const host::AddMethod add = host::addToRuntime();
+  add({"Octet", "NSNumber", false, "objCType", host::erased(octetType), "r*@:"});
+  add({"Octet", "NSNumber", false, "unsignedCharValue", host::erased(octetValue), "C@:"});
+  putNative(zel::autoreleased(send<id, "alloc">(classNamed<"Octet">())));
+  EXPECT_EQ(taken(), Value(std::int32_t{200}));
+  putNative(send<id, "numberWithBool:">(classNamed<"NSNumber">(), zel::BOOL{1}));
+  EXPECT_EQ(taken(), Value(std::int8_t{1}));
+  putNative(send<id, "numberWithBool:">(classNamed<"NSNumber">(), zel::BOOL{0}));
+  EXPECT_EQ(taken(), Value(std::int8_t{0}));
 }
 
 // --- wrapper classes

@@ -1,6 +1,12 @@
 #include "native/numbers.h"
 
+#include "native/methods.h"
 #include "tests/native/support.h"
+
+extern "C" {
+zel::Class* objc_allocateClassPair(zel::Class* superclass, const char* name, std::size_t extra);
+void objc_registerClassPair(zel::Class* made);
+}
 
 namespace native_test {
 namespace {
@@ -19,6 +25,34 @@ class NumbersTest : public NativeTest {
 TEST_F(NumbersTest, BooleansAreChars) {
   EXPECT_EQ((typeOf<"numberWithBool:">(zel::BOOL{1})), "c");
   EXPECT_EQ((typeOf<"numberWithBool:">(zel::BOOL{0})), "c");
+}
+
+const char* octetType(id, zel::SEL) { return "C"; }
+
+TEST_F(NumbersTest, AnyOtherNumberOfTheirTypeIsNoBoolean) {
+  zel::Class* const made = objc_allocateClassPair(zel::classNamed<"NSNumber">(), "OctetNumber", 0);
+  zel::class_addMethod(made, zel::selector<"objCType">(), reinterpret_cast<void (*)()>(octetType),
+                       "r*@:");
+  objc_registerClassPair(made);
+  const id octet = zel::autoreleased(send<id, "alloc">(made));
+  EXPECT_STREQ(zel::zelNumberType(octet), "C");
+}
+
+TEST_F(NumbersTest, BooleansThatWereWrittenAreFoundationsOwn) {
+  const id both = send<id, "dictionaryWithObjectsAndKeys:">(
+      zel::classNamed<"NSDictionary">(),
+      send<id, "numberWithBool:">(zel::classNamed<"NSNumber">(), zel::BOOL{1}), string("yes"),
+      send<id, "numberWithBool:">(zel::classNamed<"NSNumber">(), zel::BOOL{0}), string("no"),
+      id{nullptr});
+  for (const int format : {100, 200, 1000}) {  // XML, binary, GNUstep's text
+    SCOPED_TRACE(format);
+    const id data = send<id, "dataFromPropertyList:format:errorDescription:">(
+        zel::classNamed<"NSPropertyListSerialization">(), both, format, nullptr);
+    const id read = send<id, "propertyListFromData:mutabilityOption:format:errorDescription:">(
+        zel::classNamed<"NSPropertyListSerialization">(), data, 0, nullptr, nullptr);
+    for (const char* key : {"yes", "no"})
+      EXPECT_STREQ(zel::zelNumberType(send<id, "objectForKey:">(read, string(key))), "c");
+  }
 }
 
 TEST_F(NumbersTest, OtherNumbersAreWhatFoundationSays) {

@@ -7,12 +7,12 @@ namespace {
 
 constexpr std::int64_t kLargestArray = 0x7FFFFFFF;  // bytes
 
-// A zero-filled array that is never freed; null when its byte size is out of bounds.
-template <class Record>
-Record* newRecords(std::int32_t count) {
-  const std::int64_t size = std::int64_t{count} * std::int64_t{sizeof(Record)};
-  if (size < 1 || size > kLargestArray) return nullptr;
-  return static_cast<Record*>(std::calloc(1, static_cast<std::size_t>(size)));
+// The size of a list's older records in bytes; 0 for no list and for what the host can't count.
+template <class Older>
+std::size_t olderSize(const void* list, std::int32_t count) {
+  const std::int64_t size = std::int64_t{count} * std::int64_t{sizeof(Older)};
+  if (list == nullptr || size < 1 || size > kLargestArray) return 0;
+  return static_cast<std::size_t>(size);
 }
 
 void convert(const REALmethodDefinition& source, OlderMethodRecord& older) {
@@ -33,18 +33,28 @@ void convert(const REALproperty& source, OlderPropertyRecord& older) {
   std::memcpy(older.words, source.words, sizeof older.words);
 }
 
-// The list as older records; null for an empty list.
+// The list as older records, which are never freed; null when there are none to make, and when they
+// can't be allocated.
 template <class Older, class Current>
 Older* olderList(Current* list, std::int32_t count) {
-  if (list == nullptr || count == 0) return nullptr;
-  auto* const converted = newRecords<Older>(count);
+  const std::size_t size = olderSize<Older>(list, count);
+  if (size == 0) return nullptr;
+  auto* const converted = static_cast<Older*>(std::calloc(1, size));
   if (converted == nullptr) return nullptr;
   for (std::int32_t i = 0; i < count; ++i) convert(list[i], converted[i]);
   return converted;
 }
 
-OlderMethodRecord* olderMethods(const void* list, std::int32_t count) {
-  return olderList<OlderMethodRecord>(static_cast<const REALmethodDefinition*>(list), count);
+constexpr auto olderMethods = olderList<OlderMethodRecord, const REALmethodDefinition>;
+
+// Puts older records in the place of a class's list. The count stays as it is; only that of a list
+// which couldn't be allocated becomes 0, so that the host reads none of it.
+template <class Older, class Current, class List>
+void replace(List*& list, std::int32_t& count, Older* (*older)(Current*, std::int32_t)) {
+  const void* const source = list;
+  Older* const converted = older(static_cast<Current*>(list), count);
+  if (converted == nullptr && olderSize<Older>(source, count) != 0) count = 0;
+  list = converted;
 }
 
 }  // namespace
@@ -56,18 +66,14 @@ OlderPropertyRecord* FixProperties(const REALproperty* properties, std::int32_t 
 void downgrade(REALclassDefinition& definition, std::int32_t version) {
   OlderClassRecord older = definition.base;
   older.version = version;
-  older.properties =
-      FixProperties(static_cast<const REALproperty*>(older.properties), older.propertyCount);
-  older.methods = olderMethods(older.methods, older.methodCount);
-  older.events =
-      olderList<OlderEventRecord>(static_cast<REALevent*>(older.events), older.eventCount);
+  replace(older.properties, older.propertyCount, FixProperties);
+  replace(older.methods, older.methodCount, olderMethods);
+  replace(older.events, older.eventCount, olderList<OlderEventRecord, REALevent>);
   older.attributes = nullptr;
   older.attributeCount = 0;
-  older.constants = olderList<OlderConstantRecord>(
-      static_cast<const REALconstant*>(older.constants), older.constantCount);
-  older.sharedMethods = olderMethods(older.sharedMethods, older.sharedMethodCount);
-  older.sharedProperties = FixProperties(static_cast<const REALproperty*>(older.sharedProperties),
-                                         older.sharedPropertyCount);
+  replace(older.constants, older.constantCount, olderList<OlderConstantRecord, const REALconstant>);
+  replace(older.sharedMethods, older.sharedMethodCount, olderMethods);
+  replace(older.sharedProperties, older.sharedPropertyCount, FixProperties);
   definition.base = older;
 }
 

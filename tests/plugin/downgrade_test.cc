@@ -6,6 +6,8 @@
 #include <limits>
 #include <memory>
 
+#include "foundation_double/allocations.h"
+
 namespace zel {
 namespace {
 
@@ -202,6 +204,51 @@ TEST_F(DowngradeTest, ConvertsBothPropertyLists) {
   downgrade(definition, 9);
   EXPECT_EQ(static_cast<const OlderPropertyRecord*>(record.properties)[0].words[9], 10);
   EXPECT_EQ(static_cast<const OlderPropertyRecord*>(record.sharedProperties)[0].words[9], 40);
+}
+
+// Which of the allocations fails, and how many records each list has then.
+struct LostCase {
+  int allocation;
+  std::int32_t properties;
+  std::int32_t methods;
+  std::int32_t events;
+  std::int32_t constants;
+  std::int32_t sharedMethods;
+  std::int32_t sharedProperties;
+};
+
+class LostListTest : public DowngradeTest, public testing::WithParamInterface<LostCase> {};
+
+TEST_P(LostListTest, IsToldWithoutRecords) {
+  foundation_double::Allocations::shared().reset();
+  foundation_double::Allocations::shared().failAt(GetParam().allocation);
+  downgrade(definition, 9);
+  EXPECT_FALSE(foundation_double::Allocations::shared().faultPending());
+  EXPECT_EQ(record.propertyCount, GetParam().properties);
+  EXPECT_EQ(record.methodCount, GetParam().methods);
+  EXPECT_EQ(record.eventCount, GetParam().events);
+  EXPECT_EQ(record.constantCount, GetParam().constants);
+  EXPECT_EQ(record.sharedMethodCount, GetParam().sharedMethods);
+  EXPECT_EQ(record.sharedPropertyCount, GetParam().sharedProperties);
+  EXPECT_EQ(record.properties != nullptr, GetParam().properties != 0);
+  EXPECT_EQ(record.methods != nullptr, GetParam().methods != 0);
+  EXPECT_EQ(record.events != nullptr, GetParam().events != 0);
+  EXPECT_EQ(record.constants != nullptr, GetParam().constants != 0);
+  EXPECT_EQ(record.sharedMethods != nullptr, GetParam().sharedMethods != 0);
+  EXPECT_EQ(record.sharedProperties != nullptr, GetParam().sharedProperties != 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lists, LostListTest,
+    testing::Values(LostCase{1, 0, 2, 2, 2, 1, 1}, LostCase{2, 1, 0, 2, 2, 1, 1},
+                    LostCase{3, 1, 2, 0, 2, 1, 1}, LostCase{4, 1, 2, 2, 0, 1, 1},
+                    LostCase{5, 1, 2, 2, 2, 0, 1}, LostCase{6, 1, 2, 2, 2, 1, 0}));
+
+TEST(FixPropertiesTest, GivesNothingWhereNothingCanBeAllocated) {
+  REALproperty property{};
+  foundation_double::Allocations::shared().failAt(1);
+  EXPECT_EQ(FixProperties(&property, 1), nullptr);
+  EXPECT_FALSE(foundation_double::Allocations::shared().faultPending());
 }
 
 TEST_F(DowngradeTest, TurnsListsThatItCannotConvertIntoNothingAndKeepsTheirCounts) {

@@ -32,9 +32,10 @@ void readHostVersion() {
   if (getVersion != nullptr) rbversion = getVersion();
 }
 
+// A negative size is no size and stays as it is.
 void roundUpDataSize(std::int32_t& size) {
   const std::int32_t excess = size % kDataGranule;
-  if (excess != 0) size += kDataGranule - excess;
+  if (excess > 0) size += kDataGranule - excess;
 }
 
 }  // namespace

@@ -133,7 +133,8 @@ TEST_P(DataSizeTest, IsRoundedUpOnOldHostsToo) {
 
 INSTANTIATE_TEST_SUITE_P(Sizes, DataSizeTest,
                          testing::Values(SizeCase{4, 16}, SizeCase{16, 16}, SizeCase{17, 32},
-                                         SizeCase{0, 0}, SizeCase{15, 16}, SizeCase{32, 32}));
+                                         SizeCase{0, 0}, SizeCase{15, 16}, SizeCase{32, 32},
+                                         SizeCase{-1, -1}, SizeCase{-17, -17}));
 
 TEST_F(MainTest, CurrentHostsGetTheDeclaredTables) {
   for (const double version : {2012.0, 2013.0, 2013.03}) {

@@ -90,8 +90,9 @@ bool folderAndName(const FSRef& ref, FSRef& folder, HFSUniStr255& name) {
     return false;
   }
   if (info.nodeID == kVolumeRoot) folder = {};
-  return FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, &name, nullptr, nullptr) == noErr &&
-         exists(folder);
+  const bool named =
+      FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, &name, nullptr, nullptr) == noErr;
+  return exists(folder) && named;
 }
 
 REALfolderItem itemOfExisting(const FSRef& ref) {

@@ -203,6 +203,12 @@ TEST_F(FilesTest, EveryStepThatTheFileManagerRefusesLeadsOn) {
   }
 }
 
+TEST_F(FilesTest, TheFolderIsCheckedEvenWithoutAName) {
+  foundation.failCall("FSGetCatalogInfo", 2);
+  EXPECT_EQ(toHost(foundation.fileUrl("/folder/file.txt")), "FolderItem /folder/file.txt");
+  EXPECT_EQ(called("FSGetCatalogInfo"), 4);  // node and folder; name; folder; specification
+}
+
 TEST_F(FilesTest, AnItemWithoutASpecificationGivesNothing) {
   foundation.makeVolume("/Volumes/Other");
   host->clearRecords();

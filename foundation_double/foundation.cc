@@ -76,6 +76,10 @@ void Foundation::hideSelector(const std::string& className, const std::string& s
   hiding.isa->hidden.insert(hidden);
 }
 
+void Foundation::hideClassName(const std::string& className) {
+  objc::Runtime::shared().require(className).isa->nameless = true;
+}
+
 void Foundation::onFailure(std::function<void(const std::string&)> handler) {
   Faults::shared().onFailure(std::move(handler));
 }

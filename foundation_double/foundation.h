@@ -89,6 +89,8 @@ class Foundation {
   void hideConstant(const std::string& name);
   /// Makes the class and its instances not know the message, as if nobody had ever defined it.
   void hideSelector(const std::string& className, const std::string& selector);
+  /// Lets object_getClassName answer null for the class itself.
+  void hideClassName(const std::string& className);
   /// What happens on misuse: an over-release, a message to a dead object, a wrong kind of object.
   /// By default the text is printed and the process aborts. When the handler returns, an
   /// over-release is ignored and a message to a dead object answers nil or 0; misuse that has no

@@ -38,6 +38,7 @@ void Runtime::reset() {
   for (const auto& record : records_) {
     record->addedMethods.clear();
     record->hidden.clear();
+    record->nameless = false;
     record->defined = !record->temporary;
   }
 }
@@ -175,7 +176,7 @@ const char* object_getClassName(void* object) {
   if (found == nullptr || found->dead) {
     foundation_double::objc::misuseWithoutAnswer("the class name of what is no live object");
   }
-  return found->isa->name.c_str();
+  return found->isa->nameless ? nullptr : found->isa->name.c_str();
 }
 
 void (*objc_msg_lookup(void* receiver, SEL selector))() {

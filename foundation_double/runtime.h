@@ -58,6 +58,7 @@ struct ClassRecord : Instance {
   bool meta = false;
   bool temporary = false;  // added by a test
   bool defined = true;     // false: a temporary class after the end of its test
+  bool nameless = false;   // by a test, of a metaclass: its class has no name
   Methods methods;
   Methods addedMethods;       // by a test; these win
   std::set<zel::SEL> hidden;  // by a test; inherited methods are hidden too

@@ -265,6 +265,20 @@ TEST_F(DictionariesTest, MethodsAreLoadedByTheirDeclarationsInOrder) {
                    "Value(key As Variant) As Variant", "Key(index As Integer) As Variant"}));
 }
 
+// The object that is kept while its methods are being loaded.
+std::vector<REALobject> keptWhileLoading;
+
+TEST_F(DictionariesTest, TheObjectIsKeptBeforeItsFirstMethodIsLoaded) {
+  keptWhileLoading.clear();
+  intercept("REALLoadObjectMethod", [](REALobject object, const char* declaration) {
+    keptWhileLoading.push_back(LastDictionary);
+    return callHost<void*>("REALLoadObjectMethod", object, declaration);
+  });
+  const ObjectRef dictionary = host->dictionary({{std::int64_t{1}, std::int32_t{2}}});
+  EXPECT_EQ(toNative(dictionary), "{1 = 2}");
+  EXPECT_EQ(keptWhileLoading, std::vector<REALobject>(3, dictionary.handle()));
+}
+
 TEST_F(DictionariesTest, ADictionaryWithinAnotherIsMetInBetween) {
   const ObjectRef inner = host->dictionary({{"x"s, 0.5}});
   const ObjectRef outer = host->dictionary({{"a"s, inner}, {"b"s, std::int32_t{1}}});

@@ -189,6 +189,15 @@ TEST_F(NativeClassesTest, TheWalkEndsWhereTheHostHasAClass) {
   release(color);  // as that plugin does when its object dies
 }
 
+TEST_F(NativeClassesTest, AClassWithoutANameIsNotEvenAskedFor) {
+  foundation.addClass("NSColor", "NSObject");
+  foundation.addClass("Nameless", "NSColor");
+  foundation.hideClassName("Nameless");
+  recordClassNames();
+  EXPECT_EQ(toHost(foundation.object("Nameless")), "nil");
+  EXPECT_EQ(asked, (Lines{"NSColorZEL", "NSObjectZEL"}));
+}
+
 TEST_F(NativeClassesTest, ANameOf200CharactersIsNotEvenAskedFor) {
   const std::string tooLong(200, 'M');
   const std::string longest(199, 'L');

@@ -148,6 +148,22 @@ TEST_F(NativeToVariantTest, AFilesAddressIsAFile) {
             "FolderItem /folder/file.txt");
 }
 
+TEST_F(NativeToVariantTest, AFileInAMissingFolderIsItsText) {
+  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/nowhere/new.txt"))),
+            "\"file:///nowhere/new.txt\"");
+}
+
+TEST_F(NativeToVariantTest, AFileThatTheHostMakesNothingOfIsItsText) {
+  foundation.makeFile("/folder/file.txt");
+  host->hide("REALFolderItemFromParentFSRef");
+  host->hide("FolderItemFromFSSpec");
+  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/folder/file.txt"))),
+            "\"file:///folder/file.txt\"");
+  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/folder/new.txt"))),
+            "\"file:///folder/new.txt\"");
+  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/"))), "\"file:///\"");
+}
+
 TEST_F(NativeToVariantTest, AnyOtherAddressIsItsText) {
   EXPECT_EQ(toHost(foundation.asObject(foundation.url("http://example.com/a?b"))),
             "\"http://example.com/a?b\"");

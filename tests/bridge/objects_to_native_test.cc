@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "bridge/struct_data.h"
+#include "native/exceptions.h"
 #include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
@@ -193,6 +194,15 @@ TEST_P(HostTimeTest, AnotherPluginMakesTheValueOfTheObject) {
   EXPECT_EQ(toNative(object), "null");
   EXPECT_EQ(handed, object.handle());
   EXPECT_EQ(foundation.messages(), Lines{"+[NSValue "s + GetParam().factory + "]"});
+}
+
+TEST_P(HostTimeTest, IsSentWithoutAskingWhetherAnybodyAnswers) {
+  const ObjectRef object = objectOf(GetParam().className);
+  foundation.clearRecords();
+  const id left = catching([&] { converted(object); });
+  EXPECT_EQ(foundation.messages(), Lines{"+[NSValue "s + GetParam().factory + "]"});
+  ASSERT_NE(left, nullptr);
+  EXPECT_EQ(foundation.utf8(send<CFStringRef, "name">(left)), "NSInvalidArgumentException");
 }
 
 INSTANTIATE_TEST_SUITE_P(Classes, HostTimeTest,

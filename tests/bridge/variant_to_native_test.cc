@@ -238,6 +238,18 @@ TEST_F(VariantToNativeTest, ADateThatCannotBeReadBecomesNil) {
   EXPECT_EQ(toNative(date), "nil");
 }
 
+TEST_F(VariantToNativeTest, ADateVariantOfNoDateBecomesNil) {
+  const ObjectRef date = host->date({2001, 1, 2, 3, 4, 5});
+  intercept("REALGetPropValueObject", [](REALobject, const char*, REALobject* value) {
+    *value = nullptr;
+    return REALboolean{1};
+  });
+  foundation.clearRecords();
+  EXPECT_EQ(toNative(date), "nil");
+  EXPECT_EQ(foundation.messages(), Lines{});
+  EXPECT_EQ(host->calls("REALUnlockObject"), 0);
+}
+
 TEST_F(VariantToNativeTest, TheDateIsGivenBackWhenAnExceptionPasses) {
   const ObjectRef date = host->date({2001, 1, 2, 3, 4, 5});
   foundation.throwAtMessage(1);

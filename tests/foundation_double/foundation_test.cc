@@ -104,6 +104,33 @@ TEST_F(FoundationTest, ClassesCanBeAddedForOneTest) {
   EXPECT_FALSE(zel::respondsTo<"oddity">(foundation_.object("OddException")));
 }
 
+TEST_F(FoundationTest, AClassCanLoseItsNameForOneTest) {
+  zel::Class* const added = foundation_.addClass("Nameless", "NSObject");
+  const id nameless = foundation_.object("Nameless");
+  foundation_.hideClassName("Nameless");
+  EXPECT_EQ(zel::object_getClassName(added), nullptr);
+  EXPECT_STREQ(zel::object_getClassName(nameless), "Nameless");
+
+  foundation_.reset();
+  EXPECT_STREQ(zel::object_getClassName(added), "Nameless");
+}
+
+TEST_F(FoundationTest, ClassesAreToldWithoutAMessage) {
+  foundation_.addClass("Odd", "NSException");
+  const id odd = foundation_.exception("Odd", "why", "Odd");
+  zel::Class* const isa = zel::lookUpClass("NSException");
+  foundation_.clearRecords();
+  EXPECT_EQ(zel::classOf(odd), zel::lookUpClass("Odd"));
+  EXPECT_TRUE(zel::isInstanceOf<"Odd">(odd));
+  EXPECT_TRUE(zel::isInstanceOf<"NSException">(odd));
+  EXPECT_TRUE(zel::isInstanceOf<"NSObject">(odd));
+  EXPECT_FALSE(zel::isInstanceOf<"NSString">(odd));
+  EXPECT_FALSE(zel::isInstanceOf<"NoSuchClass">(odd));
+  EXPECT_FALSE(zel::isInstanceOf<"NSException">(nullptr));
+  EXPECT_FALSE(zel::isInstanceOf<"NSException">(foundation_.asObject(isa)));  // a class isn't one
+  EXPECT_EQ(foundation_.messages(), Lines{});
+}
+
 TEST_F(FoundationTest, AMessageToAClassThatIsGoneIsAFailure) {
   zel::Class* const added = foundation_.addClass("Passing", "NSObject");
   foundation_.reset();

@@ -1,6 +1,7 @@
 #include "foundation_double/exceptions.h"
 
 #include "foundation_double/classes.h"
+#include "foundation_double/faults.h"
 #include "foundation_double/strings.h"
 #include "native/exceptions.h"
 
@@ -79,10 +80,12 @@ void raise(const std::string& name, const std::string& reason) {
 
 namespace zel {
 
+using foundation_double::objc::Faults;
 using foundation_double::objc::misuseWithoutAnswer;
 using foundation_double::objc::NativeException;
 
 Object* zelCatch(void (*body)(void*), void* context) {
+  Faults::shared().announceCatching();
   try {
     body(context);
   } catch (const NativeException& thrown) {

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "native/objc.h"
@@ -46,11 +47,16 @@ class Faults {
     return hiddenConstants_.count(name) != 0;
   }
   void onFailure(std::function<void(const std::string&)> handler);
+  void beforeCatching(std::function<void()> action) { beforeCatching_ = std::move(action); }
 
   /// Counts a message; raises when it is its turn.
   void countMessage(Instance& receiver, zel::SEL selector);
   /// Records and counts a call; raises when it is its turn. False: the call is to fail.
   [[nodiscard]] bool countCall(const char* function);
+  /// A body is about to run whose exceptions are caught.
+  void announceCatching() const {
+    if (beforeCatching_) beforeCatching_();
+  }
   /// Tells the failure handler.
   void report(const std::string& misuse);
 
@@ -62,6 +68,7 @@ class Faults {
   CallPlan callsUntilThrow_;
   CallPlan callsUntilFailure_;
   std::set<std::string> hiddenConstants_;
+  std::function<void()> beforeCatching_;
   std::function<void(const std::string&)> handler_;
 };
 

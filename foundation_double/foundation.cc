@@ -80,6 +80,10 @@ void Foundation::hideClassName(const std::string& className) {
   objc::Runtime::shared().require(className).isa->nameless = true;
 }
 
+void Foundation::beforeCatching(std::function<void()> action) {
+  Faults::shared().beforeCatching(std::move(action));
+}
+
 void Foundation::onFailure(std::function<void(const std::string&)> handler) {
   Faults::shared().onFailure(std::move(handler));
 }

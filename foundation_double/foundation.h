@@ -85,6 +85,9 @@ class Foundation {
   void failCall(const std::string& cfFunction, long n = 1);
   /// Whether a fault that was asked for hasn't gone off yet.
   bool faultsPending();
+  /// Runs the action whenever zelCatch is called, before its body, until reset. @param action null
+  /// takes it back.
+  void beforeCatching(std::function<void()> action);
   /// Makes zelFoundationConstant answer null for that name.
   void hideConstant(const std::string& name);
   /// Makes the class and its instances not know the message, as if nobody had ever defined it.

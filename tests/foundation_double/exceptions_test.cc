@@ -1,6 +1,7 @@
 // How the double's native exceptions travel, through product code too.
 
 #include <stdexcept>
+#include <string>
 
 #include "tests/foundation_double/fixture.h"
 #include "tests/foundation_double/passage.h"
@@ -30,6 +31,24 @@ TEST_F(FoundationExceptionsTest, ACaughtExceptionCanBeThrownOn) {
 TEST_F(FoundationExceptionsTest, OtherExceptionsPassTheCatch) {
   EXPECT_THROW(zel::catchFrom([](void*) { throw std::runtime_error("other"); }, nullptr),
                std::runtime_error);
+}
+
+TEST_F(FoundationExceptionsTest, ATestCanActBeforeEveryCatch) {
+  std::string order;
+  foundation_.beforeCatching([&] { order += "action "; });
+  EXPECT_EQ(zel::catching([&] { order += "body "; }), nullptr);
+  EXPECT_EQ(zel::catching([&] { order += "body "; }), nullptr);
+  foundation_.beforeCatching(nullptr);
+  EXPECT_EQ(zel::catching([&] { order += "body"; }), nullptr);
+  EXPECT_EQ(order, "action body action body body");
+}
+
+TEST_F(FoundationExceptionsTest, AResetTakesTheActionBack) {
+  int actions = 0;
+  foundation_.beforeCatching([&] { ++actions; });
+  foundation_.reset();
+  EXPECT_EQ(zel::catching([] {}), nullptr);
+  EXPECT_EQ(actions, 0);
 }
 
 TEST_F(FoundationExceptionsTest, TheCleanupRunsOnceAfterACompletedBody) {

@@ -11,13 +11,7 @@ namespace {
 using namespace std::string_literals;
 using zel::id;
 
-// --- single values, and the shared methods
-
-FaultCall plainSetter(const char* method, const Value& value, const char* readBy,
-                      const std::string& without, const std::string& with) {
-  return setter(
-      method, method, [value](Kit&) { return value; }, readBy, without, with);
-}
+// --- the life of an object, and the shared methods
 
 FaultCall shared(const char* method, const std::string& gives, const Lines& failed,
                  bool guarded = true) {
@@ -25,6 +19,33 @@ FaultCall shared(const char* method, const std::string& gives, const Lines& fail
   call.shared = true;
   call.guarded = guarded;
   return call;
+}
+
+FaultCall constructor(const char* name, const Arguments& arguments) {
+  FaultCall call{name, "Constructor", fixed(arguments)};
+  call.constructs = true;
+  call.repeatable = false;
+  return call;
+}
+
+Calls lifecycleCalls() {
+  return {constructor("Constructor", {}),
+          constructor("ConstructorUser", {"alice"s}),
+          shared("standardUserDefaults", "NSUserDefaultsZEL", {"nil"}),
+          shared("resetStandardUserDefaults", "nil", {"nil"}),
+          shared("NSGlobalDomain", "\"NSGlobalDomain\"", {}, false),
+          shared("NSArgumentDomain", "\"NSArgumentDomain\"", {}, false),
+          shared("NSRegistrationDomain", "\"NSRegistrationDomain\"", {}, false),
+          shared("NSUserDefaultsDidChangeNotification", "\"NSUserDefaultsDidChangeNotification\"",
+                 {}, false)};
+}
+
+// --- single values
+
+FaultCall plainSetter(const char* method, const Value& value, const char* readBy,
+                      const std::string& without, const std::string& with) {
+  return setter(
+      method, method, [value](Kit&) { return value; }, readBy, without, with);
 }
 
 Calls scalarCalls() {
@@ -48,12 +69,7 @@ Calls scalarCalls() {
           plainSetter("setBoolValue", std::int8_t{1}, "boolForKey", "false", "true"),
           plainSetter("setStringValue", kLongText, "stringForKey", "\"\"", kLongLine),
           plainSetter("setURLValue", "http://example.com"s, "URLForKey", "\"\"",
-                      "\"http://example.com\""),
-          shared("standardUserDefaults", "NSUserDefaultsZEL", {"nil"}),
-          shared("resetStandardUserDefaults", "nil", {"nil"}),
-          shared("NSGlobalDomain", "\"NSGlobalDomain\"", {}, false),
-          shared("NSUserDefaultsDidChangeNotification", "\"NSUserDefaultsDidChangeNotification\"",
-                 {}, false)};
+                      "\"http://example.com\"")};
 }
 
 // --- the store as a whole
@@ -81,6 +97,7 @@ FaultCall named(const char* method, const std::string& name, std::function<void(
   FaultCall call{method, method, fixed({name})};
   call.before = std::move(before);
   call.trace = std::move(trace);
+  call.fixedPosition = true;
   return call;
 }
 
@@ -107,12 +124,14 @@ Calls domainCalls() {
       reader("dictionaryRepresentation", "dictionaryRepresentation", {}, kMixedDictionary, {"nil"});
   representation.before = replying("dictionaryRepresentation", mixedDictionary);
   representation.blocks = 1;
+  FaultCall synchronize = reader("synchronize", "synchronize", {}, "true", {"false"});
+  synchronize.fixedPosition = true;
   FaultCall setVolatile = writer("setVolatileDomain", {"new"s},
                                  {"volatileDomainForName", {"new"s}, "nil", kStoredDictionary});
   setVolatile.repeatable = false;
   const auto number = storing([](Kit& kit) { return kit.foundation.number("i", 5); });
   return {
-      reader("synchronize", "synchronize", {}, "true", {"false"}),
+      synchronize,
       named("removeObjectForKey", "key", number, {"integerForKey", {"key"s}, "Int32 5", "Int32 0"}),
       named("removeVolatileDomainForName", "volatile", makeDomains,
             {"volatileDomainForName", {"volatile"s}, contents, "nil"}),
@@ -145,7 +164,7 @@ Calls domainCalls() {
 void PrintTo(const FaultCall& call, std::ostream* out) { *out << call.name; }
 
 std::vector<FaultCall> faultCalls() {
-  return joined({scalarCalls(), objectCalls(), domainCalls()});
+  return joined({lifecycleCalls(), scalarCalls(), objectCalls(), domainCalls()});
 }
 
 }  // namespace tests

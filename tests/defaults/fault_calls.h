@@ -1,4 +1,4 @@
-// A call of every method that the host has, for the tests that let something fail in it.
+// A call of every method that the host has, for the tests of what is so in each of them.
 #pragma once
 
 #include <functional>
@@ -32,12 +32,16 @@ struct FaultCall {
   std::function<std::vector<Value>(Kit&)> arguments;
   /// What it gives, as Host::describe tells it.
   std::string gives = "nil";
-  /// What it may give after an exception.
+  /// What it may give after an exception; the first is what it gives when it can do nothing.
   Lines failed = {"nil"};
   /// Puts Foundation into the state that the call meets.
   std::function<void(Kit&)> before = nullptr;
   Trace trace = {};
   bool shared = false;
+  /// It is called on an object that isn't constructed yet.
+  bool constructs = false;
+  /// It finds the wrapped object at the fixed position, before its guard opens.
+  bool fixedPosition = false;
   /// Native exceptions in it become the host's.
   bool guarded = true;
   /// A second call gives what the first one gave.

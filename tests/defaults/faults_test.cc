@@ -4,22 +4,12 @@
 #include <functional>
 #include <set>
 
-#include "native/exceptions.h"
-#include "tests/defaults/fault_calls.h"
+#include "tests/defaults/calls_test.h"
 
 namespace zel {
 namespace {
 
 using namespace tests;  // NOLINT(google-build-using-namespace): the kit of these tests
-
-const char* const kClass = "NSUserDefaultsZEL";
-
-// How a call ended; its value lives on, so that what is made next is made elsewhere.
-struct Ending {
-  Outcome outcome;
-  std::vector<Value> arguments;
-  bool raised = false;
-};
 
 // What is called in a run where nothing fails, and how often.
 struct Counted {
@@ -27,84 +17,8 @@ struct Counted {
   int calls;
 };
 
-class FaultsTest : public PluginTest, public testing::WithParamInterface<FaultCall> {
+class FaultsTest : public CallsTest {
  protected:
-  // A fresh plugin, everything present.
-  void prepare(double version) {
-    startHost({.version = version});
-    provideFamily();
-    family->provideStructures();
-    family->provideCoreFoundation();
-    family->provideTimes();
-    family->provideWrapper();
-    family->provideObjectClass("NSColorZEL");
-    host->addClass("Unknown", "");
-    foundation.addClass("NSColor", "NSObject");
-    foundation.makeFile("/folder/file.txt");
-    object = host->construct(kClass);
-    if (call().shared) host->callShared(kClass, "standardUserDefaults");
-    if (call().before != nullptr) {
-      Kit kit = this->kit();
-      call().before(kit);
-    }
-    host->clearRecords();
-    foundation.clearRecords();
-  }
-  void finish() {
-    object.reset();
-    family->forgetKept();
-    expectBalanced();
-    family = nullptr;
-    foundation.reset();
-  }
-  // The same, but that many blocks were lost.
-  void finishWithLostBlocks(std::size_t lost) {
-    object.reset();
-    family->forgetKept();
-    const std::string lines = host->unbalanced();
-    EXPECT_EQ(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')), lost);
-    EXPECT_EQ(lines.starts_with("object of MemoryBlock"), lost > 0) << lines;
-    EXPECT_EQ(foundation.unbalanced(), "");
-    abandonHost();
-    foundation.reset();
-  }
-
-  const FaultCall& call() { return GetParam(); }
-  Kit kit() { return {*host, *family, foundation}; }
-
-  // Makes the arguments, arms the fault and calls. A native exception that arrives fails the test.
-  Ending make(const std::function<void()>& arm = nullptr) {
-    Ending ending;
-    Kit kit = this->kit();
-    ending.arguments = call().arguments(kit);
-    if (arm != nullptr) arm();
-    const id left = catching([&] {
-      ending.outcome = call().shared ? host->callShared(kClass, call().method, ending.arguments)
-                                     : host->call(object, call().method, ending.arguments);
-    });
-    EXPECT_TRUE(left == nullptr || !call().guarded);
-    ending.raised = left != nullptr || ending.outcome.raised.has_value();
-    return ending;
-  }
-  void expectSuccess(const Ending& ending) {
-    EXPECT_FALSE(ending.raised);
-    EXPECT_EQ(host->describe(ending.outcome.value), call().gives);
-    expectTrace(call().trace.with);
-  }
-  void expectFailure(const Ending& ending) {
-    EXPECT_TRUE(ending.raised);
-    if (!call().guarded) return;  // it has gone past the host
-    const std::string given = host->describe(ending.outcome.value);
-    const Lines& failed = call().failed;
-    EXPECT_EQ(std::count(failed.begin(), failed.end(), given), 1) << given;
-    expectTrace(call().trace.without);
-  }
-  void expectTrace(const std::string& expected) {
-    const Trace& trace = call().trace;
-    if (trace.method == nullptr) return;
-    EXPECT_EQ(host->describe(ask(object, trace.method, trace.arguments)), expected);
-  }
-
   static std::vector<Counted> counted(const Lines& names) {
     std::vector<Counted> all;
     for (const std::string& name : std::set<std::string>(names.begin(), names.end()))
@@ -145,9 +59,6 @@ class FaultsTest : public PluginTest, public testing::WithParamInterface<FaultCa
       finish();
     }
   }
-
-  static constexpr double kVersion = 2014.0;
-  ObjectRef object;
 };
 
 constexpr double kHosts[] = {2011.04, 2012.0, 2014.0};

@@ -32,6 +32,7 @@ zel_add_tests(unit_tests
     defaults/fault_rows.cc
     defaults/object_fault_calls.cc
     defaults/faults_test.cc
+    defaults/every_method_test.cc
   LIBRARIES plugin_objects frame_objects reference_host host_family foundation_double)
 
 # The companion plugin's, which has an entry point of its own.

@@ -4,7 +4,6 @@
 #include "native/exceptions.h"
 #include "plugin/host.h"
 #include "plugin/methods.h"
-#include "plugin/tables.h"
 #include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
@@ -43,8 +42,7 @@ struct MethodCase {
   const char* method;
   const char* selector;
   std::function<std::vector<Value>(Host&)> arguments;
-  const char* nothing;  // on an unconstructed object, and after an exception
-  bool fixedPosition;
+  const char* nothing;  // after an exception
 };
 
 void PrintTo(const MethodCase& row, std::ostream* out) { *out << row.name; }
@@ -62,11 +60,6 @@ TEST_P(MethodTest, SendsItsMessage) {
   EXPECT_EQ(sentToDefaults(), message());
 }
 
-TEST_P(MethodTest, DoesNothingOnAnUnconstructedObject) {
-  defaults = host->make(kClass);
-  EXPECT_EQ(call(GetParam().method, arguments()), GetParam().nothing);
-}
-
 TEST_P(MethodTest, ReportsAnExceptionAndGivesTheDefault) {
   foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL) {
     objc_exception_throw(
@@ -79,14 +72,6 @@ TEST_P(MethodTest, ReportsAnExceptionAndGivesTheDefault) {
 }
 
 TEST_P(MethodTest, IsNotAssignable) { EXPECT_FALSE(host->assignable(kClass, GetParam().method)); }
-
-TEST_P(MethodTest, FindsTheObjectWhereItAlwaysHas) {
-  const std::vector<Value> values = arguments();
-  NSUserDefaultsClass.base.systemUse = 32;  // the second word of the instance data, which is nil
-  foundation.clearRecords();
-  call(GetParam().method, values);
-  EXPECT_EQ(sentToDefaults(), GetParam().fixedPosition ? message() : Lines{});
-}
 
 const std::function<std::vector<Value>(Host&)> kNoArguments = [](Host&) {
   return std::vector<Value>{};
@@ -107,34 +92,31 @@ const std::function<std::vector<Value>(Host&)> kDomain = [](Host& host) {
 INSTANTIATE_TEST_SUITE_P(
     Methods, MethodTest,
     testing::Values(
-        MethodCase{"synchronize", "synchronize", "synchronize", kNoArguments, "false", true},
-        MethodCase{"removeObject", "removeObjectForKey", "removeObjectForKey:", kOneName, "nil",
-                   true},
+        MethodCase{"synchronize", "synchronize", "synchronize", kNoArguments, "false"},
+        MethodCase{"removeObject", "removeObjectForKey", "removeObjectForKey:", kOneName, "nil"},
         MethodCase{"removeVolatile", "removeVolatileDomainForName",
-                   "removeVolatileDomainForName:", kOneName, "nil", true},
+                   "removeVolatileDomainForName:", kOneName, "nil"},
         MethodCase{"removePersistent", "removePersistentDomainForName",
-                   "removePersistentDomainForName:", kOneName, "nil", true},
-        MethodCase{"addSuite", "addSuiteNamed", "addSuiteNamed:", kOneName, "nil", true},
-        MethodCase{"removeSuite", "removeSuiteNamed", "removeSuiteNamed:", kOneName, "nil", true},
-        MethodCase{"register", "registerDefaults", "registerDefaults:", kContents, "nil", false},
+                   "removePersistentDomainForName:", kOneName, "nil"},
+        MethodCase{"addSuite", "addSuiteNamed", "addSuiteNamed:", kOneName, "nil"},
+        MethodCase{"removeSuite", "removeSuiteNamed", "removeSuiteNamed:", kOneName, "nil"},
+        MethodCase{"register", "registerDefaults", "registerDefaults:", kContents, "nil"},
         MethodCase{"representation", "dictionaryRepresentation", "dictionaryRepresentation",
-                   kNoArguments, "nil", false},
-        MethodCase{"forced", "objectIsForcedForKey", "objectIsForcedForKey:", kOneName, "false",
-                   false},
+                   kNoArguments, "nil"},
+        MethodCase{"forced", "objectIsForcedForKey", "objectIsForcedForKey:", kOneName, "false"},
         MethodCase{"forcedInDomain", "objectIsForcedForKey",
-                   "objectIsForcedForKey:inDomain:", kTwoNames, "false", false},
+                   "objectIsForcedForKey:inDomain:", kTwoNames, "false"},
         MethodCase{"setPersistent", "setPersistentDomain", "setPersistentDomain:forName:", kDomain,
-                   "nil", false},
-        MethodCase{"setVolatile", "setVolatileDomain", "setVolatileDomain:forName:", kDomain, "nil",
-                   false},
+                   "nil"},
+        MethodCase{"setVolatile", "setVolatileDomain", "setVolatileDomain:forName:", kDomain,
+                   "nil"},
         MethodCase{"persistentNames", "persistentDomainNames", "persistentDomainNames",
-                   kNoArguments, "[]", false},
+                   kNoArguments, "[]"},
         MethodCase{"persistent", "persistentDomainForName", "persistentDomainForName:", kOneName,
-                   "nil", false},
+                   "nil"},
         MethodCase{"volatileNames", "volatileDomainNames", "volatileDomainNames", kNoArguments,
-                   "[]", false},
-        MethodCase{"volatile", "volatileDomainForName", "volatileDomainForName:", kOneName, "nil",
-                   false}),
+                   "[]"},
+        MethodCase{"volatile", "volatileDomainForName", "volatileDomainForName:", kOneName, "nil"}),
     [](const auto& row) { return row.param.name; });
 
 // --- synchronise

@@ -4,7 +4,6 @@
 
 #include "native/exceptions.h"
 #include "plugin/methods.h"
-#include "plugin/tables.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -72,11 +71,6 @@ TEST_P(ObjectGetterTest, GivesTheDefaultForAKeyThatIsNotSet) {
   EXPECT_EQ(sentToDefaults(), Lines{"-[NSUserDefaults "s + GetParam().selector + "]"});
 }
 
-TEST_P(ObjectGetterTest, GivesTheDefaultOnAnUnconstructedObject) {
-  defaults = host->make(kClass);
-  EXPECT_EQ(get(GetParam().method), GetParam().nothing);
-}
-
 TEST_P(ObjectGetterTest, ReportsAnExceptionAndGivesTheDefault) {
   foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL, CFStringRef) {
     objc_exception_throw(
@@ -92,12 +86,6 @@ TEST_P(ObjectGetterTest, LetsFoundationRejectAnEmptyKey) {
   const Outcome outcome = host->call(defaults, GetParam().method, {""s});
   EXPECT_EQ(host->describe(outcome.value), GetParam().nothing);
   EXPECT_EQ(outcome.raised.value_or(Raised{}).className, "NSExceptionZEL");
-}
-
-TEST_P(ObjectGetterTest, FindsTheObjectThroughTheOffset) {
-  NSUserDefaultsClass.base.systemUse = 32;  // the second word of the instance data, which is nil
-  EXPECT_EQ(get(GetParam().method), GetParam().nothing);
-  EXPECT_EQ(sentToDefaults(), Lines{});
 }
 
 INSTANTIATE_TEST_SUITE_P(Getters, ObjectGetterTest,

@@ -71,12 +71,6 @@ TEST_P(GetterTest, SendsItsMessage) {
   EXPECT_EQ(sentToDefaults(), expectedMessages());
 }
 
-TEST_P(GetterTest, GivesTheDefaultOnAnUnconstructedObject) {
-  defaults = host->make(kClass);
-  EXPECT_EQ(get(GetParam().method), GetParam().nothing);
-  EXPECT_EQ(foundation.log(), Lines{});
-}
-
 TEST_P(GetterTest, ReportsAnExceptionAndGivesTheDefault) {
   foundation.addMethod("NSUserDefaults", GetParam().selector, [](id, SEL, CFStringRef) {
     objc_exception_throw(
@@ -100,16 +94,6 @@ TEST_P(GetterTest, ConvertsTheKeyOnceAndKeepsNothing) {
   get(GetParam().method);
   EXPECT_EQ(host->calls("REALGetStringCFString"), 1);
   EXPECT_EQ(host->calls("REALLockString"), 0);
-}
-
-TEST_P(GetterTest, PassesOnWhatIsNoNSException) {
-  static id thrown = nullptr;
-  thrown = foundation.object("NSObject");
-  foundation.addMethod("NSUserDefaults", GetParam().selector,
-                       [](id, SEL, CFStringRef) { objc_exception_throw(thrown); });
-  const id left = catching([&] { host->call(defaults, GetParam().method, {"key"s}); });
-  EXPECT_EQ(left, thrown);
-  EXPECT_EQ(foundation.log(), Lines{});
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -160,14 +144,6 @@ TEST_P(SetterTest, CanBeReachedByAssigningToTheGetter) {
 TEST_P(SetterTest, SendsItsMessage) {
   set(GetParam().setter, GetParam().value);
   EXPECT_EQ(sentToDefaults(), expectedMessages());
-}
-
-TEST_P(SetterTest, DoesNothingOnAnUnconstructedObject) {
-  defaults = host->make(kClass);
-  set(GetParam().setter, GetParam().value);
-  EXPECT_EQ(foundation.log(), Lines{});
-  useNewObject();
-  EXPECT_NE(get(GetParam().getter), GetParam().value);
 }
 
 TEST_P(SetterTest, ReportsAnExceptionAndStoresNothing) {

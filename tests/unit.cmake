@@ -22,6 +22,7 @@ zel_add_tests(unit_tests
     bridge/variant_arrays_test.cc
     bridge/objects_to_native_test.cc
     defaults/lifecycle_test.cc
+    defaults/joining_test.cc
     defaults/scalars_test.cc
     defaults/objects_test.cc
     defaults/domains_test.cc

@@ -1,5 +1,7 @@
 // The life of an NSUserDefaultsZEL object, and the shared methods.
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "plugin/errors.h"
 #include "plugin/methods.h"
@@ -93,11 +95,10 @@ TEST_F(LifecycleTest, TheDestructorForgetsTheEntryWhoeverItNames) {
   EXPECT_EQ(rememberedObjects(), 0U);
 }
 
-TEST_F(LifecycleTest, TheDestructorJoinsTheFamilyFirst) {
+TEST_F(LifecycleTest, TheDestructorForgetsInAMapThatItHasJustGot) {
   ObjectRef object = host->construct(kClass);
   provideFamily();
   object.reset();
-  EXPECT_EQ(family->preparations(), 1);
   EXPECT_EQ(foundation.calls(), Lines{"CFDictionaryRemoveValue"});
 }
 
@@ -126,6 +127,40 @@ TEST_F(LifecycleTest, TheExceptionMethodGivesNothing) {
   EXPECT_EQ(foundation.messages(), Lines{});
   EXPECT_EQ(host->sequence(), Lines{});
 }
+
+TEST_F(LifecycleTest, WhatIsNoNSExceptionLeavesTheDestructor) {
+  static id thrown = nullptr;
+  const ObjectRef object = host->construct(kClass);
+  thrown = foundation.object("NSObject");
+  foundation.addMethod("NSUserDefaults", "release", [](id, SEL) { objc_exception_throw(thrown); });
+  EXPECT_EQ(catching([&] { NSUserDefaultsDestructor(object.handle()); }), thrown);
+  EXPECT_EQ(foundation.log(), Lines{});
+  EXPECT_EQ(host->takePending(), std::vector<Raised>{});
+  foundation.addMethod("NSUserDefaults", "release", [](id self, SEL) { CFRelease(self); });
+}
+
+// --- both constructors
+
+class ConstructorTest : public LifecycleTest,
+                        public testing::WithParamInterface<std::vector<Value>> {};
+
+TEST_P(ConstructorTest, WrapsWhereTheHostSays) {
+  ObjectRef object = host->make(kClass);
+  auto& words = Host::data<std::array<NSUserDefaults*, 2>>(object);
+  NSUserDefaultsClass.base.systemUse = 24 + sizeof words[0];
+  EXPECT_EQ(construct(object, GetParam()), std::nullopt);
+  EXPECT_EQ(words[0], nullptr);
+  EXPECT_EQ(foundation.references(words[1]), 1);
+  EXPECT_EQ(construct(object, GetParam()), kSecondConstruction);
+  words[0] = std::exchange(words[1], nullptr);  // where the destructor finds it
+}
+
+INSTANTIATE_TEST_SUITE_P(Constructors, ConstructorTest,
+                         testing::Values(std::vector<Value>{},
+                                         std::vector<Value>{std::string("alice")}),
+                         [](const auto& row) {
+                           return row.param.empty() ? "Constructor" : "ConstructorUser";
+                         });
 
 // --- Constructor
 
@@ -218,13 +253,6 @@ TEST_F(LifecycleTest, ConstructorUserPassesNilForNoName) {
   EXPECT_EQ(construct(object, {std::string()}), std::nullopt);
   EXPECT_EQ(foundation.lastUserName(), std::make_optional(std::optional<std::string>()));
   EXPECT_NE(wrappedBy(object), nullptr);
-}
-
-TEST_F(LifecycleTest, ConstructorUserJoinsTheFamily) {
-  const ObjectRef object = host->make(kClass);
-  provideFamily();
-  EXPECT_EQ(construct(object, {std::string("alice")}), std::nullopt);
-  EXPECT_EQ(family->preparations(), 1);
 }
 
 TEST_F(LifecycleTest, AUserWhoseDefaultsCannotBeOpenedLeavesTheObjectUnconstructed) {
@@ -381,10 +409,8 @@ TEST_F(LifecycleTest, ResetLetsTheNextStandardObjectBeANewOne) {
   EXPECT_EQ(rememberedObjects(), 2U);
 }
 
-TEST_F(LifecycleTest, ResetJoinsTheFamily) {
-  provideFamily();
+TEST_F(LifecycleTest, ResetSendsItsMessage) {
   EXPECT_EQ(host->callShared(kClass, "resetStandardUserDefaults").raised, std::nullopt);
-  EXPECT_EQ(family->preparations(), 1);
   EXPECT_EQ(messagesSent("+[NSUserDefaults resetStandardUserDefaults]"), 1);
 }
 

@@ -2,6 +2,7 @@
 #include "plugin/errors.h"
 
 #include <algorithm>
+#include <ostream>
 #include <string_view>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -144,7 +145,11 @@ TEST_F(RaiseExceptionTest, RaisesNothingInAHostThatCannotRaise) {
 struct MissingCase {
   const char* entryPoint;
   Raised raised;
+  Lines steps;
+  const char* lost = "";  // what the host is never given back
 };
+
+void PrintTo(const MissingCase& row, std::ostream* out) { *out << row.entryPoint; }
 
 class MissingRoutineTest : public RaiseExceptionTest,
                            public testing::WithParamInterface<MissingCase> {};
@@ -152,16 +157,48 @@ class MissingRoutineTest : public RaiseExceptionTest,
 TEST_P(MissingRoutineTest, TheOtherStepsStillRun) {
   host->hide(GetParam().entryPoint);
   RaiseException("OutOfMemoryException", "Full.", 0);
+  EXPECT_EQ(host->sequence(), GetParam().steps);
   EXPECT_EQ(host->takePending(), Raisings{GetParam().raised});
+  EXPECT_EQ(host->unbalanced(), GetParam().lost);
+  abandonHost();
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Steps, MissingRoutineTest,
-    testing::Values(MissingCase{"REALBuildString", {"OutOfMemoryException", std::nullopt, 0}},
-                    MissingCase{"REALSetStringEncoding", {"OutOfMemoryException", "Full.", 0}},
+    testing::Values(MissingCase{"REALBuildString",
+                                {"OutOfMemoryException", std::nullopt, 0},
+                                {"PluginNewInstance", "REALSetPropValueString",
+                                 "REALSetPropValueInt", "RuntimeRaiseException",
+                                 "REALUnlockObject"}},
+                    MissingCase{"REALSetStringEncoding",
+                                {"OutOfMemoryException", "Full.", 0},
+                                {"REALBuildString", "PluginNewInstance", "REALSetPropValueString",
+                                 "REALSetPropValueInt", "RuntimeRaiseException", "REALUnlockObject",
+                                 "REALUnlockString"}},
                     MissingCase{"REALSetPropValueString",
-                                {"OutOfMemoryException", std::nullopt, 0}},
-                    MissingCase{"REALSetPropValueInt", {"OutOfMemoryException", "Full.", 0}}));
+                                {"OutOfMemoryException", std::nullopt, 0},
+                                {"REALBuildString", "REALSetStringEncoding", "PluginNewInstance",
+                                 "REALSetPropValueInt", "RuntimeRaiseException", "REALUnlockObject",
+                                 "REALUnlockString"}},
+                    MissingCase{"REALSetPropValueInt",
+                                {"OutOfMemoryException", "Full.", 0},
+                                {"REALBuildString", "REALSetStringEncoding", "PluginNewInstance",
+                                 "REALSetPropValueString", "RuntimeRaiseException",
+                                 "REALUnlockObject", "REALUnlockString"}},
+                    MissingCase{"REALUnlockObject",
+                                {"OutOfMemoryException", "Full.", 0},
+                                {"REALBuildString", "REALSetStringEncoding", "PluginNewInstance",
+                                 "REALSetPropValueString", "REALSetPropValueInt",
+                                 "RuntimeRaiseException", "REALUnlockString"},
+                                "string \"Full.\" (#1): 1 reference\n"
+                                "object of OutOfMemoryException (#2): 1 reference\n"},
+                    MissingCase{"REALUnlockString",
+                                {"OutOfMemoryException", "Full.", 0},
+                                {"REALBuildString", "REALSetStringEncoding", "PluginNewInstance",
+                                 "REALSetPropValueString", "REALSetPropValueInt",
+                                 "RuntimeRaiseException", "REALUnlockObject"},
+                                "string \"Full.\" (#1): 1 reference\n"}),
+    [](const auto& row) { return row.param.entryPoint; });
 
 TEST_F(RaiseExceptionTest, AMessageThatCannotBeBuiltIsLeftOut) {
   host->answerNull("REALBuildString");

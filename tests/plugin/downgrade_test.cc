@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>
+#include <ostream>
+#include <vector>
 
 #include "foundation_double/allocations.h"
 
@@ -272,6 +274,79 @@ TEST_F(DowngradeTest, TurnsListsThatItCannotConvertIntoNothingAndKeepsTheirCount
   EXPECT_EQ(record.sharedMethods, nullptr);
   EXPECT_EQ(record.sharedMethodCount, 1);
 }
+
+// --- how large a list may be. What is asked for is seen, and not given.
+
+struct ListCase {
+  const char* name;
+  void (*set)(OlderClassRecord& record, void* list, std::int32_t count);
+  const void* (*get)(const OlderClassRecord& record);
+  std::size_t recordSize;  // in the older layout, in bytes
+};
+
+void PrintTo(const ListCase& row, std::ostream* out) { *out << row.name; }
+
+template <auto List, auto Count, class Older>
+ListCase listCase(const char* name) {
+  return {name,
+          [](OlderClassRecord& record, void* list, std::int32_t count) {
+            record.*List = list;
+            record.*Count = count;
+          },
+          [](const OlderClassRecord& record) -> const void* { return record.*List; },
+          sizeof(Older)};
+}
+
+class ListSizeTest : public testing::TestWithParam<ListCase> {
+ protected:
+  static constexpr std::int64_t kMost = 0x7FFFFFFF;  // bytes
+
+  [[nodiscard]] static std::int32_t largestCount() {
+    return static_cast<std::int32_t>(kMost / static_cast<std::int64_t>(GetParam().recordSize));
+  }
+  // The sizes asked for, in bytes, for a class that has only this list.
+  static std::vector<std::size_t> askedFor(std::int32_t count) {
+    REALclassDefinition definition{};
+    GetParam().set(definition.base, &definition, count);
+    auto& allocations = foundation_double::Allocations::shared();
+    allocations.reset();
+    allocations.failAt(1);
+    downgrade(definition, 9);
+    EXPECT_EQ(GetParam().get(definition.base), nullptr);
+    const std::vector<std::size_t> sizes = allocations.sizes();
+    allocations.reset();
+    return sizes;
+  }
+};
+
+TEST_P(ListSizeTest, OneRecordIsTheSmallest) {
+  EXPECT_EQ(askedFor(1), std::vector{GetParam().recordSize});
+  EXPECT_EQ(askedFor(0), std::vector<std::size_t>{});
+  EXPECT_EQ(askedFor(-1), std::vector<std::size_t>{});
+  EXPECT_EQ(askedFor(std::numeric_limits<std::int32_t>::min()), std::vector<std::size_t>{});
+}
+
+TEST_P(ListSizeTest, TheLargestIsWhatTheHostCanCount) {
+  EXPECT_EQ(askedFor(largestCount()),
+            std::vector{static_cast<std::size_t>(largestCount()) * GetParam().recordSize});
+  EXPECT_EQ(askedFor(largestCount() + 1), std::vector<std::size_t>{});
+  EXPECT_EQ(askedFor(std::numeric_limits<std::int32_t>::max()), std::vector<std::size_t>{});
+}
+
+using Record = OlderClassRecord;
+
+INSTANTIATE_TEST_SUITE_P(
+    Lists, ListSizeTest,
+    testing::Values(
+        listCase<&Record::properties, &Record::propertyCount, OlderPropertyRecord>("properties"),
+        listCase<&Record::methods, &Record::methodCount, OlderMethodRecord>("methods"),
+        listCase<&Record::events, &Record::eventCount, OlderEventRecord>("events"),
+        listCase<&Record::constants, &Record::constantCount, OlderConstantRecord>("constants"),
+        listCase<&Record::sharedProperties, &Record::sharedPropertyCount, OlderPropertyRecord>(
+            "sharedProperties"),
+        listCase<&Record::sharedMethods, &Record::sharedMethodCount, OlderMethodRecord>(
+            "sharedMethods")),
+    [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace zel

@@ -2,6 +2,9 @@
 #include "plugin/main.h"
 
 #include <cmath>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
@@ -17,6 +20,7 @@ using Events = std::vector<std::string>;
 
 Events events;
 double hostVersion = 0.0;
+bool hostTakesVersions = true;
 bool hostTellsVersion = true;
 bool hostRegistersClasses = true;
 std::vector<std::int32_t> announced;
@@ -40,7 +44,9 @@ void registerClass(REALclassDefinition* definition) {
 void* resolve(const char* rawName) {
   const std::string name = rawName;
   events.push_back("find " + name);
-  if (name == "RegisterPluginVersion") return reinterpret_cast<void*>(announce);
+  if (name == "RegisterPluginVersion" && hostTakesVersions) {
+    return reinterpret_cast<void*>(announce);
+  }
   if (name == "REALGetRBVersion" && hostTellsVersion) return reinterpret_cast<void*>(tellVersion);
   if (name == "PluginRegisterClass" && hostRegistersClasses) {
     return reinterpret_cast<void*>(registerClass);
@@ -56,6 +62,7 @@ class MainTest : public testing::Test {
     announced.clear();
     registered.clear();
     hostVersion = 2014.0;
+    hostTakesVersions = true;
     hostTellsVersion = true;
     hostRegistersClasses = true;
   }
@@ -181,6 +188,22 @@ TEST_F(MainTest, OldHostsGetEveryRecordInOrder) {
   EXPECT_EQ(record.events, nullptr);
   EXPECT_EQ(record.constants, nullptr);
   EXPECT_EQ(record.sharedProperties, nullptr);
+}
+
+using MainDeathTest = MainTest;
+
+// The call goes nowhere, after the version has been read and before anything is registered.
+TEST_F(MainDeathTest, AHostMustTakeTheVersion) {
+  hostTakesVersions = false;
+  const auto start = [] {
+    std::signal(SIGSEGV, [](int) {
+      for (const std::string& event : events) std::fprintf(stderr, "%s, ", event.c_str());
+      std::_Exit(1);
+    });
+    REALPluginMain(resolve);
+  };
+  EXPECT_EXIT(start(), testing::ExitedWithCode(1),
+              "^find RegisterPluginVersion, find REALGetRBVersion, tell version, $");
 }
 
 TEST_F(MainTest, AHostThatRegistersNoClassesIsLeftAlone) {

@@ -1,6 +1,7 @@
 // Values that are objects, by key, as the host calls for them.
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 #include "native/exceptions.h"
 #include "plugin/methods.h"
@@ -188,10 +189,19 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- lists that are given
 
-TEST_F(ObjectsTest, AHostThatMakesNoArraysGetsNothing) {
+TEST_F(ObjectsTest, AHostThatMakesNoArraysGetsNothingAndHasNothingInserted) {
+  set("setStringArrayValue", host->array(Host::kStringElements, {"a"s, "b"s}));
+  host->clearRecords();
   host->hide("RuntimeArrayCreateSingleDimBoundedArray");
   EXPECT_EQ(get("stringArrayForKey"), "nil");
   EXPECT_EQ(get("arrayForKey"), "nil");
+  host->unhide("RuntimeArrayCreateSingleDimBoundedArray");
+  host->answerNull("RuntimeArrayCreateSingleDimBoundedArray");
+  EXPECT_EQ(get("stringArrayForKey"), "nil");
+  EXPECT_EQ(get("arrayForKey"), "nil");
+  EXPECT_EQ(host->calls("RuntimeArrayDirectGetInsertProc"), 0);
+  EXPECT_EQ(host->calls("REALBuildString"), 0);
+  EXPECT_EQ(host->calls("StringToVariant"), 0);
 }
 
 TEST_F(ObjectsTest, AListIsMadeBeforeAnythingElse) {
@@ -256,12 +266,14 @@ class ListTest : public ObjectsTest, public testing::WithParamInterface<ArrayHos
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Hosts, ListTest,
-                         testing::Values(ArrayHost{2011.04, true, true},
-                                         ArrayHost{2013.9, true, true},
-                                         ArrayHost{2013.9, false, false},
-                                         ArrayHost{2013.91, true, false},
-                                         ArrayHost{2014.0, true, false}));
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+
+INSTANTIATE_TEST_SUITE_P(
+    Hosts, ListTest,
+    testing::Values(ArrayHost{2011.04, true, true}, ArrayHost{2013.9, true, true},
+                    ArrayHost{2013.9, false, false}, ArrayHost{2013.91, true, false},
+                    ArrayHost{kNoNumber, true, true}, ArrayHost{kNoNumber, false, false},
+                    ArrayHost{2014.0, true, false}));
 
 TEST_P(ListTest, ElementsAreReadInPlaceUpToHost20139) {
   EXPECT_EQ(storedStrings({"a"s, "b"s}), R"(("a", "b"))");

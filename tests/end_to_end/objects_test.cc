@@ -1,6 +1,7 @@
 // Values that are objects through the built plugin, in every host.
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "tests/end_to_end/end_to_end_test.h"
 #include "tests/support/folder.h"
@@ -71,6 +72,51 @@ TEST_P(ObjectsTest, ListsOfVariants) {
       host->array(Host::kObjectElements, {std::int32_t{1}, "two"s, 3.5, host->memoryBlock("4")}));
   EXPECT_EQ(get("arrayForKey"), R"([Int32 1, "two", Double 3.5, MemoryBlock 34])");
   EXPECT_EQ(get("arrayForKey", "unset"), "[]");
+}
+
+TEST_P(ObjectsTest, AHostThatMakesNoArraysGetsNone) {
+  set("setStringArrayValue", host->array(Host::kStringElements, {"a"s, "b"s}));
+  host->hide("RuntimeArrayCreateSingleDimBoundedArray");
+  host->clearRecords();
+  EXPECT_EQ(get("stringArrayForKey"), "nil");
+  EXPECT_EQ(get("arrayForKey"), "nil");
+  EXPECT_EQ(host->describe(ask(defaults, "volatileDomainNames")), "nil");
+  EXPECT_EQ(host->calls("RuntimeArrayDirectGetInsertProc"), 0);
+}
+
+TEST_P(ObjectsTest, AnUnconstructedObjectStoresNothing) {
+  set("setStringValue", "before"s);
+  const ObjectRef unconstructed = host->make(kClass);
+  const struct {
+    const char* setter;
+    Value value;
+  } rows[] = {{"setDataValue", host->memoryBlock("ab")},
+              {"setVariantValue", host->variant(0.5)},
+              {"setFileValue", host->folderItem("/usr")},
+              {"setStringArrayValue", host->array(Host::kStringElements, {"a"s})},
+              {"setDictionaryValue", host->dictionary({{"a"s, 0.5}})},
+              {"setArrayValue", host->array(Host::kObjectElements, {0.5})}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.setter);
+    EXPECT_EQ(ask(unconstructed, row.setter, {"object"s, row.value}), Value());
+    EXPECT_EQ(get("stringForKey"), "\"before\"");
+  }
+}
+
+class NoNumberTest : public ObjectsTest {};
+
+// A host whose version is no number is none after 2013.9.
+INSTANTIATE_TEST_SUITE_P(Hosts, NoNumberTest,
+                         testing::Values(std::numeric_limits<double>::quiet_NaN()));
+
+TEST_P(NoNumberTest, ListsAreReadInPlace) {
+  EXPECT_EQ(host->announcedVersion(), 9);
+  set("setStringArrayValue", host->array(Host::kStringElements, {"a"s, "b"s}));
+  EXPECT_EQ(get("stringArrayForKey"), R"(["a", "b"])");
+  EXPECT_EQ(host->calls("RuntimeDirectReadStringArray"), 0);
+  set("setArrayValue", host->array(Host::kObjectElements, {std::int32_t{1}}));
+  EXPECT_EQ(get("arrayForKey"), "[Int32 1]");
+  EXPECT_EQ(host->calls("RuntimeDirectReadObjectArray"), 0);
 }
 
 TEST_P(ObjectsTest, TypedArrays) {

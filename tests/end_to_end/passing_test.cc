@@ -1,5 +1,8 @@
 // Native exceptions that pass through the host: out of one function of the plugin, which the host
 // has called for another one. Apart, because the hook that raises stays in a process for good.
+#include <functional>
+#include <utility>
+
 #include "host/family/erased.h"
 #include "host/family/runtime.h"
 #include "native/exceptions.h"
@@ -37,9 +40,14 @@ zel::CFMutableDictionaryRef getInstances(zel::id /*self*/, zel::SEL /*selector*/
   return nullptr;
 }
 
+zel::id wrap(zel::id /*self*/, zel::SEL /*selector*/, zel::REALobject /*object*/) {
+  zel::objc_exception_throw(thrown);
+}
+
 class PassingTest : public EndToEndTest, public testing::WithParamInterface<double> {
  protected:
   void SetUp() override {
+    callsUntilRaise = 0;
     thrown = nullptr;
     startHost({.version = GetParam()});
     const host::AddMethod add = host::addToRuntime();
@@ -47,6 +55,18 @@ class PassingTest : public EndToEndTest, public testing::WithParamInterface<doub
          "^v@:"});
     family_ = std::make_unique<host::Family>(*host, add);
     family_->provideExceptions();
+  }
+  // The call throws; what arrives in the host.
+  template <class Call>
+  zel::id leftBy(Call call) {
+    testing::internal::CaptureStderr();
+    const zel::id left = zel::catching(call);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(host->takePending(), std::vector<Raised>{});
+    return left;
+  }
+  static zel::id plainObject() {
+    return zel::autoreleased(zel::send<zel::id, "new">(zel::classNamed<"NSObject">()));
   }
   // What the host was about to make when the exception passed isn't accounted for.
   void TearDown() override {
@@ -83,11 +103,7 @@ TEST_P(PassingTest, WhatIsNoExceptionLeavesTheMethodAsItIs) {
   const zel::id mute = newMute();
   thrown = mute;
   callsUntilRaise = 2;
-  testing::internal::CaptureStderr();
-  const zel::id left = zel::catching([&] { host->callShared(kClass, "standardUserDefaults"); });
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  EXPECT_EQ(left, mute);
-  EXPECT_EQ(host->takePending(), std::vector<Raised>{});
+  EXPECT_EQ(leftBy([&] { host->callShared(kClass, "standardUserDefaults"); }), mute);
   object_dispose(mute);
   EXPECT_EQ(ask(standard(), "integerForKey", {"unset"s}), Value(std::int32_t{0}));
 }
@@ -101,6 +117,63 @@ TEST_P(PassingTest, TheMethodThatWantedTheObjectCatches) {
   EXPECT_EQ(outcome.raised, (Raised{"NSExceptionZEL", "asked to", 0}));
   EXPECT_NE(log.find("A Hook: asked to, Info: (null)\n"), std::string::npos) << log;
   EXPECT_EQ(ask(standard(), "integerForKey", {"unset"s}), Value(std::int32_t{0}));
+}
+
+TEST_P(PassingTest, WhatIsRaisedBeforeTheGuardOpensLeavesUnlogged) {
+  const ObjectRef object = host->make(kClass);
+  const std::function<void()> calls[] = {
+      [&] { host->call(object, "Constructor"); },
+      [&] { host->call(object, "Constructor", {"somebody"s}); },
+      [&] { host->callShared(kClass, "standardUserDefaults"); },
+      [&] { host->callShared(kClass, "resetStandardUserDefaults"); }};
+  for (const auto& call : calls) {
+    callsUntilRaise = 1;
+    const zel::id left = leftBy(call);
+    ASSERT_NE(left, nullptr);
+    EXPECT_STREQ(zel::object_getClassName(left), "NSException");
+  }
+  EXPECT_EQ(host->call(object, "Constructor").raised, std::nullopt);
+}
+
+TEST_P(PassingTest, MethodsOfAConstructedObjectDoNotAskForTheMap) {
+  const ObjectRef defaults = standard();
+  callsUntilRaise = 1;
+  ask(defaults, "setIntegerValue", {"number"s, std::int32_t{5}});
+  EXPECT_EQ(ask(defaults, "integerForKey", {"number"s}), Value(std::int32_t{5}));
+  ask(defaults, "variantForKey", {"number"s});
+  ask(defaults, "arrayForKey", {"number"s});
+  ask(defaults, "removeObjectForKey", {"number"s});
+  ask(defaults, "volatileDomainNames");
+  ask(defaults, "synchronize");
+  askShared("NSGlobalDomain");
+  EXPECT_EQ(std::exchange(callsUntilRaise, 0), 1);
+}
+
+TEST_P(PassingTest, WhatIsNoNSExceptionLeavesEveryKindOfMethod) {
+  const ObjectRef defaults = standard();
+  host->addClass("Window", "");
+  host::addToRuntime()(
+      {"ZELREALobjectWrapper", "NSObject", true, "wrap:", host::erased(wrap), "@@:^v"});
+  thrown = plainObject();
+  callsUntilRaise = 2;  // in the hook of the new object
+  EXPECT_EQ(leftBy([&] { host->callShared(kClass, "standardUserDefaults"); }), thrown);
+  const ObjectRef window = host->make("Window");
+  const ObjectRef domain = host->dictionary({{"window"s, window}});
+  EXPECT_EQ(leftBy([&] { host->call(defaults, "setVariantValue", {"window"s, window}); }), thrown);
+  EXPECT_EQ(leftBy([&] {
+              host->call(defaults, "setArrayValue",
+                         {"window"s, host->array(Host::kObjectElements, {window})});
+            }),
+            thrown);
+  EXPECT_EQ(leftBy([&] {
+              host->call(defaults, "setDictionaryValue", {"window"s, domain});
+            }),
+            thrown);
+  EXPECT_EQ(leftBy([&] {
+              host->call(defaults, "setVolatileDomain", {domain, "windows"s});
+            }),
+            thrown);
+  EXPECT_EQ(ask(defaults, "variantForKey", {"window"s}), Value(ObjectRef()));
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 """Checks links without a network: check_links.py PROJECT [SITE]
 
-PROJECT: in README.md, CHANGELOG.md and docs/*.md, every link to a file names one of the project, and
-every #anchor a heading of its page.
+PROJECT: in README.md, CONTRIBUTING.md, CHANGELOG.md and docs/*.md, every link to a file names one of
+the project, and every #anchor a heading of its page. What stands there as code and looks like a path
+of the project, `plugin/main.cc` or `host/`, is one too; only CHANGELOG.md may tell of what is gone.
 SITE, the pages made of docs/: every link leads to a file of the site and to an element that is
 there, and nothing that a page loads (scripts, styles, pictures, fonts) comes from elsewhere.
 
@@ -24,6 +25,8 @@ LOADING_ATTRIBUTES = {"src", "srcset", "poster", "data"}
 # A text in quotes that a script or style could load. Names of XML languages load nothing.
 QUOTED_ADDRESS = re.compile(rb"""["'(]((?:https?:)?//(?!www\.w3\.org/)[\w-]+\.[^"')\s]+)""", re.I)
 STYLE_ADDRESS = re.compile(r"""url\(\s*["']?([^"')]+)|@import\s+["']([^"']+)""", re.I)
+# Folders of the project have small letters; what is built, or is the reader's, isn't of the project.
+PROJECT_PATH = re.compile(r"(?!build/)\.?[a-z][a-z0-9_]*/(?:[\w.-]+/)*[\w.-]*")
 COMMENT = re.compile(rb"/\*.*?\*/|^\s*//.*?$|(?<=[;{}\s])//\s.*?$", re.S | re.M)
 
 
@@ -32,10 +35,10 @@ def is_external(address):
 
 
 class Markdown:
-    """A page of the project: its links as (line, address), and the anchors of its headings."""
+    """A page of the project: its links and paths as (line, text), and its headings' anchors."""
 
     def __init__(self, file):
-        self.links, self.anchors = [], set()
+        self.links, self.paths, self.anchors = [], [], set()
         tokens = MarkdownIt("commonmark").enable("table").parse(file.read_text(encoding="utf-8"))
         for before, token in zip([None, *tokens], tokens):
             if token.type != "inline":
@@ -47,6 +50,8 @@ class Markdown:
                 address = child.attrGet("href") or child.attrGet("src")
                 if address:
                     self.links.append((line, address))
+                if child.type == "code_inline" and PROJECT_PATH.fullmatch(child.content):
+                    self.paths.append((line, child.content))
 
     def _add_anchor(self, heading):
         title = "".join(part.content for part in heading.children if not part.nesting)
@@ -99,7 +104,8 @@ def target_of(file, address, root):
 
 
 def check_project(root):
-    pages = [root / "README.md", root / "CHANGELOG.md", *sorted((root / "docs").glob("*.md"))]
+    alone = [root / name for name in ("README.md", "CONTRIBUTING.md", "CHANGELOG.md")]
+    pages = [*alone, *sorted((root / "docs").glob("*.md"))]
     known = {file.resolve(): Markdown(file) for file in pages if file.exists()}
     for file, page in known.items():
         for line, address in page.links:
@@ -111,6 +117,9 @@ def check_project(root):
                 yield f"{where}: there is no such file in the project"
             elif anchor and (target not in known or anchor not in known[target].anchors):
                 yield f"{where}: there is no such heading"
+        for line, path in page.paths:
+            if file.name != "CHANGELOG.md" and not (root / path).exists():
+                yield f"{file.relative_to(root)}:{line}: {path}: there is no such path in the project"
     if not any(page.links for page in known.values()):
         yield f"{root}: there are no links to check"
 

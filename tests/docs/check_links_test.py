@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """What tools/check_links.py finds, and what it lets pass."""
 
 import importlib.util
@@ -55,6 +55,31 @@ class ProjectTest(TreeTest):
         self.write("README.md", "[a](b.md)\n\n```\n[c](d.md)\n```\n")
         self.write("b.md", "")
         self.expect(check_links.check_project)
+
+    def test_paths_that_are_there(self):
+        self.write("a/b.cc", "")
+        self.write(".ci/run", "")
+        self.write("README.md", "[x](#h)\n# H\n`a/b.cc` `a/` `a` `.ci/run`\n")
+        self.expect(check_links.check_project)
+
+    def test_paths_that_are_gone(self):
+        self.write("docs/a.md", "[x](a.md)\n\n| a |\n|---|\n| b, `old/b.cc` |\n| `docs/b/` |\n")
+        self.expect(check_links.check_project,
+                    "docs/a.md:5: old/b.cc: there is no such path in the project",
+                    "docs/a.md:6: docs/b/: there is no such path in the project")
+
+    def test_what_is_no_path_of_the_project(self):
+        self.write("README.md", "[x](#h)\n# H\n`build/a` `DIR/a.so` `/` `//` `a/b --c` `Mac/` old/b.cc\n")
+        self.expect(check_links.check_project)
+
+    def test_what_was_may_be_told(self):
+        self.write("CHANGELOG.md", "[x](#h)\n# H\n`old/b.cc`\n")
+        self.expect(check_links.check_project)
+
+    def test_contributing_is_a_page(self):
+        self.write("CONTRIBUTING.md", "[a](gone.md)\n")
+        self.expect(check_links.check_project,
+                    "CONTRIBUTING.md:1: gone.md: there is no such file in the project")
 
     def test_links_in_tables(self):
         self.write("README.md", "| a |\n|---|\n| [x](gone.md) |\n")

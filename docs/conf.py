@@ -2,9 +2,12 @@
 
 import pathlib
 import re
+import sys
 
+from docutils import nodes
 from pygments.lexer import RegexLexer, words
 from pygments.token import Comment, Keyword, Name, Number, Operator, String, Text
+from sphinx.util.docutils import SphinxDirective
 
 # The pages in the order in which the site lists them, before any others. One that isn't there is left
 # out.
@@ -13,6 +16,10 @@ PAGES = ["reference", "values", "language", "companion", "package", "macos", "ma
 IMPORTED_STYLE = re.compile(r"@import url\(/(javascript/[\w./-]+\.css)\);")
 
 here = pathlib.Path(__file__).parent
+sys.path.append(str(here.parent / "tools"))
+sys.dont_write_bytecode = True  # nothing is made among the sources
+import draw_pictures  # noqa: E402
+
 version_header = (here.parent / "plugin" / "version.h").read_text(encoding="utf-8")
 
 project = "NSUserDefaultsZEL"
@@ -61,6 +68,23 @@ class XojoLexer(RegexLexer):
     }
 
 
+class Picture(SphinxDirective):
+    """A drawing of the sources, with its caption: part of the page, so that it has its colours."""
+
+    required_arguments = 1
+    has_content = True
+
+    def run(self):
+        try:
+            drawn = draw_pictures.picture(self.arguments[0], here.parent)
+        except draw_pictures.Refusal as refusal:
+            raise self.error(str(refusal))
+        figure = nodes.figure("", nodes.raw("", drawn, format="html"))
+        caption = " ".join(self.content)
+        figure += nodes.caption(caption, caption)
+        return [figure]
+
+
 def list_pages(app, page, source):
     """Ends the first page with the list that the site's sidebar shows."""
     if page == "index":
@@ -92,6 +116,7 @@ def imported_style(match):
 def setup(app):
     for language in ("xojo", "declaration"):
         app.add_lexer(language, XojoLexer)
+    app.add_directive("picture", Picture)
     app.connect("source-read", list_pages)
     app.connect("missing-reference", name_project_file)
     app.connect("build-finished", keep_styles_together)

@@ -41,6 +41,15 @@ class SiteTest(unittest.TestCase):
         page = (SITE / "search.html").read_text(encoding="utf-8")
         self.assertIn('<script src="searchindex.js"', page)
 
+    def test_every_picture_is_in_its_page(self):
+        asked = {}
+        for file in (PROJECT / "docs").glob("*.md"):
+            text = file.read_text(encoding="utf-8")
+            asked[file.stem] = len(re.findall(r"^```\{picture\} \w+$", text, re.M))
+            page = (SITE / f"{file.stem}.html").read_text(encoding="utf-8")
+            self.assertEqual(len(re.findall(r'<svg [^>]*class="picture">', page)), asked[file.stem], file)
+        self.assertEqual(asked["architecture"], 2)
+
 
 if __name__ == "__main__":
     unittest.main()

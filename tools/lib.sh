@@ -87,37 +87,44 @@ missingPackages() {
   )
 }
 
-# Where the 32-bit root of today's package list stands, made or not: tree/ is the Debian root,
-# mount/ an empty folder to mount on. It is whole whenever it exists.
-i386Root() {
+# Where the sysroot of today's package list stands, made or not: the files of Debian packages for
+# i386, to build against and to run with. It is whole whenever it exists.
+i386Sysroot() {
   local hash
-  hash=$({ printf '%s\n' "$debianSuite"; packagesOf i386; } | sha256sum)
-  printf '%s/i386-root-%s\n' "$(cacheFolder)" "${hash:0:12}"
+  hash=$({
+    printf '%s\n' "$debianSuite"
+    packagesOf sysroot
+    packagesOf sysroot-without
+  } | sha256sum)
+  printf '%s/i386-sysroot-%s\n' "$(cacheFolder)" "${hash:0:12}"
 }
 
 cacheFolder() {
   printf '%s/NSUserDefaultsZEL\n' "${XDG_CACHE_HOME:-$HOME/.cache}"
 }
 
-# configurePreset PRESET [PREFIX...]: configures build/PRESET, from scratch when that folder was
-# made for a copy of the project that stood elsewhere. PREFIX is put before the cmake command.
-configurePreset() {
-  local -r preset=$1 cache="$project/build/$1/CMakeCache.txt"
-  local -a fresh=()
-  local home=$project
-  shift
-  [[ ! -f $cache ]] || home=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$cache")
-  [[ $home == "$project" ]] || fresh=(--fresh)
-  (cd -- "$project" && "$@" cmake --preset "$preset" "${fresh[@]}")
+# cached PRESET ENTRY: what the cache of build/PRESET says; nothing when it isn't there.
+cached() {
+  sed -n "s/^$2:[A-Z]*=//p" "$project/build/$1/CMakeCache.txt" 2>/dev/null || true
 }
 
-# buildPreset PRESET TARGETS [PREFIX...]: configures and builds. TARGETS is one word list.
+# configurePreset PRESET: configures build/PRESET, from scratch when that folder was made for a copy
+# of the project that stood elsewhere or with a sysroot of other packages.
+configurePreset() {
+  local -a fresh=()
+  local home sysroot
+  home=$(cached "$1" CMAKE_HOME_DIRECTORY)
+  sysroot=$(cached "$1" ZEL_I386_SYSROOT)
+  [[ ${home:-$project} == "$project" && ${sysroot:-$(i386Sysroot)} == "$(i386Sysroot)" ]] ||
+    fresh=(--fresh)
+  (cd -- "$project" && cmake --preset "$1" "${fresh[@]}")
+}
+
+# buildPreset PRESET TARGETS: configures and builds. TARGETS is one word list.
 buildPreset() {
-  local -r preset=$1
   local -a targets
   read -ra targets <<<"$2"
-  shift 2
-  configurePreset "$preset" "$@" &&
+  configurePreset "$1" &&
     (cd -- "$project" &&
-      "$@" cmake --build --preset "$preset" --parallel "$jobs" --target "${targets[@]}")
+      cmake --build --preset "$1" --parallel "$jobs" --target "${targets[@]}")
 }

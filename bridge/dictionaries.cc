@@ -49,14 +49,14 @@ REALobject valueOf(REALobject dictionary, REALobject key) {
 
 // --- native to host
 
-void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target) {
+void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target, Nesting nesting) {
   const id nativeValue = send<id, "objectForKey:">(source, nativeKey);
   REALobject key = nullptr;
   REALobject value = nullptr;
   withCleanup(
       [&] {
-        key = NewVariantFromNSObject(nativeKey);
-        value = NewVariantFromNSObject(nativeValue);
+        key = NewVariantFromNSObject(nativeKey, nesting);
+        value = NewVariantFromNSObject(nativeValue, nesting);
         setEntry(target, key, value);
       },
       [&] {
@@ -65,11 +65,11 @@ void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target) {
       });
 }
 
-void copyEntries(CFDictionaryRef source, REALobject target) {
+void copyEntries(CFDictionaryRef source, REALobject target, Nesting nesting) {
   const id keys = send<id, "allKeys">(source);
   const auto count = send<NSUInteger, "count">(keys);
   for (NSUInteger i = 0; i < count; ++i) {
-    copyEntry(source, send<id, "objectAtIndex:">(keys, i), target);
+    copyEntry(source, send<id, "objectAtIndex:">(keys, i), target, nesting);
   }
 }
 
@@ -79,7 +79,7 @@ id orNull(id object) {
   return object != nullptr ? object : send<id, "null">(classNamed<"NSNull">());
 }
 
-void addEntry(REALobject source, std::int32_t index, id target) {
+void addEntry(REALobject source, std::int32_t index, id target, Nesting nesting) {
   REALobject key = nullptr;
   REALobject value = nullptr;
   withCleanup(
@@ -87,8 +87,8 @@ void addEntry(REALobject source, std::int32_t index, id target) {
         key = keyAt(source, index);
         value = valueOf(source, key);
         if (key == nullptr) return;
-        const id nativeKey = GetVariantAsNSObject(key);
-        const id nativeValue = GetVariantAsNSObject(value);
+        const id nativeKey = GetVariantAsNSObject(key, nesting);
+        const id nativeValue = GetVariantAsNSObject(value, nesting);
         send<void, "setObject:forKey:">(target, orNull(nativeValue), orNull(nativeKey));
       },
       [&] {
@@ -99,22 +99,24 @@ void addEntry(REALobject source, std::int32_t index, id target) {
 
 }  // namespace
 
-REALobject NSDictionaryRB(CFDictionaryRef dictionary) {
+REALobject NSDictionaryRB(CFDictionaryRef dictionary, Nesting nesting) {
   if (dictionary == nullptr) return nullptr;
+  const Nesting inside = nesting.deeper();
   const REALobject made = REALnewInstance("Dictionary");
   if (made == nullptr) return nullptr;
-  return handingOver(made, [&](REALobject target) { copyEntries(dictionary, target); });
+  return handingOver(made, [&](REALobject target) { copyEntries(dictionary, target, inside); });
 }
 
-CFDictionaryRef NewNSDictionary(REALdictionary dictionary) {
+CFDictionaryRef NewNSDictionary(REALdictionary dictionary, Nesting nesting) {
   if (dictionary == nullptr) return nullptr;
+  const Nesting inside = nesting.deeper();
   const auto source = reinterpret_cast<REALobject>(dictionary);
   const auto count = propertyValue<std::int32_t>(REALGetPropValueInt32, source, "Count");
   if (count < 1) return send<CFDictionaryRef, "dictionary">(classNamed<"NSDictionary">());
   const id made = send<id, "dictionaryWithCapacity:">(classNamed<"NSMutableDictionary">(),
                                                       static_cast<NSUInteger>(count));
   if (made == nullptr) return nullptr;
-  for (std::int32_t i = 0; i < count; ++i) addEntry(source, i, made);
+  for (std::int32_t i = 0; i < count; ++i) addEntry(source, i, made, inside);
   return reinterpret_cast<CFDictionaryRef>(made);
 }
 

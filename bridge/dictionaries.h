@@ -1,6 +1,7 @@
 // Dictionaries across the border, and Foundation's lists of strings into host arrays.
 #pragma once
 
+#include "bridge/nesting.h"
 #include "native/corefoundation.h"
 #include "plugin/handles.h"
 
@@ -23,12 +24,14 @@ extern DictionaryKeyGetter LastDictionaryKeyGetter;
 
 /// A new host Dictionary of a native dictionary, which is only borrowed, with one reference for the
 /// caller. Null for nil and when the host makes none. Native exceptions pass.
-[[nodiscard]] REALobject NSDictionaryRB(CFDictionaryRef dictionary);
+/// @param nesting where the dictionary stands; see there for one that is too deep.
+[[nodiscard]] REALobject NSDictionaryRB(CFDictionaryRef dictionary, Nesting nesting = {});
 
 /// An autoreleased native dictionary of a host Dictionary, which is only borrowed; mutable when it
 /// has entries. Nil for null. A key or value that can't be converted becomes NSNull. Native
 /// exceptions pass.
-CFDictionaryRef NewNSDictionary(REALdictionary dictionary);
+/// @param nesting where the dictionary stands; see there for one that is too deep.
+CFDictionaryRef NewNSDictionary(REALdictionary dictionary, Nesting nesting = {});
 
 /// Inserts the texts of a native list, in its order, at the front of a host string array.
 /// @param array nullable: then nothing happens.

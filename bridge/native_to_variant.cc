@@ -36,10 +36,10 @@ REALobject asObject(Result* handle) {
 
 // --- lists, texts, data, dictionaries, addresses
 
-REALobject fromArray(id list) {
+REALobject fromArray(id list, Nesting nesting) {
   const REALarray array = REALCreateArray(kObjectElements, kEmptyUpperBound);
   if (array == nullptr) return nullptr;
-  return handingOver(asObject(array), [&](REALobject) { FillVariantArray(array, list); });
+  return handingOver(asObject(array), [&](REALobject) { FillVariantArray(array, list, nesting); });
 }
 
 REALobject fromString(id object) {
@@ -49,8 +49,8 @@ REALobject fromString(id object) {
 
 REALobject fromData(id object) { return asObject(NSDataRB(object)); }
 
-REALobject fromDictionary(id object) {
-  return NSDictionaryRB(reinterpret_cast<CFDictionaryRef>(object));
+REALobject fromDictionary(id object, Nesting nesting) {
+  return NSDictionaryRB(reinterpret_cast<CFDictionaryRef>(object), nesting);
 }
 
 // A file's address is a file; any other one is its text.
@@ -168,37 +168,44 @@ REALobject fromClass(id object) {
 
 struct Kind {
   bool (*matches)(Object*);
-  REALobject (*convert)(id);
+  REALobject (*convert)(id, Nesting);
 };
+
+// For what has nothing in it.
+template <REALobject (*Convert)(id)>
+REALobject flat(id object, Nesting /*nesting*/) {
+  return Convert(object);
+}
 
 constexpr Kind kKinds[] = {
     {isKindOf<"NSArray", Object>, fromArray},
-    {isKindOf<"NSString", Object>, fromString},
-    {isKindOf<"NSData", Object>, fromData},
-    {isKindOf<"NSNumber", Object>, fromNumber},
-    {isKindOf<"NSDate", Object>, NSDateRB},
+    {isKindOf<"NSString", Object>, flat<fromString>},
+    {isKindOf<"NSData", Object>, flat<fromData>},
+    {isKindOf<"NSNumber", Object>, flat<fromNumber>},
+    {isKindOf<"NSDate", Object>, flat<NSDateRB>},
     {isKindOf<"NSDictionary", Object>, fromDictionary},
-    {isKindOf<"NSURL", Object>, fromURL},
-    {isKindOf<"NSValue", Object>, fromValue},
-    {isWrapper, unwrapped},
+    {isKindOf<"NSURL", Object>, flat<fromURL>},
+    {isKindOf<"NSValue", Object>, flat<fromValue>},
+    {isWrapper, flat<unwrapped>},
 };
 
 }  // namespace
 
-REALobject NewVariantFromNSObject(id object) {
+REALobject NewVariantFromNSObject(id object, Nesting nesting) {
   if (object == nullptr || object == send<id, "null">(classNamed<"NSNull">())) return nullptr;
   for (const Kind& kind : kKinds) {
-    if (kind.matches(object)) return kind.convert(object);
+    if (kind.matches(object)) return kind.convert(object, nesting);
   }
   return fromClass(object);
 }
 
-void FillVariantArray(REALarray array, id list) {
+void FillVariantArray(REALarray array, id list, Nesting nesting) {
   if (array == nullptr) return;
+  const Nesting inside = nesting.deeper();
   const id enumerator = send<id, "objectEnumerator">(list);
   std::int32_t index = 0;
   while (const id element = send<id, "nextObject">(enumerator)) {
-    unlocking(NewVariantFromNSObject(element),
+    unlocking(NewVariantFromNSObject(element, inside),
               [&](REALobject value) { REALInsertArrayValueObject(array, index, value); });
     ++index;
   }

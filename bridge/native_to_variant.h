@@ -1,6 +1,7 @@
 // Any native object as a host value.
 #pragma once
 
+#include "bridge/nesting.h"
 #include "native/objc.h"
 #include "plugin/handles.h"
 
@@ -10,12 +11,14 @@ namespace zel {
 /// Variant of a string, number or boolean, an array, Date, MemoryBlock, FolderItem or Dictionary,
 /// or an object of the host class that another plugin of the family has for it. Null for nil, for
 /// NSNull, and for what has no host value. Native exceptions pass.
-[[nodiscard]] REALobject NewVariantFromNSObject(id object);
+/// @param nesting where the object stands; see there for one that is too deep.
+[[nodiscard]] REALobject NewVariantFromNSObject(id object, Nesting nesting = {});
 
 /// Inserts the host values of a native list, in its order, into a host array of variants. What has
 /// no host value is inserted as null. Native exceptions pass.
-/// @param array nullable: then nothing happens.
-/// @param list  an NSArray; nil: nothing is inserted.
-void FillVariantArray(REALarray array, id list);
+/// @param array   nullable: then nothing happens.
+/// @param list    an NSArray; nil: nothing is inserted.
+/// @param nesting where the list stands; see there for one that is too deep.
+void FillVariantArray(REALarray array, id list, Nesting nesting = {});
 
 }  // namespace zel

@@ -33,9 +33,9 @@ id fromFolderItem(REALobject object) {
       const_cast<CFURLObject*>(NewNSURLfile(reinterpret_cast<REALfolderItem>(object))));
 }
 
-id fromDictionary(REALobject object) {
-  return reinterpret_cast<id>(
-      const_cast<CFDictionaryObject*>(NewNSDictionary(reinterpret_cast<REALdictionary>(object))));
+id fromDictionary(REALobject object, Nesting nesting) {
+  return reinterpret_cast<id>(const_cast<CFDictionaryObject*>(
+      NewNSDictionary(reinterpret_cast<REALdictionary>(object), nesting)));
 }
 
 // The wrapped object as it is, owned by its wrapper.
@@ -62,65 +62,71 @@ id coreFoundationObject(REALobject object) {
 struct Kind {
   bool (*matches)(REALobject, const char*);
   const char* text;
-  id (*convert)(REALobject);
+  id (*convert)(REALobject, Nesting);
 };
 
+// For what has nothing in it.
+template <id (*Convert)(REALobject)>
+id flat(REALobject object, Nesting /*nesting*/) {
+  return Convert(object);
+}
+
 constexpr Kind kKinds[] = {
-    {isOfClass, "MemoryBlock", fromMemoryBlock},
-    {hasMethod, "TrueItem(Index as integer) as Folderitem", fromFolderItem},
+    {isOfClass, "MemoryBlock", flat<fromMemoryBlock>},
+    {hasMethod, "TrueItem(Index as integer) as Folderitem", flat<fromFolderItem>},
     {isOfClass, "Dictionary", fromDictionary},
 
     // One class stands here three times, deliberately: the list is kept as it has grown.
-    {isOfClass, "QuartzFilterZEL", wrappedObject},
-    {isOfClass, "NSImageZEL", wrappedObject},
-    {isOfClass, "NSImageRepZEL", wrappedObject},
-    {isOfClass, "NSFontZEL", wrappedObject},
-    {isOfClass, "NSResponderZEL", wrappedObject},
-    {isOfClass, "NSAttributedStringZEL", wrappedObject},
-    {isOfClass, "NSIndexSetZEL", wrappedObject},
-    {isOfClass, "NSColorZEL", wrappedObject},
-    {isOfClass, "NSAttributedStringZEL", wrappedObject},
-    {isOfClass, "NSToolbarItemZEL", wrappedObject},
-    {isOfClass, "NSToolbarZEL", wrappedObject},
-    {isOfClass, "NSURLRequestZEL", wrappedObject},
-    {isOfClass, "NSCharacterSetZEL", wrappedObject},
-    {isOfClass, "NSAttributedStringZEL", wrappedObject},
-    {isOfClass, "NSParagraphStyleZEL", wrappedObject},
-    {isOfClass, "NSTextContainerZEL", wrappedObject},
-    {isOfClass, "WebUIDelegateZEL", wrappedObject},
-    {isOfClass, "WebResourceLoadDelegateZEL", wrappedObject},
-    {isOfClass, "WebFrameLoadDelegateZEL", wrappedObject},
-    {isOfClass, "WebDownloadDelegateZEL", wrappedObject},
-    {isOfClass, "DRBurnZEL", wrappedObject},
-    {isOfClass, "PDFAnnotationZEL", wrappedObject},
-    {isOfClass, "PDFActionZEL", wrappedObject},
+    {isOfClass, "QuartzFilterZEL", flat<wrappedObject>},
+    {isOfClass, "NSImageZEL", flat<wrappedObject>},
+    {isOfClass, "NSImageRepZEL", flat<wrappedObject>},
+    {isOfClass, "NSFontZEL", flat<wrappedObject>},
+    {isOfClass, "NSResponderZEL", flat<wrappedObject>},
+    {isOfClass, "NSAttributedStringZEL", flat<wrappedObject>},
+    {isOfClass, "NSIndexSetZEL", flat<wrappedObject>},
+    {isOfClass, "NSColorZEL", flat<wrappedObject>},
+    {isOfClass, "NSAttributedStringZEL", flat<wrappedObject>},
+    {isOfClass, "NSToolbarItemZEL", flat<wrappedObject>},
+    {isOfClass, "NSToolbarZEL", flat<wrappedObject>},
+    {isOfClass, "NSURLRequestZEL", flat<wrappedObject>},
+    {isOfClass, "NSCharacterSetZEL", flat<wrappedObject>},
+    {isOfClass, "NSAttributedStringZEL", flat<wrappedObject>},
+    {isOfClass, "NSParagraphStyleZEL", flat<wrappedObject>},
+    {isOfClass, "NSTextContainerZEL", flat<wrappedObject>},
+    {isOfClass, "WebUIDelegateZEL", flat<wrappedObject>},
+    {isOfClass, "WebResourceLoadDelegateZEL", flat<wrappedObject>},
+    {isOfClass, "WebFrameLoadDelegateZEL", flat<wrappedObject>},
+    {isOfClass, "WebDownloadDelegateZEL", flat<wrappedObject>},
+    {isOfClass, "DRBurnZEL", flat<wrappedObject>},
+    {isOfClass, "PDFAnnotationZEL", flat<wrappedObject>},
+    {isOfClass, "PDFActionZEL", flat<wrappedObject>},
 
-    {isOfClass, "NSSizeZEL", fromStructure<"valueWithSize:", HostSize>},
-    {isOfClass, "NSRectZEL", fromStructure<"valueWithRect:", HostRect>},
-    {isOfClass, "NSRangeZEL", fromStructure<"valueWithRange:", HostRange>},
-    {isOfClass, "NSPointZEL", fromStructure<"valueWithPoint:", HostPoint>},
-    {isOfClass, "QTKitTimeZEL", fromTime<"valueWithQTTimeZEL:">},
-    {isOfClass, "QTKitTimeRangeZEL", fromTime<"valueWithQTTimeRangeZEL:">},
-    {isOfClass, "CMTimeMappingZEL", fromTime<"valueWithCMTimeMappingZEL:">},
-    {isOfClass, "CMTimeRangeZEL", fromTime<"valueWithCMTimeRangeZEL:">},
-    {isOfClass, "CMTimeZEL", fromTime<"valueWithCMTimeZEL:">},
+    {isOfClass, "NSSizeZEL", flat<fromStructure<"valueWithSize:", HostSize>>},
+    {isOfClass, "NSRectZEL", flat<fromStructure<"valueWithRect:", HostRect>>},
+    {isOfClass, "NSRangeZEL", flat<fromStructure<"valueWithRange:", HostRange>>},
+    {isOfClass, "NSPointZEL", flat<fromStructure<"valueWithPoint:", HostPoint>>},
+    {isOfClass, "QTKitTimeZEL", flat<fromTime<"valueWithQTTimeZEL:">>},
+    {isOfClass, "QTKitTimeRangeZEL", flat<fromTime<"valueWithQTTimeRangeZEL:">>},
+    {isOfClass, "CMTimeMappingZEL", flat<fromTime<"valueWithCMTimeMappingZEL:">>},
+    {isOfClass, "CMTimeRangeZEL", flat<fromTime<"valueWithCMTimeRangeZEL:">>},
+    {isOfClass, "CMTimeZEL", flat<fromTime<"valueWithCMTimeZEL:">>},
 
-    {isOfClass, "WebPolicyDelegateZEL", wrappedObject},
+    {isOfClass, "WebPolicyDelegateZEL", flat<wrappedObject>},
 
-    {isOfClass, "CFStringZEL", coreFoundationObject},
-    {isOfClass, "CFNumberZEL", coreFoundationObject},
-    {isOfClass, "CFBinaryDataZEL", coreFoundationObject},
-    {isOfClass, "CFURLZEL", coreFoundationObject},
-    {isOfClass, "CFArrayZEL", coreFoundationObject},
-    {isOfClass, "CFDictionaryZEL", coreFoundationObject},
-    {isOfClass, "CFDateZEL", coreFoundationObject},
+    {isOfClass, "CFStringZEL", flat<coreFoundationObject>},
+    {isOfClass, "CFNumberZEL", flat<coreFoundationObject>},
+    {isOfClass, "CFBinaryDataZEL", flat<coreFoundationObject>},
+    {isOfClass, "CFURLZEL", flat<coreFoundationObject>},
+    {isOfClass, "CFArrayZEL", flat<coreFoundationObject>},
+    {isOfClass, "CFDictionaryZEL", flat<coreFoundationObject>},
+    {isOfClass, "CFDateZEL", flat<coreFoundationObject>},
 };
 
 }  // namespace
 
-id fromHostObject(REALobject object) {
+id fromHostObject(REALobject object, Nesting nesting) {
   for (const Kind& kind : kKinds) {
-    if (kind.matches(object, kind.text)) return kind.convert(object);
+    if (kind.matches(object, kind.text)) return kind.convert(object, nesting);
   }
   // Another plugin may define the class at any time; without it, this is a message to nil.
   return send<id, "wrap:">(lookUpClass("ZELREALobjectWrapper"), object);

@@ -87,8 +87,14 @@ id fromDate(REALobject variant) {
 
 struct Scalar {
   std::int32_t code;
-  id (*convert)(REALobject);
+  id (*convert)(REALobject, Nesting);
 };
+
+// For what has nothing in it.
+template <auto Convert, class Handle = REALobject>
+id flat(Handle value, Nesting /*nesting*/) {
+  return Convert(value);
+}
 
 constexpr auto fromInt32 =
     fromNumber<std::int32_t, GetVariantInt32, REALGetPropValueInt32, "Int32Value">;
@@ -100,9 +106,10 @@ constexpr auto fromDouble =
     fromNumber<double, GetVariantDouble, REALGetPropValueDouble, "DoubleValue">;
 
 constexpr Scalar kScalars[] = {
-    {2, fromInt32},   {16, fromInt32},   {3, fromInt64},   {4, fromSingle},  {5, fromDouble},
-    {6, fromDouble},  {11, fromBoolean}, {7, fromDate},    {8, fromString},  {18, fromString},
-    {19, fromString}, {20, fromString},  {21, fromString}, {23, fromString}, {9, fromHostObject},
+    {2, flat<fromInt32>},   {16, flat<fromInt32>},  {3, flat<fromInt64>},    {4, flat<fromSingle>},
+    {5, flat<fromDouble>},  {6, flat<fromDouble>},  {11, flat<fromBoolean>}, {7, flat<fromDate>},
+    {8, flat<fromString>},  {18, flat<fromString>}, {19, flat<fromString>},  {20, flat<fromString>},
+    {21, flat<fromString>}, {23, flat<fromString>}, {9, fromHostObject},
 };
 
 // --- arrays
@@ -126,21 +133,21 @@ T numberAt(REALarray array, std::int32_t index) {
 void add(id list, id object) { send<void, "addObject:">(list, object); }
 
 template <class T, auto& Read>
-void addNumberAt(id list, REALarray array, std::int32_t index) {
+void addNumberAt(id list, REALarray array, std::int32_t index, Nesting /*nesting*/) {
   add(list, number(numberAt<T, Read>(array, index)));
 }
 
 // A native object may live only as long as the element that it comes from, so the element is held
 // until the list holds the object.
-template <class Handle, auto& Read, id (*Convert)(Handle)>
-void addReferenceAt(id list, REALarray array, std::int32_t index) {
+template <class Handle, auto& Read, id (*Convert)(Handle, Nesting)>
+void addReferenceAt(id list, REALarray array, std::int32_t index, Nesting nesting) {
   unlocking(heldElement<Handle>(array, index, readElement<Handle, Read>),
-            [list](Handle element) { add(list, Convert(element)); });
+            [=](Handle element) { add(list, Convert(element, nesting)); });
 }
 
 struct Element {
   std::int32_t code;
-  void (*addTo)(id list, REALarray, std::int32_t index);
+  void (*addTo)(id list, REALarray, std::int32_t index, Nesting);
 };
 
 constexpr Element kElements[] = {
@@ -148,16 +155,17 @@ constexpr Element kElements[] = {
     {4099, addNumberAt<std::int64_t, REALGetArrayValueInt64>},
     {4100, addNumberAt<float, REALGetArrayValueSingle>},
     {4101, addNumberAt<double, REALGetArrayValueDouble>},
-    {4103, addReferenceAt<REALobject, REALGetArrayValueObject, dateOrNil>},
-    {4104, addReferenceAt<REALstring, REALGetArrayValueString, textOrNil>},
+    {4103, addReferenceAt<REALobject, REALGetArrayValueObject, flat<dateOrNil>>},
+    {4104, addReferenceAt<REALstring, REALGetArrayValueString, flat<textOrNil>>},
     {4105, addReferenceAt<REALobject, REALGetArrayValueObject, GetVariantAsNSObject>},
     {4107, addNumberAt<std::uint8_t, REALGetArrayValueUInt8>},
 };
 
-id fromArray(REALarray array, const Element& kind) {
+id fromArray(REALarray array, const Element& kind, Nesting nesting) {
+  const Nesting inside = nesting.deeper();
   const id list = send<id, "array">(classNamed<"NSMutableArray">());
   const std::int32_t last = REALGetArrayUBound(array);
-  for (std::int32_t i = 0; i <= last; ++i) kind.addTo(list, array, i);
+  for (std::int32_t i = 0; i <= last; ++i) kind.addTo(list, array, i, inside);
   return list;
 }
 
@@ -176,15 +184,16 @@ const Row* find(const Row (&rows)[Count], std::int32_t code) {
 
 }  // namespace
 
-id GetVariantAsNSObject(REALobject value) {
+id GetVariantAsNSObject(REALobject value, Nesting nesting) {
   if (value == nullptr) return nullptr;
   const std::int32_t type = typeOf(value);
   if (type > kFirstArray) {
     const Element* const kind = find(kElements, type);
-    return kind == nullptr ? nullptr : fromArray(reinterpret_cast<REALarray>(value), *kind);
+    if (kind == nullptr) return nullptr;
+    return fromArray(reinterpret_cast<REALarray>(value), *kind, nesting);
   }
   const Scalar* const kind = find(kScalars, type);
-  return kind == nullptr ? nullptr : kind->convert(value);
+  return kind == nullptr ? nullptr : kind->convert(value, nesting);
 }
 
 }  // namespace zel

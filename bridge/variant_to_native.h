@@ -1,6 +1,7 @@
 // Any host value as a native object.
 #pragma once
 
+#include "bridge/nesting.h"
 #include "native/corefoundation.h"
 #include "plugin/handles.h"
 
@@ -13,6 +14,7 @@ extern CFStringRef EmptyText;
 /// A native object of a host value (a Variant, array or object), which is only borrowed. The result
 /// is not the caller's: it is autoreleased, a constant, or owned by the host object that it came
 /// from. Nil for null and for what has no native object. Native exceptions pass.
-id GetVariantAsNSObject(REALobject value);
+/// @param nesting where the value stands; see there for one that is too deep.
+id GetVariantAsNSObject(REALobject value, Nesting nesting = {});
 
 }  // namespace zel

@@ -36,7 +36,8 @@ template <Name Message>
 REALobject askForDomain(REALobject instance, REALstring domainName) {
   return guarded<REALobject>([&] {
     const CFStringRef name = autoreleasedCFString(domainName);
-    return NSDictionaryRB(send<CFDictionaryRef, Message>(wrapped(instance), name));
+    return NSDictionaryRB(send<CFDictionaryRef, Message>(wrapped(instance), name),
+                          Nesting::aroundValues());
   });
 }
 
@@ -45,7 +46,7 @@ template <Name Message>
 void sendDomain(REALobject instance, REALdictionary domain, REALstring domainName) {
   guarded([&] {
     const CFStringRef name = autoreleasedCFString(domainName);
-    const CFDictionaryRef contents = NewNSDictionary(domain);
+    const CFDictionaryRef contents = NewNSDictionary(domain, Nesting::aroundValues());
     send<void, Message>(wrapped(instance), contents, name);
   });
 }
@@ -82,14 +83,15 @@ void removeSuiteNamed(REALobject instance, REALstring suiteName) {
 
 void registerDefaults(REALobject instance, REALdictionary values) {
   guarded([&] {
-    const CFDictionaryRef dictionary = NewNSDictionary(values);
+    const CFDictionaryRef dictionary = NewNSDictionary(values, Nesting::aroundValues());
     send<void, "registerDefaults:">(wrapped(instance), dictionary);
   });
 }
 
 REALobject dictionaryRepresentation(REALobject instance) {
   return guarded<REALobject>([&] {
-    return NSDictionaryRB(send<CFDictionaryRef, "dictionaryRepresentation">(wrapped(instance)));
+    return NSDictionaryRB(send<CFDictionaryRef, "dictionaryRepresentation">(wrapped(instance)),
+                          Nesting::aroundValues());
   });
 }
 

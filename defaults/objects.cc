@@ -25,7 +25,7 @@ REALobject variantAt(REALarray array, std::int32_t index) {
   return REALGetArrayObject(reinterpret_cast<REALobjectArray>(array), index);
 }
 
-id asText(REALstring string) {
+id asText(REALstring string, Nesting /*nesting*/) {
   return reinterpret_cast<id>(const_cast<CFStringObject*>(autoreleasedCFString(string)));
 }
 
@@ -33,15 +33,17 @@ id asText(REALstring string) {
 // converted are left out. A native object may live only as long as the element that it comes from,
 // so the element is held until the list holds the object.
 template <class Handle>
-id newList(REALarray array, Handle (*read)(REALarray, std::int32_t), id (*convert)(Handle)) {
+id newList(REALarray array, Handle (*read)(REALarray, std::int32_t),
+           id (*convert)(Handle, Nesting)) {
   if (array == nullptr) return nullptr;
   const std::int32_t last = REALGetArrayUBound(array);
   const id list = send<id, "arrayWithCapacity:">(classNamed<"NSMutableArray">(),
                                                  static_cast<NSUInteger>(NSInteger{last} + 1));
   if (list == nullptr) return nullptr;
+  const Nesting inside = Nesting().deeper();
   for (std::int32_t i = 0; i <= last; ++i) {
     unlocking(heldElement<Handle>(array, i, read), [=](Handle element) {
-      if (const id object = convert(element)) send<void, "addObject:">(list, object);
+      if (const id object = convert(element, inside)) send<void, "addObject:">(list, object);
     });
   }
   return list;

@@ -34,6 +34,7 @@ const std::vector<BuiltIn>& builtIns() {
       {"OutOfMemoryException", kExceptionClass, {}, nullptr},
       {kOutOfBounds, kExceptionClass, {}, nullptr},
       {"KeyNotFoundException", kExceptionClass, {}, nullptr},
+      {"StackOverflowException", kExceptionClass, {}, nullptr},
       {"NSExceptionZEL", kExceptionClass, {}, nullptr},
       {"Date",
        nullptr,

@@ -211,8 +211,9 @@ class Host {
   void onCall(std::function<void(std::string_view)> observer);
 
   // --- the host's classes. At start: RuntimeException and, below it,
-  // UnsupportedOperationException, OutOfMemoryException, OutOfBoundsException, KeyNotFoundException
-  // and NSExceptionZEL; Date, Dictionary, FolderItem and MemoryBlock.
+  // UnsupportedOperationException, OutOfMemoryException, OutOfBoundsException,
+  // KeyNotFoundException, StackOverflowException and NSExceptionZEL; Date, Dictionary, FolderItem
+  // and MemoryBlock.
   /// Adds a class of the host. @param superName "" for none, else a class that exists.
   void addClass(const std::string& name, const std::string& superName, std::int32_t dataSize = 16);
   /// Declares a property, such as "Year as integer", of a class; new objects have it.

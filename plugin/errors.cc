@@ -18,6 +18,10 @@ void writeToSystemLog(id exception) {
   NSLog(format, name, reason, send<id, "userInfo">(exception));
 }
 
+// Thrown when the host has been told what there is to tell. Any object would do that nobody else
+// throws: the class of exceptions is one.
+id nothingToTell() { return reinterpret_cast<id>(classNamed<"NSException">()); }
+
 }  // namespace
 
 void CocoaInit() {
@@ -50,8 +54,13 @@ void RaiseException(const char* className, const char* message,
   if (text != nullptr) REALUnlockString(text);
 }
 
+void raiseAndLeave(const char* className, const char* message) {
+  RaiseException(className, message, 0);
+  objc_exception_throw(nothingToTell());
+}
+
 void reportNativeException(id exception) {
-  if (exception == nullptr) return;
+  if (exception == nullptr || exception == nothingToTell()) return;
   if (!isInstanceOf<"NSException">(exception)) objc_exception_throw(exception);
   writeToSystemLog(exception);
   const auto hostException =

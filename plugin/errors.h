@@ -33,6 +33,11 @@ void describeException(REALobject exception, REALstring message);
 /// @param errorNumber taken and never used, deliberately: every exception raised here has number 0.
 void RaiseException(const char* className, const char* message, std::uint32_t errorNumber);
 
+/// Raises a host exception as above, with number 0, and leaves the body of the guard that is open,
+/// which then gives its neutral result. What holds references on the way gives them back. Only for
+/// code that a guard has called.
+[[noreturn]] void raiseAndLeave(const char* className, const char* message);
+
 /// Tells the host about a native exception that left a method: a log line, then the host exception
 /// that the family makes of it, if it makes one. What is no NSException is thrown on.
 /// @param exception nullable: null does nothing.

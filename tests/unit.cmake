@@ -27,6 +27,7 @@ zel_add_tests(unit_tests
     defaults/objects_test.cc
     defaults/domains_test.cc
     defaults/lists_test.cc
+    defaults/nesting_test.cc
     defaults/empty_host_test.cc
     defaults/calls_test.cc
     defaults/fault_calls.cc

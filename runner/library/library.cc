@@ -14,8 +14,9 @@ struct FurtherClass {
 };
 
 constexpr FurtherClass kFurtherClasses[] = {
-    {"IllegalCastException", "RuntimeException"},  {"InvalidArgumentException", "RuntimeException"},
-    {"NilObjectException", "RuntimeException"},    {"StackOverflowException", "RuntimeException"},
+    {"IllegalCastException", "RuntimeException"},
+    {"InvalidArgumentException", "RuntimeException"},
+    {"NilObjectException", "RuntimeException"},
     {"TypeMismatchException", "RuntimeException"},
 };
 

@@ -16,7 +16,7 @@ using namespace std::string_literals;
 
 class ObjectsToNativeTest : public PluginTest {
  protected:
-  id converted(const ObjectRef& object) { return fromHostObject(object.handle()); }
+  id converted(const ObjectRef& object) { return fromHostObject(object.handle(), {}); }
   std::string toNative(const ObjectRef& object) { return foundation.describe(converted(object)); }
   ObjectRef objectOf(const std::string& className) {
     host->addClass(className, "", 32);

@@ -7,14 +7,14 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/built_in_classes.h"
-#include "host/encodings.h"
-#include "host/entry_points.h"
-#include "host/exceptions.h"
-#include "host/invoke.h"
-#include "host/methods.h"
-#include "host/properties.h"
-#include "host/state.h"
+#include "host/internal/built_in_classes.h"
+#include "host/internal/encodings.h"
+#include "host/internal/entry_points.h"
+#include "host/internal/exceptions.h"
+#include "host/internal/invoke.h"
+#include "host/internal/methods.h"
+#include "host/internal/properties.h"
+#include "host/internal/state.h"
 
 namespace host {
 

@@ -4,7 +4,7 @@
 #include <iomanip>
 #include <ostream>
 
-#include "host/state.h"
+#include "host/internal/state.h"
 
 namespace host {
 namespace {

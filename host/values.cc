@@ -3,14 +3,14 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/dates.h"
-#include "host/describe.h"
-#include "host/dictionaries.h"
-#include "host/folder_items.h"
-#include "host/invoke.h"
-#include "host/memory_blocks.h"
-#include "host/state.h"
-#include "host/variants.h"
+#include "host/internal/dates.h"
+#include "host/internal/describe.h"
+#include "host/internal/dictionaries.h"
+#include "host/internal/folder_items.h"
+#include "host/internal/invoke.h"
+#include "host/internal/memory_blocks.h"
+#include "host/internal/state.h"
+#include "host/internal/variants.h"
 
 namespace host {
 

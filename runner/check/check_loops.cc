@@ -3,7 +3,7 @@
 #include <optional>
 #include <utility>
 
-#include "host/arrays.h"
+#include "host/internal/arrays.h"
 #include "runner/check/checker.h"
 #include "runner/library/natives.h"
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/arrays.h"
-#include "host/variants.h"
+#include "host/internal/arrays.h"
+#include "host/internal/variants.h"
 #include "runner/library/natives.h"
 #include "runner/run/operations.h"
 #include "runner/run/values.h"

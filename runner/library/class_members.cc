@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <string>
 
-#include "host/arrays.h"
-#include "host/dictionaries.h"
-#include "host/variants.h"
+#include "host/internal/arrays.h"
+#include "host/internal/dictionaries.h"
+#include "host/internal/variants.h"
 #include "runner/library/natives.h"
 #include "runner/run/values.h"
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "host/memory_blocks.h"
+#include "host/internal/memory_blocks.h"
 #include "runner/library/natives.h"
 #include "runner/run/values.h"
 

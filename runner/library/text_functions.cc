@@ -5,7 +5,7 @@
 #include <limits>
 #include <string>
 
-#include "host/arrays.h"
+#include "host/internal/arrays.h"
 #include "runner/library/natives.h"
 #include "runner/run/values.h"
 #include "runner/syntax/text.h"

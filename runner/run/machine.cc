@@ -1,6 +1,6 @@
 #include "runner/run/machine.h"
 
-#include "host/exceptions.h"
+#include "host/internal/exceptions.h"
 
 namespace runner {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "host/host.h"
-#include "host/state.h"
+#include "host/internal/state.h"
 
 namespace runner {
 

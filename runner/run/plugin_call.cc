@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "host/variants.h"
+#include "host/internal/variants.h"
 
 namespace runner {
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/invoke.h"
+#include "host/internal/invoke.h"
 #include "runner/run/machine.h"
 
 namespace runner {

@@ -7,8 +7,8 @@
 #include <limits>
 #include <variant>
 
-#include "host/arrays.h"
-#include "host/element_types.h"
+#include "host/internal/arrays.h"
+#include "host/internal/element_types.h"
 #include "runner/syntax/text.h"
 
 namespace runner {

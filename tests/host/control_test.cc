@@ -6,7 +6,7 @@
 #include <typeinfo>
 #include <vector>
 
-#include "host/entry_points.h"
+#include "host/internal/entry_points.h"
 #include "native/files.h"
 #include "tests/host/sample_plugin.h"
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/dictionaries.h"
-#include "host/state.h"
+#include "host/internal/dictionaries.h"
+#include "host/internal/state.h"
 #include "tests/host/sample_plugin.h"
 
 namespace tests {

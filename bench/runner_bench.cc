@@ -9,7 +9,7 @@
 
 #include "host/host.h"
 #include "runner/command/session.h"
-#include "runner/syntax/source.h"
+#include "runner/text/source.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "runner/library/library.h"
 #include "runner/run/operations.h"
 #include "runner/syntax/ast.h"
-#include "runner/syntax/diagnostic.h"
+#include "runner/text/diagnostic.h"
 
 namespace runner {
 

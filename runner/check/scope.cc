@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "runner/syntax/parser.h"
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {

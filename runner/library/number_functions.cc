@@ -8,7 +8,7 @@
 #include "runner/library/format.h"
 #include "runner/library/natives.h"
 #include "runner/run/values.h"
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {

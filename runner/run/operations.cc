@@ -9,7 +9,7 @@
 #include <tuple>
 #include <utility>
 
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "host/internal/arrays.h"
 #include "host/internal/element_types.h"
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "host/declaration.h"
 #include "host/value.h"
-#include "runner/syntax/source.h"
+#include "runner/text/source.h"
 
 namespace runner {
 

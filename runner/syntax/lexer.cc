@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "host/declaration.h"
-#include "runner/syntax/diagnostic.h"
-#include "runner/syntax/text.h"
+#include "runner/text/diagnostic.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/value.h"
-#include "runner/syntax/source.h"
+#include "runner/text/source.h"
 
 namespace runner {
 

@@ -1,8 +1,8 @@
 // Statements other than loops.
 #include <utility>
 
-#include "runner/syntax/diagnostic.h"
 #include "runner/syntax/program_parser.h"
+#include "runner/text/diagnostic.h"
 
 namespace runner {
 namespace {

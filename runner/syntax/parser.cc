@@ -4,8 +4,8 @@
 #include <iterator>
 #include <utility>
 
-#include "runner/syntax/diagnostic.h"
 #include "runner/syntax/program_parser.h"
+#include "runner/text/diagnostic.h"
 
 namespace runner {
 namespace {

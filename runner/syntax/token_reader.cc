@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "runner/syntax/diagnostic.h"
+#include "runner/text/diagnostic.h"
 
 namespace runner {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <map>
 
-#include "runner/syntax/diagnostic.h"
+#include "runner/text/diagnostic.h"
 
 namespace runner {
 namespace {

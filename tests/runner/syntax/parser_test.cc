@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "runner/syntax/diagnostic.h"
+#include "runner/text/diagnostic.h"
 
 namespace runner {
 namespace {

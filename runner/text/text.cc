@@ -1,4 +1,4 @@
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 #include <algorithm>
 #include <cstdint>

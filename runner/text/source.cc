@@ -1,9 +1,9 @@
-#include "runner/syntax/source.h"
+#include "runner/text/source.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 

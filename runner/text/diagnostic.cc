@@ -1,8 +1,8 @@
-#include "runner/syntax/diagnostic.h"
+#include "runner/text/diagnostic.h"
 
 #include <algorithm>
 
-#include "runner/syntax/text.h"
+#include "runner/text/text.h"
 
 namespace runner {
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "runner/syntax/source.h"
+#include "runner/text/source.h"
 
 namespace runner {
 

@@ -159,6 +159,11 @@ void Host::unlock(zel::REALstring string) {
     state_->ledger.dropReference(*state_, *found, "Host::unlock");
 }
 
+const RegisteredClass* Host::classOf(const ObjectRef& object) const {
+  const auto* const found = state_->ledger.peek<HostObject>(object.handle());
+  return found == nullptr ? nullptr : &found->hostClass().description;
+}
+
 Value Host::property(const ObjectRef& object, const std::string& name) const {
   return readProperty(*state_, thingOf<HostObject>(*state_, object), name);
 }
@@ -233,6 +238,8 @@ std::vector<ObjectRef> Host::takePendingObjects() {
     raised.push_back(ObjectRef::adopt(exception));
   return raised;
 }
+
+bool Host::hasPending() const { return !state_->pending.empty(); }
 
 std::string Host::unbalanced() const { return state_->ledger.unbalanced(); }
 

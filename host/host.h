@@ -14,11 +14,13 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "host/array.h"
 #include "host/border.h"
 #include "host/declaration.h"
 #include "host/value.h"
@@ -30,10 +32,6 @@ using Resolver = void* (*)(const char* name);
 }  // namespace zel
 
 namespace host {
-
-namespace internal {
-struct State;
-}
 
 /// The plugin's entry, REALPluginMain.
 using PluginMain = void (*)(zel::Resolver);
@@ -140,8 +138,8 @@ class Host {
   /// What a variant holds: objects and arrays as they are, std::monostate for the null handle and
   /// for one that holds nothing. Every other value is given back as it is.
   [[nodiscard]] Value valueOf(const Value& variant) const;
-  /// The type code, as "VarType" gives it; 0 for no object.
-  [[nodiscard]] std::int32_t typeOf(const ObjectRef& variant) const;
+  /// The type code that a value has as a variant, as "VarType" gives it; 0 for no object.
+  [[nodiscard]] std::int32_t typeOf(const Value& variant) const;
   /// Any value as a literal, in one line and down to the last element:
   ///   nil  true  Int32 7  Int64 7  UInt32 7  UInt64 7  Single 2.5  Double 2.5  "text"
   ///   ["a", nil]  {"key": Int32 1}  Date 2020-01-31 23:59:59  MemoryBlock 0102ff
@@ -159,15 +157,25 @@ class Host {
   ObjectRef array(std::int32_t elementType, const std::vector<Value>& elements = {});
   /// The elements, variants among them as what they hold.
   [[nodiscard]] std::vector<Value> elements(const ObjectRef& array) const;
+  /// The array to read and change in place; nullopt when the reference is on something else or on
+  /// nothing.
+  [[nodiscard]] std::optional<Array> findArray(const ObjectRef& object) const;
 
-  // --- the host's own classes
+  // --- the host's own classes. Objects of another class throw std::invalid_argument.
   /// A Dictionary. Keys are equal when they are equal texts (by their bytes: case matters), equal
   /// numbers of any types, equal booleans, both nothing, or the same object.
   ObjectRef dictionary(const Entries& entries = {});
   /// The entries in the order in which their keys were first set.
   [[nodiscard]] Entries entries(const ObjectRef& dictionary) const;
+  [[nodiscard]] bool hasKey(const ObjectRef& dictionary, const Value& key) const;
+  /// What a key stands for; nullopt when there is no such key. Raises nothing.
+  [[nodiscard]] std::optional<Value> lookUp(const ObjectRef& dictionary, const Value& key) const;
+  /// Removes a key and what it stands for. False when there was no such key.
+  bool removeKey(const ObjectRef& dictionary, const Value& key);
   ObjectRef memoryBlock(std::string_view bytes);
   [[nodiscard]] std::string bytesOf(const ObjectRef& block) const;
+  /// The block's own bytes, to be read and written while it lives.
+  [[nodiscard]] std::span<std::byte> storageOf(const ObjectRef& block) const;
   /// What "memoryBlockGetSize" answers for the block from now on, true or not.
   void reportSize(const ObjectRef& block, std::int32_t size);
   ObjectRef date(const DateFields& fields);
@@ -177,6 +185,9 @@ class Host {
   [[nodiscard]] std::string pathOf(const ObjectRef& item) const;
 
   // --- what every object has
+  /// The class of an object; null for arrays, for variants that hold no object, and for no object.
+  /// Valid while the object lives.
+  [[nodiscard]] const RegisteredClass* classOf(const ObjectRef& object) const;
   [[nodiscard]] Value property(const ObjectRef& object, const std::string& name) const;
   void setProperty(const ObjectRef& object, const std::string& name, const Value& value);
   /// The instance data.
@@ -233,6 +244,8 @@ class Host {
   std::vector<Raised> takePending();
   /// The same exceptions as the objects that they are.
   std::vector<ObjectRef> takePendingObjects();
+  /// Whether there are any to take.
+  [[nodiscard]] bool hasPending() const;
   /// What hasn't been given back, one line each, and what was written to after it died; "" when
   /// all is well. Exceptions that nobody has taken yet count as well.
   [[nodiscard]] std::string unbalanced() const;

@@ -25,6 +25,8 @@ T& made(T* object) {
   return *object;
 }
 
+ObjectRef boxed(State& state, const Value& value) { return ObjectRef::adopt(box(state, value)); }
+
 }  // namespace
 
 ObjectRef Host::variant(const Value& value, std::optional<std::int32_t> type) {
@@ -36,8 +38,8 @@ Value Host::valueOf(const Value& variant) const {
   return object == nullptr ? variant : unbox(*state_, object->handle());
 }
 
-std::int32_t Host::typeOf(const ObjectRef& variant) const {
-  return varType(*state_, variant.handle());
+std::int32_t Host::typeOf(const Value& variant) const {
+  return varType(*state_, boxed(*state_, variant).handle());
 }
 
 std::string Host::describe(const Value& value) const { return internal::describe(*state_, value); }
@@ -52,19 +54,23 @@ ObjectRef Host::array(std::int32_t elementType, const std::vector<Value>& elemen
 }
 
 std::vector<Value> Host::elements(const ObjectRef& array) const {
-  const auto& found = thingOf<HostArray>(*state_, array);
+  const Array found(*state_, thingOf<HostArray>(*state_, array));
   std::vector<Value> values;
   values.reserve(found.size());
-  for (std::size_t i = 0; i < found.size(); ++i) values.push_back(valueOf(found.value(*state_, i)));
+  for (std::size_t i = 0; i < found.size(); ++i) values.push_back(found.at(i));
   return values;
+}
+
+std::optional<Array> Host::findArray(const ObjectRef& object) const {
+  auto* const found = state_->ledger.peek<HostArray>(object.handle());
+  return found == nullptr ? std::nullopt : std::optional(Array(*state_, *found));
 }
 
 ObjectRef Host::dictionary(const Entries& entries) {
   ObjectRef dictionary = make("Dictionary");
   for (const auto& [key, value] : entries) {
-    const ObjectRef boxedKey = ObjectRef::adopt(box(*state_, key));
-    const ObjectRef boxedValue = ObjectRef::adopt(box(*state_, value));
-    setDictionaryValue(*state_, dictionary.handle(), boxedKey.handle(), boxedValue.handle());
+    setDictionaryValue(*state_, dictionary.handle(), boxed(*state_, key).handle(),
+                       boxed(*state_, value).handle());
   }
   return dictionary;
 }
@@ -76,6 +82,23 @@ Entries Host::entries(const ObjectRef& dictionary) const {
   return entries;
 }
 
+bool Host::hasKey(const ObjectRef& dictionary, const Value& key) const {
+  const zel::REALobject found = thingOf<HostDictionary>(*state_, dictionary).object();
+  return hasDictionaryKey(*state_, found, boxed(*state_, key).handle());
+}
+
+std::optional<Value> Host::lookUp(const ObjectRef& dictionary, const Value& key) const {
+  const zel::REALobject found = thingOf<HostDictionary>(*state_, dictionary).object();
+  const ObjectRef asked = boxed(*state_, key);
+  if (!hasDictionaryKey(*state_, found, asked.handle())) return std::nullopt;
+  return valueOf(ObjectRef::adopt(dictionaryValue(*state_, found, asked.handle())));
+}
+
+bool Host::removeKey(const ObjectRef& dictionary, const Value& key) {
+  const zel::REALobject found = thingOf<HostDictionary>(*state_, dictionary).object();
+  return removeDictionaryKey(*state_, found, boxed(*state_, key).handle());
+}
+
 ObjectRef Host::memoryBlock(std::string_view bytes) {
   zel::REALmemoryBlock const block =
       newMemoryBlock(*state_, static_cast<std::int32_t>(bytes.size()));
@@ -85,8 +108,13 @@ ObjectRef Host::memoryBlock(std::string_view bytes) {
 }
 
 std::string Host::bytesOf(const ObjectRef& block) const {
+  const std::span<std::byte> bytes = storageOf(block);
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::span<std::byte> Host::storageOf(const ObjectRef& block) const {
   const auto& found = thingOf<HostMemoryBlock>(*state_, block);
-  return {static_cast<const char*>(found.bytes()), found.size()};
+  return {static_cast<std::byte*>(found.bytes()), found.size()};
 }
 
 void Host::reportSize(const ObjectRef& block, std::int32_t size) {

@@ -1,12 +1,14 @@
 // What the reference host offers to programs that run in it, beyond what plugins ask of it.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "host/internal/dictionaries.h"
-#include "host/internal/state.h"
 #include "tests/host/sample_plugin.h"
 
 namespace tests {
@@ -14,15 +16,12 @@ namespace {
 
 using host::Host;
 using host::ObjectRef;
-using host::internal::HostArray;
-using host::internal::State;
-
-State& state() { return host::internal::currentState("a test"); }
+using host::Value;
 
 class HostProgramsTest : public HostTest {
  protected:
-  static HostArray& in(const ObjectRef& array) {
-    return host::internal::thingOf<HostArray>(state(), array);
+  [[nodiscard]] host::Array in(const ObjectRef& array) const {
+    return host->findArray(array).value();
   }
 };
 
@@ -33,52 +32,101 @@ TEST_F(HostProgramsTest, KnowsTheNamesOfItsClasses) {
   EXPECT_EQ(std::count(names.begin(), names.end(), "SampleZEL"), 1);
 }
 
+TEST_F(HostProgramsTest, FindsArraysAmongObjects) {
+  EXPECT_FALSE(host->findArray(ObjectRef()));
+  EXPECT_FALSE(host->findArray(host->dictionary()));
+  EXPECT_FALSE(host->findArray(host->variant(5)));
+  const ObjectRef array = host->array(4098, {7, 8});
+  EXPECT_EQ(in(array).type(), 4098);
+  EXPECT_EQ(in(array).size(), 2U);
+  EXPECT_EQ(in(array).at(1), Value(8));
+  EXPECT_EQ(in(host->array(Host::kObjectElements, {"boxed"})).at(0), Value("boxed"));
+  EXPECT_EQ(in(host->array(Host::kObjectElements, {Value()})).at(0), Value());
+}
+
 TEST_F(HostProgramsTest, ChangesArraysInPlace) {
-  const ObjectRef array = host->array(Host::kStringElements, {"a", "b", "c"});
-  in(array).insert(state(), 1, "new");
+  const ObjectRef array = host->array(Host::kStringElements, {"a", "b"});
+  in(array).append("c");
+  in(array).insert(1, "new");
   EXPECT_EQ(host->describe(array), R"(["a", "new", "b", "c"])");
-  in(array).replace(state(), 0, "first");
-  in(array).remove(state(), 2);
+  in(array).replace(0, "first");
+  in(array).remove(2);
   EXPECT_EQ(host->describe(array), R"(["first", "new", "c"])");
-  in(array).resize(state(), 1);
+  in(array).resize(1);
   EXPECT_EQ(host->describe(array), R"(["first"])");
-  in(array).resize(state(), 2);
+  in(array).resize(2);
   EXPECT_EQ(host->describe(array), R"(["first", ""])");
-  EXPECT_THROW(in(array).insert(state(), 0, 5), std::invalid_argument);
+  EXPECT_THROW(in(array).insert(0, 5), std::invalid_argument);
 }
 
 TEST_F(HostProgramsTest, GivesUpTheElementsThatLeaveAnArray) {
   const ObjectRef element = host->make("RuntimeException");
   const ObjectRef array = host->array(Host::kObjectElements, {element, element, element});
   EXPECT_EQ(host->references(element.handle()), 4);
-  in(array).remove(state(), 0);
+  in(array).remove(0);
   EXPECT_EQ(host->references(element.handle()), 3);
-  in(array).replace(state(), 0, ObjectRef());
+  in(array).replace(0, ObjectRef());
   EXPECT_EQ(host->references(element.handle()), 2);
-  in(array).resize(state(), 0);
+  in(array).resize(0);
   EXPECT_EQ(host->references(element.handle()), 1);
+}
+
+TEST_F(HostProgramsTest, LooksKeysOfDictionariesUp) {
+  const ObjectRef dictionary = host->dictionary({{"a", 1}, {2, "two"}, {"nothing", Value()}});
+  EXPECT_TRUE(host->hasKey(dictionary, "a"));
+  EXPECT_FALSE(host->hasKey(dictionary, "b"));
+  EXPECT_EQ(host->lookUp(dictionary, "a"), Value(1));
+  EXPECT_EQ(host->lookUp(dictionary, 2.0), Value("two"));
+  EXPECT_EQ(host->lookUp(dictionary, "nothing"), Value());
+  EXPECT_EQ(host->lookUp(dictionary, "b"), std::nullopt);
+  EXPECT_FALSE(host->hasPending());
+  EXPECT_THROW(host->removeKey(host->make("RuntimeException"), "a"), std::invalid_argument);
 }
 
 TEST_F(HostProgramsTest, RemovesKeysOfDictionaries) {
   const ObjectRef value = host->make("RuntimeException");
   const ObjectRef dictionary = host->dictionary({{"a", 1}, {"b", value}, {"c", 3}});
-  const ObjectRef key = host->variant(std::string("b"));
-  EXPECT_TRUE(host::internal::hasDictionaryKey(state(), dictionary.handle(), key.handle()));
-  EXPECT_TRUE(host::internal::removeDictionaryKey(state(), dictionary.handle(), key.handle()));
+  EXPECT_TRUE(host->removeKey(dictionary, "b"));
   EXPECT_EQ(host->references(value.handle()), 1);
-  EXPECT_FALSE(host::internal::hasDictionaryKey(state(), dictionary.handle(), key.handle()));
-  EXPECT_FALSE(host::internal::removeDictionaryKey(state(), dictionary.handle(), key.handle()));
+  EXPECT_FALSE(host->hasKey(dictionary, "b"));
+  EXPECT_FALSE(host->removeKey(dictionary, "b"));
   EXPECT_EQ(host->describe(dictionary), R"({"a": Int32 1, "c": Int32 3})");
-  EXPECT_EQ(host->property(dictionary, "Count"), host::Value(2));
+  EXPECT_EQ(host->property(dictionary, "Count"), Value(2));
   // What stood behind the removed key is still found.
-  const ObjectRef last = host->variant(std::string("c"));
-  EXPECT_TRUE(host::internal::hasDictionaryKey(state(), dictionary.handle(), last.handle()));
+  EXPECT_TRUE(host->hasKey(dictionary, "c"));
+}
+
+TEST_F(HostProgramsTest, LendsTheBytesOfMemoryBlocks) {
+  const ObjectRef block = host->memoryBlock("abc");
+  const std::span<std::byte> bytes = host->storageOf(block);
+  ASSERT_EQ(bytes.size(), 3U);
+  bytes[1] = std::byte{'x'};
+  EXPECT_EQ(host->bytesOf(block), "axc");
+  EXPECT_THROW(static_cast<void>(host->storageOf(host->dictionary())), std::invalid_argument);
+}
+
+TEST_F(HostProgramsTest, KnowsTheClassesOfObjects) {
+  EXPECT_EQ(host->classOf(host->dictionary()), host->findClass("Dictionary"));
+  EXPECT_EQ(host->classOf(host->array(Host::kStringElements)), nullptr);
+  EXPECT_EQ(host->classOf(host->variant(5)), nullptr);
+  EXPECT_EQ(host->classOf(ObjectRef()), nullptr);
+}
+
+TEST_F(HostProgramsTest, KnowsTheTypesOfValuesAsVariants) {
+  EXPECT_EQ(host->typeOf(Value()), 0);
+  EXPECT_EQ(host->typeOf(5), 2);
+  EXPECT_EQ(host->typeOf(std::int64_t{5}), 3);
+  EXPECT_EQ(host->typeOf("text"), 8);
+  EXPECT_EQ(host->typeOf(host->variant(5, 16)), 16);
+  EXPECT_EQ(host->typeOf(host->dictionary()), 9);
 }
 
 TEST_F(HostProgramsTest, GivesPendingExceptionsAsObjects) {
   const ObjectRef exception = host->make("OutOfBoundsException");
   entryPoint<void(zel::REALobject)>("RuntimeRaiseException")(exception.handle());
+  EXPECT_TRUE(host->hasPending());
   EXPECT_EQ(host->takePendingObjects(), std::vector<ObjectRef>{exception});
+  EXPECT_FALSE(host->hasPending());
   EXPECT_EQ(host->takePendingObjects(), std::vector<ObjectRef>{});
 }
 

@@ -11,8 +11,8 @@
 #include "host/internal/encodings.h"
 #include "host/internal/entry_points.h"
 #include "host/internal/exceptions.h"
-#include "host/internal/invoke.h"
 #include "host/internal/methods.h"
+#include "host/internal/passing.h"
 #include "host/internal/properties.h"
 #include "host/internal/state.h"
 

@@ -23,6 +23,7 @@
 #include "host/array.h"
 #include "host/border.h"
 #include "host/declaration.h"
+#include "host/prepared_call.h"
 #include "host/value.h"
 #include "plugin/handles.h"
 
@@ -35,8 +36,6 @@ namespace host {
 
 /// The plugin's entry, REALPluginMain.
 using PluginMain = void (*)(zel::Resolver);
-/// A function that the plugin registered; its true type follows from its declaration.
-using PluginFunction = void (*)();
 
 struct HostOptions {
   /// Answered by "REALGetRBVersion"; nullopt: that entry point is unknown. Decides how strings are

@@ -7,8 +7,8 @@
 #include "host/internal/describe.h"
 #include "host/internal/dictionaries.h"
 #include "host/internal/folder_items.h"
-#include "host/internal/invoke.h"
 #include "host/internal/memory_blocks.h"
+#include "host/internal/passing.h"
 #include "host/internal/state.h"
 #include "host/internal/variants.h"
 

@@ -5,8 +5,9 @@
 #include <stdexcept>
 
 #include "host/internal/entry_points.h"
-#include "host/internal/invoke.h"
+#include "host/internal/passing.h"
 #include "host/internal/state.h"
+#include "host/prepared_call.h"
 
 namespace host::internal {
 namespace {
@@ -70,14 +71,10 @@ const RegisteredMethod& theMethod(const Target& target, const std::string& name,
   return *found;
 }
 
-Value invoke(State& state, const Target& target, const RegisteredMethod& method,
+Value invoke(const Target& target, const RegisteredMethod& method,
              const std::vector<Value>& arguments) {
-  const Declaration& declaration = method.declaration;
-  Invocation invocation(state);
-  if (target.instance != nullptr) invocation.passInstance(target.instance);
-  for (std::size_t i = 0; i < arguments.size(); ++i)
-    invocation.pass(declaration.parameters[i].type, arguments[i]);
-  return invocation.run(method.function, declaration.result ? &*declaration.result : nullptr);
+  const PreparedCall call(method.function, method.declaration, target.instance != nullptr);
+  return call.run(target.instance, arguments.data());
 }
 
 // What an assignment to the method calls: the method itself when it assigns, or the setter of a
@@ -105,7 +102,7 @@ Value callMethod(State& state, const Target& target, const std::string& name,
       });
   if (method.function == nullptr)
     failToFind(target.hostClass, target.instance == nullptr, name, "it has no function");
-  return invoke(state, target, method, arguments);
+  return invoke(target, method, arguments);
 }
 
 void assignToMethod(State& state, const Target& target, const std::string& name,
@@ -119,7 +116,7 @@ void assignToMethod(State& state, const Target& target, const std::string& name,
   const RegisteredMethod setter = setterOf(theMethod(target, name, fits)).value();
   if (setter.function == nullptr)
     failToFind(target.hostClass, target.instance == nullptr, name, "it has no setter");
-  invoke(state, target, setter, all);
+  invoke(target, setter, all);
 }
 
 bool assignable(const HostClass& hostClass, const std::string& name) {

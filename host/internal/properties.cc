@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "host/internal/invoke.h"
+#include "host/internal/passing.h"
 #include "host/internal/state.h"
 #include "host/internal/variants.h"
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/internal/invoke.h"
+#include "host/internal/passing.h"
 #include "runner/run/machine.h"
 
 namespace runner {

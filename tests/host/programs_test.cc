@@ -3,12 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <memory>
 #include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "host/prepared_call.h"
 #include "tests/host/sample_plugin.h"
 
 namespace tests {
@@ -16,12 +18,25 @@ namespace {
 
 using host::Host;
 using host::ObjectRef;
+using host::PreparedCall;
+using host::ReadyText;
+using host::RegisteredMethod;
 using host::Value;
 
 class HostProgramsTest : public HostTest {
  protected:
   [[nodiscard]] host::Array in(const ObjectRef& array) const {
     return host->findArray(array).value();
+  }
+  /// A method of the sample class, or a shared one, ready to be called.
+  [[nodiscard]] std::unique_ptr<PreparedCall> prepared(const std::string& declaration,
+                                                       bool ofInstance = true) const {
+    const host::RegisteredClass& sample = *host->findClass("SampleZEL");
+    for (const RegisteredMethod& method : ofInstance ? sample.methods : sample.sharedMethods) {
+      if (method.text == declaration)
+        return std::make_unique<PreparedCall>(method.function, method.declaration, ofInstance);
+    }
+    throw std::invalid_argument(declaration);
   }
 };
 
@@ -119,6 +134,63 @@ TEST_F(HostProgramsTest, KnowsTheTypesOfValuesAsVariants) {
   EXPECT_EQ(host->typeOf("text"), 8);
   EXPECT_EQ(host->typeOf(host->variant(5, 16)), 16);
   EXPECT_EQ(host->typeOf(host->dictionary()), 9);
+}
+
+// --- calls that are prepared once
+
+TEST_F(HostProgramsTest, CallsWhatIsPreparedAgainAndAgain) {
+  load();
+  const ObjectRef sample = host->make("SampleZEL");
+  const auto mixed = prepared(
+      "mixed(a as single, b as string, c as double, d as boolean, e as integer) as double");
+  const std::vector<Value> arguments = {1.5F, "b", 20.25, std::int8_t{1}, 300};
+  EXPECT_EQ(mixed->run(sample.handle(), arguments.data()), Value(1322.75));
+  EXPECT_EQ(mixed->run(sample.handle(), arguments.data()), Value(1322.75));
+  EXPECT_EQ(prepared("version as string", false)->run(nullptr, nullptr), Value(host::Text("1.0")));
+}
+
+TEST_F(HostProgramsTest, MakesVariantsOfArgumentsForTheTimeOfACall) {
+  load();
+  const ObjectRef sample = host->make("SampleZEL");
+  const auto same = prepared("sameVariant(value as variant) as variant");
+  const Value text = "boxed";
+  const Value result = same->run(sample.handle(), &text);
+  EXPECT_EQ(host->references(std::get<ObjectRef>(result).handle()), 1);
+  EXPECT_EQ(host->valueOf(result), Value("boxed"));
+  const Value object = sample;
+  EXPECT_EQ(same->run(sample.handle(), &object), object);
+  const Value nothing;
+  EXPECT_EQ(same->run(sample.handle(), &nothing), Value(ObjectRef()));
+}
+
+TEST_F(HostProgramsTest, GivesArgumentsBackWhenACallThrows) {
+  load();
+  const ObjectRef sample = host->make("SampleZEL");
+  const Value text = "text";
+  EXPECT_THROW(prepared("throw(text as string)")->run(sample.handle(), &text), std::string);
+}
+
+TEST_F(HostProgramsTest, PassesAReadyTextWithoutMakingItAgain) {
+  load();
+  const ObjectRef sample = host->make("SampleZEL");
+  std::vector<std::unique_ptr<ReadyText>> ready;
+  ready.push_back(std::make_unique<ReadyText>("ready"));
+  const auto echo = prepared("convert(text as string) as string");
+  const Value ignored = "ignored";
+  EXPECT_EQ(echo->run(sample.handle(), &ignored, ready), Value("ready"));
+  const zel::REALstring string = ready[0]->handle();
+  EXPECT_EQ(echo->run(sample.handle(), &ignored, ready), Value("ready"));
+  EXPECT_EQ(ready[0]->handle(), string);
+  EXPECT_EQ(host->references(string), 1);
+  ready[0] = nullptr;
+  EXPECT_EQ(host->references(string), 0);
+  EXPECT_EQ(echo->run(sample.handle(), &ignored, ready), Value("ignored"));
+}
+
+TEST_F(HostProgramsTest, RefusesMoreParametersThanCallsHaveRoomFor) {
+  host::Declaration declaration{"wide", {}, std::nullopt};
+  declaration.parameters.resize(PreparedCall::kMostParameters + 1);
+  EXPECT_THROW(PreparedCall([] {}, declaration, true), std::invalid_argument);
 }
 
 TEST_F(HostProgramsTest, GivesPendingExceptionsAsObjects) {

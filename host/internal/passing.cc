@@ -1,4 +1,4 @@
-#include "host/internal/invoke.h"
+#include "host/internal/passing.h"
 
 #include <algorithm>
 #include <iterator>
@@ -77,6 +77,12 @@ Slot packObject(State& state, const Value& value) {
   return slot;
 }
 
+Slot packVariant(State& state, const Value& value) {
+  Slot slot{};
+  slot.handle = box(state, value);
+  return slot;
+}
+
 Value unpackObject(State& state, const Slot& slot) {
   if (slot.handle == nullptr) return ObjectRef();
   if (state.ledger.find<AnyObject>(slot.handle, "the result of a method") == nullptr)
@@ -96,6 +102,7 @@ const TypeRules kRules[] = {
     {"boolean", &ffi_type_sint8, is<std::int8_t>, packNumber<&Slot::boolean, std::int8_t>,
      unpackWidened<std::int8_t>},
     {"string", &ffi_type_pointer, isString, packString, unpackString},
+    {"variant", &ffi_type_pointer, isObject, packVariant, unpackObject},
     {"", &ffi_type_pointer, isObject, packObject, unpackObject},
 };
 
@@ -107,39 +114,6 @@ const TypeRules& rulesOf(const Type& type) {
     return !type.array && sameName(rules.name, type.name);
   });
   return *found;
-}
-
-Invocation::~Invocation() {
-  for (void* const handle : owned_) state_.ledger.drop(state_, handle);
-}
-
-void Invocation::passInstance(zel::REALobject instance) {
-  types_.push_back(&ffi_type_pointer);
-  slots_.push_back(Slot{});
-  slots_.back().handle = instance;
-}
-
-void Invocation::pass(const Type& type, const Value& value) {
-  const TypeRules& rules = rulesOf(type);
-  types_.push_back(rules.passing);
-  slots_.push_back(rules.pack(state_, value));
-  if (rules.passing == &ffi_type_pointer) owned_.push_back(slots_.back().handle);
-}
-
-Value Invocation::run(PluginFunction function, const Type* result) {
-  const TypeRules* const rules = result == nullptr ? nullptr : &rulesOf(*result);
-  ffi_type* const resultType = rules == nullptr ? &ffi_type_void : rules->passing;
-  ffi_cif cif;
-  if (ffi_prep_cif(&cif, FFI_DEFAULT_ABI, static_cast<unsigned>(types_.size()), resultType,
-                   types_.data()) != FFI_OK)
-    throw std::logic_error("libffi refuses the call");
-  std::vector<void*> addresses;
-  for (Slot& slot : slots_) addresses.push_back(&slot);
-  Slot returned{};
-  void** const arguments = addresses.data();
-  state_.options.border.in(
-      [&cif, function, &returned, arguments] { ffi_call(&cif, function, &returned, arguments); });
-  return rules == nullptr ? Value() : rules->unpack(state_, returned);
 }
 
 Value valueOf(State& state, zel::REALstring string) {

@@ -1,14 +1,15 @@
-// Calls of functions whose types are known only from a declaration.
+// How the values of a declaration's types pass when a function is called.
 #pragma once
 
 #include <ffi.h>
 #include <string_view>
-#include <vector>
 
 #include "host/declaration.h"
-#include "host/host.h"
+#include "host/value.h"
 
 namespace host::internal {
+
+struct State;
 
 /// One argument or result as it passes.
 union Slot {
@@ -33,27 +34,6 @@ struct TypeRules {
 };
 
 const TypeRules& rulesOf(const Type& type);
-
-/// One call: the arguments and what they need while it lasts.
-class Invocation {
- public:
-  explicit Invocation(State& state) : state_(state) {}
-  ~Invocation();
-  Invocation(const Invocation&) = delete;
-  Invocation& operator=(const Invocation&) = delete;
-
-  /// The instance comes first, except for a shared method. The caller keeps it alive.
-  void passInstance(zel::REALobject instance);
-  void pass(const Type& type, const Value& value);
-  /// Calls the function. @param result of the declaration; null: none.
-  Value run(PluginFunction function, const Type* result);
-
- private:
-  State& state_;
-  std::vector<ffi_type*> types_;
-  std::vector<Slot> slots_;
-  std::vector<void*> owned_;  // handles of arguments, with a reference each
-};
 
 /// A host string as a value: text when it is UTF-8, and "" for null; see Value.
 Value valueOf(State& state, zel::REALstring string);

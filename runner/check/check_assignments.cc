@@ -2,7 +2,7 @@
 #include <utility>
 
 #include "runner/check/checker.h"
-#include "runner/library/natives.h"
+#include "runner/run/arrays.h"
 
 namespace runner {
 namespace {

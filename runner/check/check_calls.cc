@@ -6,7 +6,7 @@
 
 #include "runner/check/checker.h"
 #include "runner/check/suggest.h"
-#include "runner/library/natives.h"
+#include "runner/run/arrays.h"
 
 namespace runner {
 namespace {
@@ -310,11 +310,11 @@ ValueCode Checker::callCode(Match match, ValueCode self) {
   const Callable& callable = *match.callable;
   if (callable.method != nullptr) return userCall(callable, std::move(match.arguments));
   std::vector<ValueCode> arguments;
-  ReadyTexts ready;
+  std::vector<std::unique_ptr<host::ReadyText>> ready;
   for (Typed& argument : match.arguments) {
     const bool known = argument.type == kString && argument.constant;
     const std::string text = known ? textOf(*argument.constant) : std::string();
-    ready.push_back(text.empty() ? nullptr : std::make_unique<ReadyText>(text));
+    ready.push_back(text.empty() ? nullptr : std::make_unique<host::ReadyText>(text));
     arguments.push_back(std::move(argument.code));
   }
   const std::string name = callable.declaration.name;
@@ -324,7 +324,7 @@ ValueCode Checker::callCode(Match match, ValueCode self) {
                       name](Frame& frame) {
       const Value object = selfOf(frame, self, name, true);
       return withArguments(frame, arguments, [&](const Value* values) {
-        return call->run(frame.machine, object, values, ready);
+        return frame.machine.call(*call, object, values, ready);
       });
     });
   }

@@ -3,7 +3,7 @@
 
 #include "runner/check/checker.h"
 #include "runner/check/suggest.h"
-#include "runner/library/natives.h"
+#include "runner/run/arrays.h"
 
 namespace runner {
 namespace {

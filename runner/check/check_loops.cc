@@ -3,9 +3,8 @@
 #include <optional>
 #include <utility>
 
-#include "host/internal/arrays.h"
 #include "runner/check/checker.h"
-#include "runner/library/natives.h"
+#include "runner/run/arrays.h"
 
 namespace runner {
 namespace {

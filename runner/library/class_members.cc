@@ -3,10 +3,8 @@
 #include <filesystem>
 #include <string>
 
-#include "host/internal/arrays.h"
-#include "host/internal/dictionaries.h"
-#include "host/internal/variants.h"
 #include "runner/library/natives.h"
+#include "runner/run/arrays.h"
 #include "runner/run/values.h"
 
 namespace runner {
@@ -47,44 +45,23 @@ constexpr NativeRow kException[] = {
 
 // --- Dictionary
 
-// A key as the host's entry points take it.
-class Key {
- public:
-  Key(Machine& machine, const Value& key)
-      : object_(ObjectRef::adopt(host::internal::box(machine.state(), key))) {}
-  [[nodiscard]] zel::REALobject handle() const { return object_.handle(); }
-
- private:
-  ObjectRef object_;
-};
-
 Value count(Machine& machine, const Value& self, const Value*) {
   return machine.host().property(objectIn(self), "Count");
 }
-bool has(Machine& machine, const Value& self, const Value& key) {
-  return host::internal::hasDictionaryKey(machine.state(), objectIn(self).handle(),
-                                          Key(machine, key).handle());
-}
 Value hasKey(Machine& machine, const Value& self, const Value* a) {
-  return booleanValue(has(machine, self, a[0]));
+  return booleanValue(machine.host().hasKey(objectIn(self), a[0]));
 }
 Value lookup(Machine& machine, const Value& self, const Value* a) {
-  if (!has(machine, self, a[0])) return a[1];
-  const ObjectRef found = ObjectRef::adopt(host::internal::dictionaryValue(
-      machine.state(), objectIn(self).handle(), Key(machine, a[0]).handle()));
-  return machine.host().valueOf(found);
+  return machine.host().lookUp(objectIn(self), a[0]).value_or(a[1]);
 }
 Value remove(Machine& machine, const Value& self, const Value* a) {
-  const Key key(machine, a[0]);
-  if (!host::internal::removeDictionaryKey(machine.state(), objectIn(self).handle(), key.handle()))
+  if (!machine.host().removeKey(objectIn(self), a[0]))
     machine.raise("KeyNotFoundException", "The dictionary has no such key.");
   return {};
 }
 Value removeAll(Machine& machine, const Value& self, const Value*) {
-  for (const auto& [key, value] : machine.host().entries(objectIn(self))) {
-    host::internal::removeDictionaryKey(machine.state(), objectIn(self).handle(),
-                                        Key(machine, key).handle());
-  }
+  for (const auto& [key, value] : machine.host().entries(objectIn(self)))
+    machine.host().removeKey(objectIn(self), key);
   return {};
 }
 template <auto part>
@@ -176,8 +153,7 @@ constexpr NativeRow kFileFunctions[] = {
 // --- Variant
 
 Value type(Machine& machine, const Value& self, const Value*) {
-  const ObjectRef boxed = ObjectRef::adopt(host::internal::box(machine.state(), self));
-  return machine.host().typeOf(boxed);
+  return machine.host().typeOf(self);
 }
 Value isNull(Machine&, const Value& self, const Value*) { return booleanValue(isNil(self)); }
 Value isNumeric(Machine& machine, const Value& self, const Value*) {
@@ -189,10 +165,6 @@ Value isArray(Machine& machine, const Value& self, const Value*) {
 template <const Type& to>
 Value as(Machine& machine, const Value& self, const Value*) {
   return converted(machine, self, to);
-}
-template <zel::Name className>
-Value asObject(Machine& machine, const Value& self, const Value*) {
-  return converted(machine, self, objectOf(className.text));
 }
 
 constexpr NativeRow kVariantMembers[] = {
@@ -207,7 +179,7 @@ constexpr NativeRow kVariantMembers[] = {
     {"SingleValue As Single", as<kSingle>},
     {"DoubleValue As Double", as<kDouble>},
     {"BooleanValue As Boolean", as<kBoolean>},
-    {"DateValue As Date", asObject<"Date">},
+    {"DateValue As Date", as<kDate>},
     {"ObjectValue As Object", as<kAnyObject>},
 };
 

@@ -2,13 +2,14 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <string>
 
-#include "host/internal/memory_blocks.h"
 #include "runner/library/natives.h"
 #include "runner/run/values.h"
 
@@ -16,7 +17,6 @@ namespace runner {
 namespace {
 
 using host::DateFields;
-using host::internal::HostMemoryBlock;
 
 const ObjectRef& objectIn(const Value& self) { return std::get<ObjectRef>(self); }
 
@@ -149,7 +149,7 @@ Value dayOfWeek(Machine& machine, const Value& self, const Value*) {
   return static_cast<std::int32_t>(std::chrono::weekday{days}.c_encoding()) + 1;
 }
 
-constexpr NativeRow kDate[] = {
+constexpr NativeRow kDateMembers[] = {
     {"Constructor", now},
     {"Constructor(other As Date)", copyOf},
     {"Constructor(year As Integer, month As Integer, day As Integer)", fromFields<3>},
@@ -170,13 +170,9 @@ constexpr NativeRow kDate[] = {
 
 // --- MemoryBlock
 
-HostMemoryBlock& blockIn(Machine& machine, const Value& self) {
-  return *machine.state().ledger.peek<HostMemoryBlock>(objectIn(self).handle());
-}
-
 // So many bytes from an offset on; raises OutOfBoundsException.
 char* bytesAt(Machine& machine, const Value& self, const Value& offset, std::size_t count) {
-  const HostMemoryBlock& block = blockIn(machine, self);
+  const std::span<std::byte> block = machine.host().storageOf(objectIn(self));
   const auto from = numberOf<std::int64_t>(offset);
   if (from < 0 || static_cast<std::uint64_t>(from) + count > block.size()) {
     machine.raise("OutOfBoundsException", std::to_string(count) + " bytes from " +
@@ -184,7 +180,7 @@ char* bytesAt(Machine& machine, const Value& self, const Value& offset, std::siz
                                               " on are outside of the MemoryBlock, which has " +
                                               std::to_string(block.size()) + ".");
   }
-  return static_cast<char*>(block.bytes()) + from;
+  return reinterpret_cast<char*>(block.data()) + from;
 }
 
 Value newBlock(Machine& machine, const Value&, const Value* a) {
@@ -195,7 +191,7 @@ Value newBlock(Machine& machine, const Value&, const Value* a) {
   return machine.host().memoryBlock(std::string(static_cast<std::size_t>(size), '\0'));
 }
 Value size(Machine& machine, const Value& self, const Value*) {
-  return static_cast<std::int32_t>(blockIn(machine, self).size());
+  return static_cast<std::int32_t>(machine.host().storageOf(objectIn(self)).size());
 }
 template <class Stored, class Given>
 Value number(Machine& machine, const Value& self, const Value* a) {
@@ -226,7 +222,7 @@ Value setPart(Machine& machine, const Value& self, const Value* a) {
   return {};
 }
 
-constexpr NativeRow kMemoryBlock[] = {
+constexpr NativeRow kMemoryBlockMembers[] = {
     {"Constructor(size As Integer) As MemoryBlock", newBlock},
     {"Size As Integer", size},
     {"Byte(offset As Integer) As Integer", number<std::uint8_t, std::int32_t>,
@@ -246,7 +242,7 @@ constexpr NativeRow kMemoryBlock[] = {
 
 }  // namespace
 
-std::span<const NativeRow> dateMembers() { return kDate; }
-std::span<const NativeRow> memoryBlockMembers() { return kMemoryBlock; }
+std::span<const NativeRow> dateMembers() { return kDateMembers; }
+std::span<const NativeRow> memoryBlockMembers() { return kMemoryBlockMembers; }
 
 }  // namespace runner

@@ -45,9 +45,7 @@ Value ticks(Machine&, const Value&, const Value*) {
 }
 
 Value varType(Machine& machine, const Value&, const Value* a) {
-  if (isNil(a[0])) return std::int32_t{host::kNilType};
-  const auto* const object = std::get_if<ObjectRef>(&a[0]);
-  return machine.host().typeOf(object == nullptr ? machine.host().variant(a[0]) : *object);
+  return machine.host().typeOf(a[0]);
 }
 
 Value debugLog(Machine&, const Value&, const Value* a) {

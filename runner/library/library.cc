@@ -108,7 +108,7 @@ void Library::readRecords(const host::RegisteredClass& record) {
   const auto callableOf = [this](const host::RegisteredMethod& method, bool ofInstance) {
     std::unique_ptr<Callable> callable = described(method.declaration, method.text);
     callable->plugin =
-        std::make_unique<PluginCall>(method.function, method.declaration, ofInstance);
+        std::make_unique<host::PreparedCall>(method.function, method.declaration, ofInstance);
     return callable;
   };
   for (const host::RegisteredMethod& method : record.methods) {
@@ -117,7 +117,7 @@ void Library::readRecords(const host::RegisteredClass& record) {
     if (method.setter != nullptr && callable->declaration.result) {
       members.setters.push_back(setterOf(*callable));
       Callable& setter = *members.setters.back();
-      setter.plugin = std::make_unique<PluginCall>(method.setter, setter.declaration, true);
+      setter.plugin = std::make_unique<host::PreparedCall>(method.setter, setter.declaration, true);
     }
     Callables& list = callable->assigns()        ? members.setters
                       : isConstructor(*callable) ? members.constructors

@@ -27,14 +27,4 @@ std::span<const NativeRow> systemMembers();
 /// Of arrays; "T" stands for the type of the elements.
 std::span<const NativeRow> arrayMembers();
 
-/// The live array of a value; raises NilObjectException for Nil.
-host::internal::HostArray& arrayIn(Machine& machine, const Value& value);
-/// An element, and its assignment; raise OutOfBoundsException.
-Value elementOf(Machine& machine, const Value& array, const Value& index);
-void setElement(Machine& machine, const Value& array, const Value& index, const Value& value);
-/// A new array. @param type of arrays.
-Value newArray(Machine& machine, const Type& type, const std::vector<Value>& elements);
-/// Redim.
-void resizeArray(Machine& machine, const Value& array, const Value& bound);
-
 }  // namespace runner

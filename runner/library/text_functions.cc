@@ -5,8 +5,8 @@
 #include <limits>
 #include <string>
 
-#include "host/internal/arrays.h"
 #include "runner/library/natives.h"
+#include "runner/run/arrays.h"
 #include "runner/run/values.h"
 #include "runner/text/text.h"
 
@@ -95,10 +95,10 @@ Value nthField(Machine&, const Value&, const Value* a) {
 }
 
 Value joined(Machine& machine, const Value& list, const std::string& delimiter) {
-  const host::internal::HostArray& array = arrayIn(machine, list);
+  const host::Array array = arrayIn(machine, list);
   std::string whole;
   for (std::size_t i = 0; i < array.size(); ++i)
-    whole += (i == 0 ? "" : delimiter) + textOf(array.value(machine.state(), i));
+    whole += (i == 0 ? "" : delimiter) + textOf(array.at(i));
   return whole;
 }
 Value joinBy(Machine& machine, const Value&, const Value* a) {

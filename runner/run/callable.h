@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "host/prepared_call.h"
 #include "runner/run/machine.h"
-#include "runner/run/plugin_call.h"
 #include "runner/run/types.h"
 
 namespace runner {
@@ -40,7 +40,7 @@ struct Callable {
 
   // One of these.
   Native native = nullptr;
-  std::unique_ptr<PluginCall> plugin;
+  std::unique_ptr<host::PreparedCall> plugin;
   std::unique_ptr<UserMethod> method;
 
   /// The value that an assignment passes last.

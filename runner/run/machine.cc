@@ -1,7 +1,5 @@
 #include "runner/run/machine.h"
 
-#include "host/internal/exceptions.h"
-
 namespace runner {
 
 Frame::Frame(Machine& itsMachine, const std::string& itsMethod, std::size_t slotCount)
@@ -20,7 +18,6 @@ Frame::~Frame() { machine.frame_ = caller; }
 
 Machine::Machine(host::Host& host, std::ostream& out, std::istream& in)
     : host_(host),
-      state_(host::internal::currentState("a program")),
       out_(out),
       in_(in),
       stackStart_(static_cast<const char*>(__builtin_frame_address(0))) {}
@@ -50,6 +47,15 @@ void Machine::raise(const ObjectRef& exception) {
 void Machine::raiseFirstPending() {
   const std::vector<ObjectRef> raised = host_.takePendingObjects();
   raise(raised.front());
+}
+
+Value Machine::call(const host::PreparedCall& function, const Value& self, const Value* arguments,
+                    host::ReadyTexts ready) {
+  const auto* const object = std::get_if<ObjectRef>(&self);
+  Value result = function.run(object == nullptr ? nullptr : object->handle(), arguments, ready);
+  ++calls_;
+  raisePending();
+  return host_.valueOf(result);
 }
 
 void Machine::pauseNow() {

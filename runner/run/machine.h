@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "host/host.h"
-#include "host/internal/state.h"
 
 namespace runner {
 
@@ -56,7 +55,6 @@ class Machine {
   Machine(host::Host& host, std::ostream& out, std::istream& in);
 
   host::Host& host() { return host_; }
-  host::internal::State& state() { return state_; }
   std::ostream& out() { return out_; }
   std::istream& in() { return in_; }
 
@@ -71,12 +69,16 @@ class Machine {
   [[noreturn]] void raise(const ObjectRef& exception);
   /// Throws the first of the exceptions that the host has pending, if there is one.
   void raisePending() {
-    if (!state_.pending.empty()) raiseFirstPending();
+    if (host_.hasPending()) raiseFirstPending();
   }
+
+  /// Calls a plugin's function, as host::PreparedCall does. A variant in the result is given as
+  /// what it holds. Throws the first of the exceptions that the function raises.
+  Value call(const host::PreparedCall& function, const Value& self, const Value* arguments,
+             host::ReadyTexts ready);
 
   /// What is to happen now and then between statements while plugins are called.
   void onPause(std::function<void()> pause) { pause_ = std::move(pause); }
-  void countCall() { ++calls_; }
   void pauseIfDue() {
     if (calls_ >= kCallsBetweenPauses) pauseNow();
   }
@@ -91,7 +93,6 @@ class Machine {
   void pauseNow();
 
   host::Host& host_;
-  host::internal::State& state_;
   std::ostream& out_;
   std::istream& in_;
   std::deque<Value> globals_;

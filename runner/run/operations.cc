@@ -36,7 +36,7 @@ bool isComparison(Operator op) { return op >= Operator::equal && op <= Operator:
 bool isEquality(Operator op) { return op == Operator::equal || op == Operator::different; }
 
 bool isVariant(const Type& type) { return type == kVariant; }
-bool isDate(const Type& type) { return type == objectOf("Date"); }
+bool isDate(const Type& type) { return type == kDate; }
 
 Type wholeType(const Type& left, const Type& right) {
   const Type common = commonNumber(left, right);

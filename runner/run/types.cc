@@ -1,6 +1,7 @@
 #include "runner/run/types.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 
 #include "host/declaration.h"
@@ -19,6 +20,17 @@ constexpr SimpleType kSimpleTypes[] = {
     {"Int64", Kind::int64},     {"UInt32", Kind::uint32}, {"UInt64", Kind::uint64},
     {"Single", Kind::single},   {"Double", Kind::real},   {"String", Kind::text},
     {"Variant", Kind::variant},
+};
+
+struct ElementCode {
+  Kind kind;
+  std::int32_t code;  // of a variant
+};
+// What arrays of the host keep as it is, beside Dates.
+constexpr ElementCode kElementCodes[] = {
+    {Kind::int32, host::kInt32Type},   {Kind::int64, host::kInt64Type},
+    {Kind::single, host::kSingleType}, {Kind::real, host::kDoubleType},
+    {Kind::text, host::kStringType},   {Kind::boolean, host::kBooleanType},
 };
 
 // Distances; what is nearer is preferred among overloads.
@@ -66,6 +78,20 @@ std::string nameOf(const Type& type) {
       std::find_if(std::begin(kSimpleTypes), std::end(kSimpleTypes),
                    [&type](const SimpleType& simple) { return simple.kind == type.kind; });
   return found == std::end(kSimpleTypes) ? "nothing" : std::string(found->name) + suffix;
+}
+
+std::int32_t arrayCode(const Type& array) {
+  if (array == kDate.arrayOf()) return host::kArrayType + host::kDateType;
+  for (const ElementCode& element : kElementCodes)
+    if (element.kind == array.kind) return host::kArrayType + element.code;
+  return host::kArrayType + host::kObjectType;
+}
+
+Type arrayType(std::int32_t code) {
+  if (code == host::kArrayType + host::kDateType) return kDate.arrayOf();
+  for (const ElementCode& element : kElementCodes)
+    if (host::kArrayType + element.code == code) return {element.kind, "", true};
+  return kVariant.arrayOf();
 }
 
 std::vector<std::string> simpleTypeNames() {

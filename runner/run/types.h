@@ -1,6 +1,7 @@
 // The types of the language, as a program's text is checked by.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -50,10 +51,16 @@ inline const Type kSingle = {Kind::single, "", false};
 inline const Type kDouble = {Kind::real, "", false};
 inline const Type kString = {Kind::text, "", false};
 inline const Type kVariant = {Kind::variant, "", false};
+inline const Type kDate = {Kind::object, "Date", false};
 inline const Type kAnyObject = {Kind::object, "Object", false};
 inline Type objectOf(std::string_view className) {
   return {Kind::object, std::string(className), false};
 }
+
+/// The type code that arrays of a type have in the host, and their type by that code. Variants and
+/// objects other than Dates are kept alike: their arrays are those of Variants.
+std::int32_t arrayCode(const Type& array);
+Type arrayType(std::int32_t code);
 
 /// As programs write it: "Integer", "String()".
 std::string nameOf(const Type& type);

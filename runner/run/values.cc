@@ -7,8 +7,6 @@
 #include <limits>
 #include <variant>
 
-#include "host/internal/arrays.h"
-#include "host/internal/element_types.h"
 #include "runner/text/text.h"
 
 namespace runner {
@@ -136,16 +134,10 @@ Type typeOf(Machine& machine, const Value& value) {
   static_assert(std::size(kByPosition) == std::variant_size_v<Value>);
   const auto* const object = std::get_if<ObjectRef>(&value);
   if (object == nullptr || !*object) return kByPosition[value.index()];
-  if (const auto* const array =
-          machine.state().ledger.peek<host::internal::HostArray>(object->handle())) {
-    const host::Type element{array->elementType().name, true};
-    const std::optional<Type> found = Types(machine.host()).find(element);
-    // Whether its elements are variants or objects of one class isn't known to an array.
-    return !found || *found == kAnyObject.arrayOf() ? kVariant.arrayOf() : *found;
-  }
-  const auto* const instance =
-      machine.state().ledger.peek<host::internal::HostObject>(object->handle());
-  return instance == nullptr ? kAnyObject : objectOf(instance->hostClass().description.name);
+  if (const host::RegisteredClass* const found = machine.host().classOf(*object))
+    return objectOf(found->name);
+  const std::optional<host::Array> array = machine.host().findArray(*object);
+  return array ? arrayType(array->type()) : kAnyObject;
 }
 
 std::string typeName(Machine& machine, const Value& value) {

@@ -14,23 +14,6 @@
 namespace runner {
 namespace {
 
-struct Sign {
-  Operator op;
-  std::string_view sign;
-};
-constexpr Sign kSigns[] = {
-    {Operator::add, "+"},          {Operator::subtract, "-"},
-    {Operator::multiply, "*"},     {Operator::divide, "/"},
-    {Operator::divideWhole, "\\"}, {Operator::modulo, "Mod"},
-    {Operator::power, "^"},        {Operator::negate, "-"},
-    {Operator::equal, "="},        {Operator::different, "<>"},
-    {Operator::less, "<"},         {Operator::greater, ">"},
-    {Operator::lessOrEqual, "<="}, {Operator::greaterOrEqual, ">="},
-    {Operator::is, "Is"},          {Operator::bothOf, "And"},
-    {Operator::eitherOf, "Or"},    {Operator::oneOf, "Xor"},
-    {Operator::opposite, "Not"},
-};
-
 bool isArithmetic(Operator op) { return op <= Operator::power; }
 bool isComparison(Operator op) { return op >= Operator::equal && op <= Operator::greaterOrEqual; }
 bool isEquality(Operator op) { return op == Operator::equal || op == Operator::different; }
@@ -191,12 +174,6 @@ Value combineValues(Machine& machine, Operator op, const Value& left, const Valu
 }
 
 }  // namespace
-
-std::string_view signOf(Operator op) {
-  return std::find_if(std::begin(kSigns), std::end(kSigns),
-                      [op](const Sign& sign) { return sign.op == op; })
-      ->sign;
-}
 
 std::optional<Type> resultOf(const Types& types, Operator op, const Type& left, const Type& right) {
   if (left.kind == Kind::nothing || right.kind == Kind::nothing) return std::nullopt;

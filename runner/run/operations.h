@@ -4,12 +4,9 @@
 #include <optional>
 
 #include "runner/run/values.h"
-#include "runner/syntax/ast.h"
+#include "runner/text/operators.h"
 
 namespace runner {
-
-/// As programs write it.
-std::string_view signOf(Operator op);
 
 /// The type of what an operator gives; nullopt when it doesn't take such operands.
 std::optional<Type> resultOf(const Types& types, Operator op, const Type& left, const Type& right);

@@ -9,6 +9,7 @@
 
 #include "host/declaration.h"
 #include "host/value.h"
+#include "runner/text/operators.h"
 #include "runner/text/source.h"
 
 namespace runner {
@@ -17,28 +18,6 @@ namespace runner {
 
 struct Expression;
 using ExpressionPtr = std::unique_ptr<Expression>;
-
-enum class Operator {
-  add,
-  subtract,
-  multiply,
-  divide,
-  divideWhole,
-  modulo,
-  power,
-  negate,
-  equal,
-  different,
-  less,
-  greater,
-  lessOrEqual,
-  greaterOrEqual,
-  is,
-  bothOf,
-  eitherOf,
-  oneOf,
-  opposite
-};
 
 /// A number, a text, a boolean or Nil (which is std::monostate).
 struct Literal {

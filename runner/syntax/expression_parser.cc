@@ -12,38 +12,26 @@ namespace {
 
 using Kind = Token::Kind;
 
-struct Sign {
-  std::string_view sign;
-  Operator op;
-};
-using Level = std::vector<Sign>;
+using Level = std::vector<Operator>;
 
 // From those that bind least; operators of one level are taken from the left.
 const std::array<Level, 5>& levels() {
   static const std::array<Level, 5> kLevels = {{
-      {{"or", Operator::eitherOf}, {"xor", Operator::oneOf}},
-      {{"and", Operator::bothOf}},
-      {{"=", Operator::equal},
-       {"<>", Operator::different},
-       {"<=", Operator::lessOrEqual},
-       {">=", Operator::greaterOrEqual},
-       {"<", Operator::less},
-       {">", Operator::greater},
-       {"is", Operator::is}},
-      {{"+", Operator::add}, {"-", Operator::subtract}},
-      {{"*", Operator::multiply},
-       {"/", Operator::divide},
-       {"\\", Operator::divideWhole},
-       {"mod", Operator::modulo}},
+      {Operator::eitherOf, Operator::oneOf},
+      {Operator::bothOf},
+      {Operator::equal, Operator::different, Operator::lessOrEqual, Operator::greaterOrEqual,
+       Operator::less, Operator::greater, Operator::is},
+      {Operator::add, Operator::subtract},
+      {Operator::multiply, Operator::divide, Operator::divideWhole, Operator::modulo},
   }};
   return kLevels;
 }
 
 std::optional<Operator> operatorAt(const Token& token, const Level& level) {
   const auto found = std::find_if(level.begin(), level.end(),
-                                  [&token](const Sign& sign) { return token.is(sign.sign); });
+                                  [&token](Operator op) { return token.is(signOf(op)); });
   if (found == level.end()) return std::nullopt;
-  return found->op;
+  return *found;
 }
 
 int depthOf(const ExpressionPtr& child) { return child == nullptr ? 0 : child->depth; }

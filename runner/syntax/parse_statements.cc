@@ -129,9 +129,9 @@ void ProgramParser::selectStatement(Statement& statement) {
 }
 
 CaseLabel ProgramParser::caseLabel() {
-  constexpr std::pair<std::string_view, Operator> kComparisons[] = {
-      {"=", Operator::equal},           {"<>", Operator::different}, {"<=", Operator::lessOrEqual},
-      {">=", Operator::greaterOrEqual}, {"<", Operator::less},       {">", Operator::greater}};
+  constexpr Operator kComparisons[] = {Operator::equal,       Operator::different,
+                                       Operator::lessOrEqual, Operator::greaterOrEqual,
+                                       Operator::less,        Operator::greater};
   CaseLabel label;
   label.place = reader_.current().place;
   if (reader_.accept("isa")) {
@@ -141,8 +141,8 @@ CaseLabel ProgramParser::caseLabel() {
     return label;
   }
   if (reader_.accept("is")) {
-    for (const auto& [sign, op] : kComparisons)
-      if (!label.op && reader_.accept(sign)) label.op = op;
+    for (const Operator op : kComparisons)
+      if (!label.op && reader_.accept(signOf(op))) label.op = op;
     if (!label.op) reader_.fail("a comparison such as \">\"");
   }
   label.from = expressions_.expression();

@@ -24,12 +24,9 @@ Executable Checker::program(const Program& program) {
   executable.body = block(program.body);
   executable.slotCount = slotCount_;
   const Scope outermost = scope_.outermost();
-  for (const auto& method : program.methods) {
+  for (const Declared& declared : declared_) {
     scope_ = outermost;
-    for (const Callable* const callable : library_.functions(method->name)) {
-      if (callable->method != nullptr && callable->method->tree == method.get())
-        guarded([&] { compileMethod(*method, *callable); });
-    }
+    guarded([&] { compileMethod(*declared.method, *declared.callable); });
   }
   library_.settle(diagnostics_.empty());
   if (diagnostics_.empty()) globals_ = outermost.settled();
@@ -110,7 +107,6 @@ void Checker::declareMethod(const Method& method) {
   callable->declaration.result = method.result;
   callable->method = std::make_unique<UserMethod>();
   callable->method->name = method.name;
-  callable->method->tree = &method;
   for (const FormalParameter& parameter : method.parameters) {
     callable->declaration.parameters.push_back(parameter.declared);
     const Type type = typeNamed(parameter.declared.type, parameter.typePlace);
@@ -128,15 +124,15 @@ void Checker::declareMethod(const Method& method) {
   callable->required = callable->parameters.size() - callable->defaults.size();
   if (method.result) callable->result = typeNamed(*method.result, method.resultPlace);
   callable->method->initialResult = initialValue(callable->result);
-  for (const Callable* const other : library_.functions(method.name)) {
-    if (other->method != nullptr && other->method->tree != nullptr &&
-        other->parameters == callable->parameters)
+  for (const auto& [earlier, other] : declared_) {
+    if (host::sameName(earlier->name, method.name) && other->parameters == callable->parameters)
       refuse(method.place, "\"" + method.name + "\" is declared already.", {other->text});
   }
+  declared_.push_back({&method, callable.get()});
   library_.add(std::move(callable));
 }
 
-void Checker::compileMethod(const Method& method, const Callable& callable) {
+void Checker::compileMethod(const Method& method, Callable& callable) {
   method_ = &callable;
   slotCount_ = 0;
   scope_.enter();

@@ -45,6 +45,11 @@ class Checker {
 
  private:
   using Arguments = std::vector<ExpressionPtr>;
+  /// A method of the program, and what is called for it.
+  struct Declared {
+    const Method* method;
+    Callable* callable;
+  };
   struct Match {
     const Callable* callable;
     TypedList arguments;
@@ -52,7 +57,7 @@ class Checker {
 
   // --- program (check_program.cc)
   void declareMethod(const Method& method);
-  void compileMethod(const Method& method, const Callable& callable);
+  void compileMethod(const Method& method, Callable& callable);
   Action block(const Block& statements);
   /// Runs a check whose problem, if it has one, must not hide those of other statements.
   template <class Check>
@@ -160,6 +165,7 @@ class Checker {
   const Source& source_;
   Scope scope_;
   std::vector<Diagnostic> diagnostics_;
+  std::vector<Declared> declared_;
   const Callable* method_ = nullptr;  // null: the program's body
   std::size_t slotCount_ = 0;
   std::vector<LoopKind> loops_;

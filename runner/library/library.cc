@@ -159,15 +159,12 @@ void Library::addFunctions(std::span<const NativeRow> rows, bool extends) {
 void Library::add(std::unique_ptr<Callable> function) {
   // Before the language's own and earlier ones, which it hides.
   functions_.insert(functions_.begin(), std::move(function));
+  ++unsettled_;
 }
 
 void Library::settle(bool keep) {
-  const auto isNew = [](const std::unique_ptr<Callable>& function) {
-    return function->method != nullptr && function->method->tree != nullptr;
-  };
-  if (!keep) std::erase_if(functions_, isNew);
-  for (const auto& function : functions_)
-    if (function->method != nullptr) function->method->tree = nullptr;
+  if (!keep) functions_.erase(functions_.begin(), functions_.begin() + unsettled_);
+  unsettled_ = 0;
 }
 
 Candidates Library::functions(std::string_view name) const { return named(functions_, name); }

@@ -1,13 +1,14 @@
 // What there is to call, by name: filled from the host's records and the runner's own tables.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "runner/run/callable.h"
+#include "runner/library/callable.h"
 
 namespace runner {
 
@@ -69,6 +70,7 @@ class Library {
 
   Types types_;
   Callables functions_;
+  std::ptrdiff_t unsettled_ = 0;            // how many of the first functions may be forgotten yet
   std::map<std::string, Members> members_;  // by the name of the class
   std::map<std::string, Members> arrays_;   // by the name of the type
 };

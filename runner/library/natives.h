@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "runner/run/callable.h"
+#include "runner/library/callable.h"
 
 namespace runner {
 

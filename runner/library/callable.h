@@ -16,16 +16,13 @@ namespace runner {
 /// nothing. @param arguments as many as are declared, of the declared types.
 using Native = Value (*)(Machine& machine, const Value& self, const Value* arguments);
 
-struct Method;
-
-/// A Sub or Function of the program.
+/// A Sub or Function of the program, as it runs.
 struct UserMethod {
   std::string name;
   std::size_t slotCount = 0;
   Action body;
   Value initialResult;
-  std::vector<bool> byRef;       // by parameter, which are the first slots
-  const Method* tree = nullptr;  // what it is made of, while it is being checked
+  std::vector<bool> byRef;  // by parameter, which are the first slots
 };
 
 struct Callable {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runner/run/machine.h"
+#include "host/value.h"
 #include "runner/run/types.h"
 
 namespace runner {
@@ -17,10 +17,10 @@ struct KnownVariable {
   std::string name;  // as declared
   Type type;
   Where where = Where::slot;
-  Value* global = nullptr;  // of a global one
-  std::size_t slot = 0;     // of the others, in the frame
-  Value value;              // of a constant
-  int line = 0;             // where it is declared
+  host::Value* global = nullptr;  // of a global one
+  std::size_t slot = 0;           // of the others, in the frame
+  host::Value value;              // of a constant
+  int line = 0;                   // where it is declared
 };
 
 /// Blocks within blocks; a name is found in the innermost that has it.

@@ -107,8 +107,8 @@ def arrows_of_house(root):
 
 
 def room_of(file):
-    """The folder of a file, or the part of a folder."""
-    return "/".join(pathlib.PurePath(file).parent.parts[:2])
+    """The folder of a file, or the part of a folder. What a room keeps to itself is no other room."""
+    return "/".join(pathlib.PurePath(file).parent.parts[:2]).removesuffix("/internal")
 
 
 def reduced(arrows):

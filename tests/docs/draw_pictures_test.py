@@ -53,6 +53,12 @@ class HouseTest(TreeTest):
         self.write("host/store/deep/c.h", '#include "host/store/b.h"\n')
         self.assertEqual(self.house(), ['"host" -> "host/store"'])
 
+    def test_what_a_room_keeps_to_itself_belongs_to_it(self):
+        self.write("host/a.h", '#include "host/internal/b.h"\n')
+        self.write("host/internal/b.h", '#include "host/a.h"\n#include "native/c.h"\n')
+        self.write("native/c.h")
+        self.assertEqual(self.house(), ['"host" -> "native"'])
+
     def test_the_product_stands_apart(self):
         self.write("plugin/a.h")
         self.write("host/a.h", '#include "plugin/a.h"\n')

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
@@ -26,18 +27,35 @@ std::filesystem::path defaultsFolder(const std::filesystem::path& store) {
   return store / "Defaults";
 }
 
-void writeConfiguration(const std::filesystem::path& file, const std::filesystem::path& store) {
-  std::ofstream out(file);
-  // The user's own configuration file would be read on top: it is given a name that nobody has.
-  out << "GNUSTEP_USER_DEFAULTS_DIR=" << defaultsFolder(store).native() << '\n'
-      << "GNUSTEP_USER_CONFIG_FILE=." << store.filename().native() << ".none\n";
-  out.flush();
-  if (!out) fail("can't write the configuration of a private store");
+std::filesystem::path configFileOf(const std::filesystem::path& store) {
+  return store / "GNUstep.conf";
 }
 
-[[noreturn]] void becomeInside(const PrivateStore& store, char** argv) {
-  setenv(kFolderVariable, store.folder().c_str(), 1);
-  setenv(kConfigVariable, store.configFile().c_str(), 1);
+std::string configurationOf(const std::filesystem::path& store) {
+  // The user's own configuration file would be read on top: it is given a name that nobody has.
+  return "GNUSTEP_USER_DEFAULTS_DIR=" + defaultsFolder(store).native() +
+         "\nGNUSTEP_USER_CONFIG_FILE=." + store.filename().native() + ".none\n";
+}
+
+// Other processes may be reading it: it is whole whenever it is there. One that says the same
+// already is left alone, so that a store can be one that nobody may write.
+void writeConfiguration(const std::filesystem::path& store) {
+  const std::filesystem::path file = configFileOf(store);
+  std::ifstream in(file);
+  const std::string known(std::istreambuf_iterator<char>(in), {});
+  if (known == configurationOf(store)) return;
+  const std::filesystem::path part = file.native() + "." + std::to_string(getpid());
+  errno = 0;
+  std::ofstream out(part);
+  out << configurationOf(store);
+  out.close();
+  if (!out) fail(("can't write " + file.native()).c_str());
+  std::filesystem::rename(part, file);
+}
+
+[[noreturn]] void becomeInside(const std::filesystem::path& store, char** argv) {
+  setenv(kFolderVariable, store.c_str(), 1);
+  setenv(kConfigVariable, configFileOf(store).c_str(), 1);
   execv("/proc/self/exe", argv);
   std::perror("can't start the process in a private store");
   _exit(126);
@@ -71,7 +89,7 @@ PrivateStore::PrivateStore() {
   if (mkdtemp(name.data()) == nullptr) fail("can't make a private store");
   folder_ = name;
   std::filesystem::create_directory(defaultsFolder(folder_));
-  writeConfiguration(configFile(), folder_);
+  writeConfiguration(folder_);
 }
 
 PrivateStore::~PrivateStore() {
@@ -79,15 +97,25 @@ PrivateStore::~PrivateStore() {
   std::filesystem::remove_all(folder_, ignored);
 }
 
-std::filesystem::path PrivateStore::configFile() const { return folder_ / "GNUstep.conf"; }
+std::filesystem::path PrivateStore::configFile() const { return configFileOf(folder_); }
 
 int runInPrivateStore(int argc, char** argv, int (*body)(int, char**)) {
   if (std::getenv(kFolderVariable) != nullptr) return body(argc, argv);
   const PrivateStore store;
   const pid_t child = fork();
   if (child < 0) fail("can't start a process");
-  if (child == 0) becomeInside(store, argv);
+  if (child == 0) becomeInside(store.folder(), argv);
   return resultOf(child);
+}
+
+int runInStore(const std::filesystem::path& folder, int argc, char** argv,
+               int (*body)(int, char**)) {
+  std::filesystem::create_directories(defaultsFolder(folder));
+  const std::filesystem::path store = std::filesystem::canonical(folder);
+  const char* const current = std::getenv(kFolderVariable);
+  if (current != nullptr && current == store) return body(argc, argv);
+  writeConfiguration(store);
+  becomeInside(store, argv);
 }
 
 std::filesystem::path storedDomain(std::string_view name) {

@@ -38,8 +38,14 @@ class PrivateStore {
 /// @return body's result, or 128 and the signal's number when a signal ended the process.
 int runInPrivateStore(int argc, char** argv, int (*body)(int argc, char** argv));
 
+/// The same in a store that is kept: what was stored there before is there again.
+/// @param folder made when it isn't there. Throws std::system_error or
+/// std::filesystem::filesystem_error when it can't be made or its configuration can't be written.
+int runInStore(const std::filesystem::path& folder, int argc, char** argv,
+               int (*body)(int argc, char** argv));
+
 /// The file of a domain in the store that this process runs in; it exists once something in the
-/// domain has been written to disk. Throws std::logic_error outside runInPrivateStore.
+/// domain has been written to disk. Throws std::logic_error outside of both functions above.
 std::filesystem::path storedDomain(std::string_view name);
 
 }  // namespace host

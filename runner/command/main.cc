@@ -1,6 +1,7 @@
 // hostrun: runs programs in the host's language against plugins.
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <fstream>
@@ -110,8 +111,8 @@ int runApart(const Options& options, const std::string& file) {
   if (child < 0) throw std::system_error(errno, std::generic_category(), "can't start a process");
   if (child == 0) {
     const int status = runGuarded(options, &file);
-    std::cout.flush();
-    _exit(status);
+    // Not abruptly: what a program has set is kept at its end.
+    std::exit(status);
   }
   int status = 0;
   waitpid(child, &status, 0);
@@ -147,4 +148,13 @@ int run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }
+int main(int argc, char** argv) {
+  std::string problem;  // which run() tells
+  const std::optional<Options> options = runner::readOptions(argc, argv, &problem);
+  if (!options || options->store.empty()) return host::runInPrivateStore(argc, argv, run);
+  try {
+    return host::runInStore(options->store, argc, argv, run);
+  } catch (const std::system_error& failure) {
+    return refuse("--store " + options->store + ": " + failure.code().message());
+  }
+}

@@ -6,16 +6,18 @@
 namespace runner {
 
 const char* const kUsage =
-    "Usage: hostrun [--plugin FILE]... [--host-version V] [--macos] [--check] [--leaks] "
-    "[PROGRAM|-]...\n"
+    "Usage: hostrun [--plugin FILE]... [--store DIR] [--host-version V] [--macos] [--check] "
+    "[--leaks]\n"
+    "               [PROGRAM|-]...\n"
     "\n"
     "Runs programs in the host's language, each in a process of its own, against the plugins. "
     "What\n"
-    "they store in the user defaults is gone afterwards. Without a program and on a terminal, "
-    "what\n"
-    "is typed runs line by line.\n"
+    "they store in the user defaults is gone afterwards, unless --store says where to keep it. "
+    "Without\n"
+    "a program and on a terminal, what is typed runs line by line.\n"
     "\n"
     "  --plugin FILE      a plugin to load; may be given more than once\n"
+    "  --store DIR        a folder that keeps the user defaults; made when it isn't there\n"
     "  --host-version V   the host's version as plugins see it, such as 2013.03\n"
     "  --macos            the plugins are macOS bundles (in a 32-bit hostrun only)\n"
     "  --check            only say what is wrong with the programs\n"
@@ -29,6 +31,7 @@ const char* const kUsage =
 std::optional<Options> readOptions(int argc, char** argv, std::string* problem) {
   static const option kOptions[] = {
       {"plugin", required_argument, nullptr, 'p'},
+      {"store", required_argument, nullptr, 's'},
       {"host-version", required_argument, nullptr, 'v'},
       {"macos", no_argument, nullptr, 'm'},
       {"check", no_argument, nullptr, 'c'},
@@ -44,6 +47,13 @@ std::optional<Options> readOptions(int argc, char** argv, std::string* problem) 
     switch (found) {
       case 'p':
         options.plugins.push_back(value);
+        break;
+      case 's':
+        if (value.empty()) {
+          *problem = "--store takes a folder, not an empty name.";
+          return std::nullopt;
+        }
+        options.store = value;
         break;
       case 'v': {
         double version = 0;

@@ -10,6 +10,7 @@ namespace runner {
 struct Options {
   std::vector<std::string> plugins;
   std::optional<double> hostVersion;
+  std::string store;  // "": one that is gone afterwards
   bool macos = false;
   bool check = false;
   bool leaks = false;

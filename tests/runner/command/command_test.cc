@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/folder.h"
 #include "tests/support/process.h"
 
 namespace tests {
@@ -17,7 +18,7 @@ namespace {
 
 // Runs hostrun by the shell. @param rest of the command line. @param messages where they go.
 Ending hostrun(const std::string& rest, const std::string& before = "",
-                const std::string& messages = "2>&1") {
+               const std::string& messages = "2>&1") {
   return run(before + ZEL_HOSTRUN " " + rest + " " + messages);
 }
 
@@ -47,6 +48,8 @@ TEST(CommandTest, AWrongCommandLineEndsWith2) {
        "See: hostrun --help\n"},
       {"--what -", "hostrun: I don't know \"--what\".\nSee: hostrun --help\n"},
       {"--plugin", "hostrun: --plugin lacks its value.\nSee: hostrun --help\n"},
+      {"--store", "hostrun: --store lacks its value.\nSee: hostrun --help\n"},
+      {"--store ''", "hostrun: --store takes a folder, not an empty name.\nSee: hostrun --help\n"},
       {"--host-version new -",
        "hostrun: --host-version takes a number such as 2013.03, not \"new\".\n"
        "See: hostrun --help\n"},
@@ -131,6 +134,29 @@ TEST(CommandTest, ProgramsShareAStoreThatIsGoneAfterwards) {
   EXPECT_EQ(hostrun(plugin + reader.file()).output, "0\n");
 }
 
+TEST(CommandTest, AStoreIsKeptWhereItIsAskedFor) {
+  const TemporaryFolder folder;
+  const std::string inStore =
+      "--plugin " ZEL_PLUGIN " --store '" + (folder.path() / "my store").native() + "' ";
+  const Program counter("counter",
+                        "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
+                        "d.integerForKey(\"n\") = d.integerForKey(\"n\") + 1\n"
+                        "Print Str(d.synchronize) + Str(d.integerForKey(\"n\"))\n");
+  EXPECT_EQ(hostrun(inStore + counter.file()).output, "True1\n");
+  EXPECT_EQ(hostrun(inStore + counter.file() + " " + counter.file()).output, "True2\nTrue3\n");
+  // Elsewhere, nothing of it is there.
+  EXPECT_EQ(hostrun("--plugin " ZEL_PLUGIN " " + counter.file()).output, "True1\n");
+  EXPECT_EQ(hostrun(inStore + counter.file()).output, "True4\n");
+}
+
+TEST(CommandTest, AFolderThatCannotBeAStoreIsNamed) {
+  const Program program("program", "Print \"never\"\n");
+  const Ending inFile = hostrun("--store " + program.file() + " " + program.file());
+  EXPECT_EQ(inFile.output,
+            "hostrun: --store " + program.file() + ": Not a directory\nSee: hostrun --help\n");
+  EXPECT_EQ(inFile.status, 2);
+}
+
 TEST(CommandTest, HostsOfEveryVersionRunThePlugin) {
   const Program program("version",
                         "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
@@ -138,7 +164,7 @@ TEST(CommandTest, HostsOfEveryVersionRunThePlugin) {
                         "Print Join(d.stringArrayForKey(\"list\"), \"\")\n");
   for (const char* const version : {"2011.04", "2012", "2013.0", "2013.03", "2013.9", "2025.01"}) {
     const Ending result = hostrun(std::string("--leaks --plugin " ZEL_PLUGIN " --host-version ") +
-                                   version + " " + program.file());
+                                  version + " " + program.file());
     EXPECT_EQ(result.output, "ab\n") << version;
   }
 }

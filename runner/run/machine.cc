@@ -55,7 +55,8 @@ Value Machine::call(const host::PreparedCall& function, const Value& self, const
   Value result = function.run(object == nullptr ? nullptr : object->handle(), arguments, ready);
   ++calls_;
   raisePending();
-  return host_.valueOf(result);
+  if (std::holds_alternative<ObjectRef>(result)) result = host_.valueOf(result);
+  return result;
 }
 
 void Machine::pauseNow() {

@@ -1,5 +1,7 @@
 #include "native/numbers.h"
 
+#include <limits>
+
 #include "native/methods.h"
 #include "tests/native/support.h"
 
@@ -66,6 +68,22 @@ TEST_F(NumbersTest, OtherNumbersAreWhatFoundationSays) {
   EXPECT_EQ((typeOf<"numberWithUnsignedLongLong:">(18'000'000'000'000'000'000ULL)), "Q");
   EXPECT_EQ((typeOf<"numberWithFloat:">(1.5F)), "f");
   EXPECT_EQ((typeOf<"numberWithDouble:">(1.5)), "d");
+}
+
+TEST_F(NumbersTest, TheOutermostOfATypeAreOfThatType) {
+  constexpr int kLowest = std::numeric_limits<int>::min();
+  constexpr int kHighest = std::numeric_limits<int>::max();
+  constexpr auto kHighestLong = std::numeric_limits<long long>::max();
+  EXPECT_EQ((typeOf<"numberWithInt:">(kHighest)), "i");
+  EXPECT_EQ((typeOf<"numberWithLong:">(long{kHighest})), "i");
+  EXPECT_EQ((typeOf<"numberWithLong:">(long{kLowest})), "i");
+  EXPECT_EQ((typeOf<"numberWithLongLong:">(static_cast<long long>(kLowest))), "i");
+  EXPECT_EQ((typeOf<"numberWithLongLong:">(kHighest + 1LL)), "q");
+  EXPECT_EQ((typeOf<"numberWithLongLong:">(kLowest - 1LL)), "q");
+  EXPECT_EQ((typeOf<"numberWithUnsignedInt:">(static_cast<unsigned>(kHighest))), "i");
+  EXPECT_EQ((typeOf<"numberWithUnsignedLongLong:">(static_cast<unsigned long long>(kHighestLong))),
+            "q");
+  EXPECT_EQ((typeOf<"numberWithUnsignedLongLong:">(kHighestLong + 1ULL)), "Q");
 }
 
 TEST_F(NumbersTest, TypesInAnotherProcess) {

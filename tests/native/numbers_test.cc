@@ -98,7 +98,7 @@ TEST_F(NumbersTest, TypesInAnotherProcess) {
   EXPECT_EQ(probe({"type", "numbers.yes"}), "c");
   EXPECT_EQ(probe({"type", "numbers.no"}), "c");
   EXPECT_EQ(probe({"type", "numbers.one"}), "i");
-  EXPECT_EQ(probe({"type", "numbers.single"}), "d");  // the store has one kind of fractions
+  EXPECT_EQ(probe({"type", "numbers.single"}), "f");
   EXPECT_EQ(probe({"type", "numbers.double"}), "d");
   EXPECT_EQ(probe({"type", "numbers.text"}), "(no number)");
 }

@@ -54,6 +54,19 @@ TEST_F(DatesTest, AreReadInUtc) {
   EXPECT_EQ(seconds(xmlDate("1969-12-31T23:59:59Z")), -978307201);
 }
 
+TEST_F(DatesTest, AreReadOfEveryYear) {
+  EXPECT_EQ(seconds(xmlDate("0001-01-01T00:00:00Z")), -63113904000);
+  EXPECT_EQ(seconds(xmlDate("9999-12-31T23:59:59Z")), 252423993599);
+  EXPECT_EQ(seconds(xmlDate("12345-06-07T08:09:10Z")), 326438669350);
+  EXPECT_EQ(seconds(xmlDate("0000-12-31T23:59:59Z")), -63113904001);
+  EXPECT_EQ(seconds(xmlDate("-0043-03-15T12:30:00Z")), -64496086200);
+  for (const double age : {-1e11, -63113904001.0, 252423993600.0, 1e12}) {
+    const id date =
+        send<id, "dateWithTimeIntervalSinceReferenceDate:">(classNamed<"NSDate">(), age);
+    EXPECT_EQ(seconds(parsed(written(date))), age);
+  }
+}
+
 TEST_F(DatesTest, StayWhatTheyAreOverManyReadings) {
   id date = send<id, "dateWithTimeIntervalSinceReferenceDate:">(classNamed<"NSDate">(), 1000000.0);
   for (int i = 0; i < 5; ++i) date = parsed(written(date));

@@ -1,11 +1,13 @@
 #include "tests/end_to_end/end_to_end_test.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <stdexcept>
 #include <string_view>
 
 #include "host/family/runtime.h"
+#include "tests/support/process.h"
 
 namespace tests {
 namespace {
@@ -33,6 +35,17 @@ std::filesystem::path productFile(const std::string& name) {
 std::filesystem::path pluginFile(const std::string& plugin) {
   const std::filesystem::path bundle = productFile(plugin + ".bundle");
   return std::filesystem::exists(bundle) ? bundle : productFile(plugin + ".so");
+}
+
+void inAnotherProcess(const std::string& test) {
+  const testing::TestInfo& own = *testing::UnitTest::GetInstance()->current_test_info();
+  const std::string name = own.name();
+  const std::size_t parameter = std::min(name.find('/'), name.size());
+  const std::string said =
+      outputOf("/proc/self/exe", {program_invocation_name, "--gtest_also_run_disabled_tests",
+                                  std::string("--gtest_filter=") + own.test_suite_name() + '.' +
+                                      test + name.substr(parameter)});
+  EXPECT_NE(said.find("[  PASSED  ] 1 test."), std::string::npos) << said;
 }
 
 void EndToEndTest::startHost(const HostOptions& options) {

@@ -33,6 +33,11 @@ std::filesystem::path productFile(const std::string& name);
 /// The file of a plugin there, NAME.bundle or NAME.so.
 std::filesystem::path pluginFile(const std::string& plugin);
 
+/// Runs another test of the suite of the one that runs, with the same parameter, in a process of
+/// its own; its name begins with DISABLED_, which keeps it from being run by itself. A test failure
+/// when it fails.
+void inAnotherProcess(const std::string& test);
+
 /// Loads the built plugin anew for every test, in a host of the version that the test asks for and
 /// with an autorelease pool around it. Whatever the host handed out must have come back at the end.
 class EndToEndTest : public testing::Test {

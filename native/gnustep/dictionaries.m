@@ -2,6 +2,9 @@
 
 // A table of pointers stands behind CFDictionaryCreateMutable; it answers the dictionary messages
 // that are sent here, so that these functions serve Foundation's dictionaries as well.
+//
+// Plugins of one family share such a table, and hosts have threads: two that write to it at once
+// would leave it in knots, and the next look-up would never end. So one at a time.
 CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const void* keyCallBacks,
                                                  const void* valueCallBacks) {
@@ -12,13 +15,19 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFInd
 }
 
 const void* CFDictionaryGetValue(CFMutableDictionaryRef dictionary, const void* key) {
-  return [dictionary objectForKey:(id)key];
+  @synchronized(dictionary) {
+    return [dictionary objectForKey:(id)key];
+  }
 }
 
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value) {
-  [dictionary setObject:(id)value forKey:(id)key];
+  @synchronized(dictionary) {
+    [dictionary setObject:(id)value forKey:(id)key];
+  }
 }
 
 void CFDictionaryRemoveValue(CFMutableDictionaryRef dictionary, const void* key) {
-  [dictionary removeObjectForKey:(id)key];
+  @synchronized(dictionary) {
+    [dictionary removeObjectForKey:(id)key];
+  }
 }

@@ -1,4 +1,5 @@
 #include <array>
+#include <thread>
 
 #include "native/corefoundation.h"
 #include "tests/native/support.h"
@@ -71,6 +72,26 @@ TEST_F(DictionariesTest, FoundationsOwnDictionariesWorkToo) {
   EXPECT_EQ(text(zel::CFDictionaryGetValue(dictionary, string("key"))), "value");
   zel::CFDictionaryRemoveValue(dictionary, string("key"));
   EXPECT_EQ(zel::CFDictionaryGetValue(dictionary, string("key")), nullptr);
+}
+
+// The map that the companion plugin gives to all plugins of a family.
+TEST_F(DictionariesTest, ThreadsShareATable) {
+  constexpr int kThreads = 4;
+  constexpr int kEntries = 100000;
+  static char keys[kThreads][kEntries];
+  int missing[kThreads] = {};
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([&, thread] {
+      for (char& key : keys[thread]) zel::CFDictionarySetValue(table_, &key, &key);
+      for (char& key : keys[thread]) {
+        if (zel::CFDictionaryGetValue(table_, &key) != &key) ++missing[thread];
+        zel::CFDictionaryRemoveValue(table_, &key);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const int count : missing) EXPECT_EQ(count, 0);
 }
 
 }  // namespace

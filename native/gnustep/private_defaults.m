@@ -34,8 +34,7 @@ static NSArray* standardSearchList(void) {
 // configuration it has already.
 static void complete(NSUserDefaults* defaults) {
   NSUserDefaults* const standard = [NSUserDefaults standardUserDefaults];
-  // What was set through the standard object is for the new one to see. It also has to be on disk
-  // first: when another object is the one to write a domain's first file, GNUstep base drops it.
+  // What was set through the standard object is for the new one to see.
   [standard synchronize];
   NSArray* const list = standardSearchList();
   for (NSUInteger i = 0; i < [list count]; ++i) {

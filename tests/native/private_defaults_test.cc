@@ -83,9 +83,9 @@ TEST_F(PrivateDefaultsTest, WhatOthersWroteIsRead) {
   EXPECT_EQ(get(made(), "fromOutside"), "hello");
 }
 
-TEST_F(PrivateDefaultsTest, WhatIsNotSynchronisedIsNotOnDisk) {
-  EXPECT_EQ(probe({"keep", "kept", "lost"}), "");
-  EXPECT_EQ(probe({"string", "kept"}), "(null)");
+TEST_F(PrivateDefaultsTest, WhatIsNotSynchronisedIsOnDiskWhenTheProgramHasEnded) {
+  EXPECT_EQ(probe({"keep", "kept", "value"}), "");
+  EXPECT_EQ(probe({"string", "kept"}), "value");
 }
 
 TEST_F(PrivateDefaultsTest, GlobalDomainIsSearched) {

@@ -1,8 +1,10 @@
-// Binary property lists are written and read by binary_writer.m and binary_reader.m, which say why,
-// for everyone who asks for them in this process. May go with those.
+// Binary property lists are written and read by binary_writer.m and binary_reader.m, and others
+// looked at by text_nesting.c, which say why, for everyone who asks for them in this process. May
+// go with those.
 #include "native/gnustep/property_lists.h"
 
 #include "native/gnustep/replaced_methods.h"
+#include "native/gnustep/text_nesting.h"
 
 typedef NSData* (*Write)(id, SEL, id, NSPropertyListFormat, NSPropertyListWriteOptions, NSError**);
 typedef id (*Read)(id, SEL, NSData*, NSPropertyListReadOptions, NSPropertyListFormat*, NSError**);
@@ -31,8 +33,13 @@ static NSData* writeList(id self, SEL selector, id list, NSPropertyListFormat fo
 // Those who want to change what they get, which the defaults don't, get it from GNUstep base.
 static id readList(id self, SEL selector, NSData* data, NSPropertyListReadOptions options,
                    NSPropertyListFormat* format, NSError** error) {
-  if (options != NSPropertyListImmutable || ![data isKindOfClass:[NSData class]] ||
-      !zelIsBinaryPropertyList(data)) {
+  const bool isData = [data isKindOfClass:[NSData class]];
+  const bool isBinary = isData && zelIsBinaryPropertyList(data);
+  if (isData && !isBinary && zelTextNestsDeeper([data bytes], [data length], kDeepestDomain)) {
+    setError(error, @"the property list nests too deep");
+    return nil;
+  }
+  if (!isBinary || options != NSPropertyListImmutable) {
     return originalRead(self, selector, data, options, format, error);
   }
   const id list = zelReadBinaryPropertyList(data);

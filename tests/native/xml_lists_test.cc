@@ -45,6 +45,45 @@ TEST_F(XmlListsTest, HighIntegersAmongOthers) {
             R"({"a": Q 18446744073709551615, "b": (i 1, Q 9223372036854775813, "t")})");
 }
 
+std::string repeated(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
+// So many lists within each other, around one that is empty.
+std::string xmlLists(int levels) {
+  return repeated("<array>", levels) + repeated("</array>", levels);
+}
+std::string oldLists(int levels) { return repeated("(", levels) + repeated(")", levels); }
+
+TEST_F(XmlListsTest, NestingHasABound) {
+  EXPECT_EQ(read(xmlLists(257)).size(), 2U * 257);
+  EXPECT_EQ(read(xmlLists(258)), literal(nullptr));
+  EXPECT_EQ(read(xmlLists(200'000)), literal(nullptr));
+  EXPECT_EQ(read(repeated("<dict><key>k</key>", 258) + repeated("</dict>", 258)), literal(nullptr));
+  EXPECT_EQ(literal(parsed(oldLists(257))).size(), 2U * 257);
+  EXPECT_EQ(parsed(oldLists(258)), nullptr);
+  EXPECT_EQ(parsed(oldLists(200'000)), nullptr);
+  EXPECT_EQ(parsed(repeated("{k=", 258) + "v" + repeated(";}", 258)), nullptr);
+}
+
+TEST_F(XmlListsTest, WhatOnlyLooksLikeNesting) {
+  EXPECT_EQ(read("<array>" + repeated("<dict/><array />", 300) + "</array>").size(),
+            2U + 300 * 4 + 599 * 2);
+  EXPECT_EQ(read("<!--" + repeated("<array>", 300) + "--><true/>"), "c 1");
+  // What Foundation makes of such a section is its own business.
+  EXPECT_NE(read("<string><![CDATA[" + repeated("<dict>", 300) + "]]></string>"), literal(nullptr));
+  EXPECT_EQ(read("<array>" + repeated("<array></array>", 300) + "</array>").size(),
+            2U + 300 * 2 + 299 * 2);
+  EXPECT_EQ(literal(parsed("(\"" + repeated("(\\\"{", 300) + "\")")),
+            "(\"" + repeated("(\"{", 300) + "\")");
+  EXPECT_EQ(
+      literal(parsed("(a /* " + repeated("(", 300) + " \" */, b // " + repeated("{", 300) + "\n)")),
+      "(\"a\", \"b\")");
+  EXPECT_EQ(literal(parsed("(" + repeated("(a),", 300) + "b)")).size(), 2U + 300 * 7 + 3);
+}
+
 TEST_F(XmlListsTest, OldStyle) {
   EXPECT_EQ(literal(parsed("{ a = (b, \"c d\", <00ff>); \"e\\n\" = { f = <*I5>; }; }")),
             "{\"a\": (\"b\", \"c d\", <00ff>), \"e\\000a\": {\"f\": i 5}}");

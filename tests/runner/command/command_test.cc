@@ -149,6 +149,18 @@ TEST(CommandTest, AStoreIsKeptWhereItIsAskedFor) {
   EXPECT_EQ(hostrun(inStore + counter.file()).output, "True4\n");
 }
 
+TEST(CommandTest, WhatAProgramHasSetIsKeptWhenItEnds) {
+  const TemporaryFolder folder;
+  const std::string inStore = "--plugin " ZEL_PLUGIN " --store '" + folder.path().native() + "' ";
+  const std::string defaults = "NSUserDefaultsZEL.standardUserDefaults";
+  const Program first("first", defaults + ".stringForKey(\"mood\") = \"fine \xF0\x9F\x98\x80\"\n");
+  const Program second("second", "Print " + defaults + ".stringForKey(\"mood\")\n");
+  EXPECT_EQ(hostrun(inStore + first.file()).output, "");
+  EXPECT_EQ(hostrun(inStore + second.file()).output, "fine \xF0\x9F\x98\x80\n");
+  EXPECT_EQ(hostrun("--plugin " ZEL_PLUGIN " " + first.file() + " " + second.file()).output,
+            "fine \xF0\x9F\x98\x80\n");
+}
+
 TEST(CommandTest, AFolderThatCannotBeAStoreIsNamed) {
   const Program program("program", "Print \"never\"\n");
   const Ending inFile = hostrun("--store " + program.file() + " " + program.file());

@@ -113,6 +113,55 @@ TEST_P(DamageTest, IsPutAside) {
   EXPECT_EQ(contentsOf(aside), GetParam());
 }
 
+std::string repeated(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
+/// A file with so many dictionaries within each other, in the formats of text.
+std::vector<std::string> nested(int levels) {
+  const std::string xml = "<?xml version=\"1.0\"?><!-- <dict> --><plist version=\"1.0\">" +
+                          repeated("<dict><key>a</key>", levels) + "<string>x</string>" +
+                          repeated("</dict>", levels) + "</plist>";
+  const std::string older = "/* { */ " + repeated("{\"{\\\"\" = a//b; a =\n", levels) + "x;" +
+                            repeated("};", levels - 1) + "}";
+  return {xml, older};
+}
+
+TEST_F(StoreTest, AFileThatNestsTooDeepIsPutAside) {
+  constexpr int kDeepest = 257;
+  int number = 0;
+  for (const int levels : {kDeepest + 1, 200000}) {
+    for (const std::string& text : nested(levels)) {
+      std::ofstream(file(), std::ios::binary) << text;
+      EXPECT_EQ(ask({"read"}), "none");
+      EXPECT_EQ(contentsOf(file().native() + ".damaged-" + std::to_string(++number)), text);
+    }
+  }
+  EXPECT_EQ(files().size(), 4U);
+}
+
+TEST_F(StoreTest, AFileThatNestsDeepIsRead) {
+  for (const std::string& text : nested(257)) {
+    std::ofstream(file(), std::ios::binary) << text;
+    EXPECT_EQ(ask({"count", "a"}), "1") << text.substr(0, 80);
+    EXPECT_EQ(files(), std::vector{file()});
+  }
+}
+
+// Marks in texts, and elements beside each other.
+TEST_F(StoreTest, AFileThatIsLongIsRead) {
+  std::ofstream(file()) << "{" + repeated("key = \"((((\"; ", 1000) + "}";
+  EXPECT_EQ(ask({"count", "key"}), "1");
+  std::ofstream(file())
+      << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>key</key><array>" +
+             repeated("<array/><true/><!-- ( --><string>{</string>", 1000) +
+             "</array></dict></plist>";
+  EXPECT_EQ(ask({"count", "key"}), "1");
+  EXPECT_EQ(files(), std::vector{file()});
+}
+
 TEST_F(StoreTest, DamageIsNeverOverwritten) {
   for (const char* const damage : {"one", "two", "three"}) {
     std::ofstream(file()) << damage;

@@ -20,12 +20,12 @@ class DictionariesTest : public PluginTest {
         ObjectRef::adopt(NSDictionaryRB(reinterpret_cast<CFDictionaryRef>(dictionary))));
   }
   id toNativeObject(const ObjectRef& dictionary) {
-    return foundation.asObject(NewNSDictionary(dictionary.as<REALdictionary>()));
+    return Foundation::asObject(NewNSDictionary(dictionary.as<REALdictionary>()));
   }
   std::string toNative(const ObjectRef& dictionary) {
     return foundation.describe(toNativeObject(dictionary));
   }
-  id text(const char* utf8) { return foundation.asObject(foundation.string(utf8)); }
+  id text(const char* utf8) { return Foundation::asObject(foundation.string(utf8)); }
   id one() { return foundation.number("i", 1); }
 };
 

@@ -18,7 +18,7 @@ class NativeToVariantTest : public PluginTest {
  protected:
   ObjectRef converted(id object) { return ObjectRef::adopt(NewVariantFromNSObject(object)); }
   std::string toHost(id object) { return host->describe(converted(object)); }
-  id text(std::string_view utf8) { return foundation.asObject(foundation.string(utf8)); }
+  id text(std::string_view utf8) { return Foundation::asObject(foundation.string(utf8)); }
 };
 
 // --- nothing
@@ -144,12 +144,12 @@ TEST_F(NativeToVariantTest, DataDatesAndDictionaries) {
 
 TEST_F(NativeToVariantTest, AFilesAddressIsAFile) {
   foundation.makeFile("/folder/file.txt");
-  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/folder/file.txt"))),
+  EXPECT_EQ(toHost(Foundation::asObject(foundation.fileUrl("/folder/file.txt"))),
             "FolderItem /folder/file.txt");
 }
 
 TEST_F(NativeToVariantTest, AFileInAMissingFolderIsItsText) {
-  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/nowhere/new.txt"))),
+  EXPECT_EQ(toHost(Foundation::asObject(foundation.fileUrl("/nowhere/new.txt"))),
             "\"file:///nowhere/new.txt\"");
 }
 
@@ -157,21 +157,21 @@ TEST_F(NativeToVariantTest, AFileThatTheHostMakesNothingOfIsItsText) {
   foundation.makeFile("/folder/file.txt");
   host->hide("REALFolderItemFromParentFSRef");
   host->hide("FolderItemFromFSSpec");
-  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/folder/file.txt"))),
+  EXPECT_EQ(toHost(Foundation::asObject(foundation.fileUrl("/folder/file.txt"))),
             "\"file:///folder/file.txt\"");
-  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/folder/new.txt"))),
+  EXPECT_EQ(toHost(Foundation::asObject(foundation.fileUrl("/folder/new.txt"))),
             "\"file:///folder/new.txt\"");
-  EXPECT_EQ(toHost(foundation.asObject(foundation.fileUrl("/"))), "\"file:///\"");
+  EXPECT_EQ(toHost(Foundation::asObject(foundation.fileUrl("/"))), "\"file:///\"");
 }
 
 TEST_F(NativeToVariantTest, AnyOtherAddressIsItsText) {
-  EXPECT_EQ(toHost(foundation.asObject(foundation.url("http://example.com/a?b"))),
+  EXPECT_EQ(toHost(Foundation::asObject(foundation.url("http://example.com/a?b"))),
             "\"http://example.com/a?b\"");
 }
 
 TEST_F(NativeToVariantTest, AnAddressWithoutTextIsAVariantOfNoString) {
   foundation.addMethod("NSURL", "absoluteString", [](id, SEL) -> id { return nullptr; });
-  const ObjectRef made = converted(foundation.asObject(foundation.url("http://example.com/")));
+  const ObjectRef made = converted(Foundation::asObject(foundation.url("http://example.com/")));
   EXPECT_EQ(host->typeOf(made), 8);
 }
 

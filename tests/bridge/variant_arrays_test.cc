@@ -221,7 +221,7 @@ ObjectRef onlyOwner;
 TEST_F(VariantArraysTest, AnObjectThatDiesWithItsElementOutlivesItInTheList) {
   provideFamily();
   family->provideObjectClass("NSColorZEL");
-  onlyOwner = family->objectOf("NSColorZEL", foundation.asObject(foundation.string("red")));
+  onlyOwner = family->objectOf("NSColorZEL", Foundation::asObject(foundation.string("red")));
   foundation.drainPool();
   const ObjectRef array = host->array(4105, {std::monostate{}});
   intercept("RuntimeArrayDirectGetGetProc", [](REALarray) {

@@ -147,7 +147,7 @@ class ConstructorTest : public LifecycleTest,
 TEST_P(ConstructorTest, WrapsWhereTheHostSays) {
   ObjectRef object = host->make(kClass);
   auto& words = Host::data<std::array<NSUserDefaults*, 2>>(object);
-  NSUserDefaultsClass.base.systemUse = 24 + sizeof words[0];
+  NSUserDefaultsClass.base.systemUse = 24 + sizeof(void*);
   EXPECT_EQ(construct(object, GetParam()), std::nullopt);
   EXPECT_EQ(words[0], nullptr);
   EXPECT_EQ(foundation.references(words[1]), 1);

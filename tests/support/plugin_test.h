@@ -18,6 +18,7 @@
 namespace tests {
 
 using Lines = std::vector<std::string>;
+using foundation_double::Foundation;
 using host::addToDouble;
 using host::Host;
 using host::HostOptions;

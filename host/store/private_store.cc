@@ -12,6 +12,9 @@
 #include <system_error>
 #include <unistd.h>
 
+// Foundation's: the process's arguments and environment are these from now on.
+extern "C" void GSInitializeProcess(int argc, char** argv, char** environment);
+
 namespace host {
 namespace {
 
@@ -53,12 +56,17 @@ void writeConfiguration(const std::filesystem::path& store) {
   std::filesystem::rename(part, file);
 }
 
-[[noreturn]] void becomeInside(const std::filesystem::path& store, char** argv) {
+// Foundation took the environment when it was loaded, and reads its configuration at the first
+// message.
+void moveInside(const std::filesystem::path& store, int argc, char** argv) {
   setenv(kFolderVariable, store.c_str(), 1);
   setenv(kConfigVariable, configFileOf(store).c_str(), 1);
-  execv("/proc/self/exe", argv);
-  std::perror("can't start the process in a private store");
-  _exit(126);
+  GSInitializeProcess(argc, argv, environ);
+}
+
+// What leaves the body ends the process: the store is the other one's to remove.
+[[noreturn]] void endWith(int (*body)(int, char**), int argc, char** argv) noexcept {
+  std::exit(body(argc, argv));
 }
 
 /// Waits for the child; an interrupt from the terminal is for the child alone, so that the store is
@@ -104,7 +112,10 @@ int runInPrivateStore(int argc, char** argv, int (*body)(int, char**)) {
   const PrivateStore store;
   const pid_t child = fork();
   if (child < 0) fail("can't start a process");
-  if (child == 0) becomeInside(store.folder(), argv);
+  if (child == 0) {
+    moveInside(store.folder(), argc, argv);
+    endWith(body, argc, argv);
+  }
   return resultOf(child);
 }
 
@@ -115,7 +126,8 @@ int runInStore(const std::filesystem::path& folder, int argc, char** argv,
   const char* const current = std::getenv(kFolderVariable);
   if (current != nullptr && current == store) return body(argc, argv);
   writeConfiguration(store);
-  becomeInside(store, argv);
+  moveInside(store, argc, argv);
+  return body(argc, argv);
 }
 
 std::filesystem::path storedDomain(std::string_view name) {

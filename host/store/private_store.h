@@ -18,9 +18,8 @@ class PrivateStore {
 
   /// The folder; the domains are in its subfolder "Defaults".
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
-  /// The configuration that sends Foundation there: the value for GNUSTEP_CONFIG_FILE, which must
-  /// be in the environment of a process from its start, because Foundation reads it when it is
-  /// loaded.
+  /// The configuration that sends Foundation there: the value for GNUSTEP_CONFIG_FILE in the
+  /// environment that a process has from its start.
   [[nodiscard]] std::filesystem::path configFile() const;
 
  private:
@@ -28,13 +27,12 @@ class PrivateStore {
 };
 
 /// Runs body in a process of its own whose user defaults, and those of every program it starts, are
-/// in a new PrivateStore; removes the store afterwards, however the process ended. Call it first
-/// thing in main and return its result from there:
+/// in a new PrivateStore; removes the store afterwards, however the process ended. Call it before
+/// anything is asked of Foundation, and return its result from main:
 ///
 ///   int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, run); }
 ///
-/// What stands before the call is run twice. Inside such a process, and in programs that it starts,
-/// body is simply called.
+/// Inside such a process, and in programs that it starts, body is simply called.
 /// @return body's result, or 128 and the signal's number when a signal ended the process.
 int runInPrivateStore(int argc, char** argv, int (*body)(int argc, char** argv));
 

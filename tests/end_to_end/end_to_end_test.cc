@@ -115,6 +115,16 @@ const FamilyKind& familyOfEnvironment() {
 
 }  // namespace
 
+std::vector<double> amongThese(std::span<const double> versions) {
+  if (familyOfEnvironment().has(Part::companion) && std::getenv("ZEL_EVERY_VERSION") == nullptr)
+    return {versions.front(), versions.back()};
+  return {versions.begin(), versions.end()};
+}
+
+std::vector<double> amongThese(std::initializer_list<double> versions) {
+  return amongThese(std::span(versions.begin(), versions.size()));
+}
+
 FamilyTest::FamilyTest() : kind_(familyOfEnvironment()) {}
 
 void FamilyTest::loadPlugins() {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -64,13 +65,12 @@ class EndToEndTest : public testing::Test {
   host::Pool pool_;
 };
 
-/// The same among the other plugins of the family, whose hooks can't be taken back in a process:
-/// tests without them stand in a program of their own.
+/// The same among the other plugins of the family, whose hooks stay in a process for good, as the
+/// companion plugin does.
 ///
 /// Who they are is up to the environment's ZEL_FAMILY: "stand-ins" (so too without it),
 /// "companion-first" and "companion-last" (the companion plugin, before or after the plugin),
-/// "stand-ins-first" (the companion plugin too, but stand-ins have added everything before it). The
-/// companion plugin stays in a process for good, so with it every test takes a process of its own.
+/// "stand-ins-first" (the companion plugin too, but stand-ins have added everything before it).
 class FamilyTest : public EndToEndTest {
  protected:
   FamilyTest();
@@ -108,5 +108,11 @@ class DefaultsTest : public FamilyTest, public testing::WithParamInterface<doubl
 /// The host versions whose behaviour differs, and the newest of each kind.
 inline constexpr double kHostVersions[] = {2011.04, 2012.0, 2012.99, 2013.0,
                                            2013.03, 2013.9, 2014.0,  2025.01};
+
+/// The host versions of these to test in: all of them among stand-ins alone, the oldest and the
+/// newest in the family's other orders, unless the environment has ZEL_EVERY_VERSION.
+/// @param versions in their order.
+std::vector<double> amongThese(std::span<const double> versions);
+std::vector<double> amongThese(std::initializer_list<double> versions);
 
 }  // namespace tests

@@ -43,7 +43,8 @@ class ExceptionsTest : public DefaultsTest {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Hosts, ExceptionsTest, testing::Values(2011.04, 2013.9, 2014.0));
+INSTANTIATE_TEST_SUITE_P(Hosts, ExceptionsTest,
+                         testing::ValuesIn(amongThese({2011.04, 2013.9, 2014.0})));
 
 TEST_P(ExceptionsTest, NothingIsStoredUnderAnEmptyKey) {
   const struct {

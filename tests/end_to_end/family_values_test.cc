@@ -71,7 +71,8 @@ class FamilyValuesTest : public DefaultsTest {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Hosts, FamilyValuesTest, testing::Values(2011.04, 2013.9, 2014.0));
+INSTANTIATE_TEST_SUITE_P(Hosts, FamilyValuesTest,
+                         testing::ValuesIn(amongThese({2011.04, 2013.9, 2014.0})));
 
 // --- structures
 

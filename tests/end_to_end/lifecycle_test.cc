@@ -24,7 +24,7 @@ class LifecycleTest : public FamilyTest, public testing::WithParamInterface<doub
   [[nodiscard]] bool older() const { return GetParam() < 2012.0; }
 };
 
-INSTANTIATE_TEST_SUITE_P(Hosts, LifecycleTest, testing::ValuesIn(kHostVersions));
+INSTANTIATE_TEST_SUITE_P(Hosts, LifecycleTest, testing::ValuesIn(amongThese(kHostVersions)));
 
 TEST_P(LifecycleTest, TheInterfaceVersionFollowsTheHost) {
   const std::int32_t expected = GetParam() >= 2013.03  ? 12

@@ -21,7 +21,7 @@ class ObjectsTest : public DefaultsTest {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Hosts, ObjectsTest, testing::ValuesIn(kHostVersions));
+INSTANTIATE_TEST_SUITE_P(Hosts, ObjectsTest, testing::ValuesIn(amongThese(kHostVersions)));
 
 TEST_P(ObjectsTest, Data) {
   set("setDataValue", host->memoryBlock("\x00\x01\xFE\xFF"s + "abc"));
@@ -199,7 +199,8 @@ class FilesTest : public ObjectsTest {
   std::filesystem::path folder_ = temporary_.path();
 };
 
-INSTANTIATE_TEST_SUITE_P(Hosts, FilesTest, testing::Values(2011.04, 2013.0, 2014.0));
+INSTANTIATE_TEST_SUITE_P(Hosts, FilesTest,
+                         testing::ValuesIn(amongThese({2011.04, 2013.0, 2014.0})));
 
 TEST_P(FilesTest, FilesThatExist) {
   for (const std::string& name : {"plain.txt"s, "with space"s, "100%"s, "a#b?c;d"s,

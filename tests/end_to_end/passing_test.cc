@@ -1,5 +1,5 @@
 // Native exceptions that pass through the host: out of one function of the plugin, which the host
-// has called for another one. Apart, because the hook that raises stays in a process for good.
+// has called for another one.
 #include <functional>
 #include <utility>
 

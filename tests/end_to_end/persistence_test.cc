@@ -59,7 +59,7 @@ class PersistenceTest : public FamilyTest, public testing::WithParamInterface<do
 
 constexpr double kHosts[] = {2011.04, 2012.0, 2013.0, 2014.0};
 
-INSTANTIATE_TEST_SUITE_P(Hosts, PersistenceTest, testing::ValuesIn(kHosts));
+INSTANTIATE_TEST_SUITE_P(Hosts, PersistenceTest, testing::ValuesIn(amongThese(kHosts)));
 
 TEST_P(PersistenceTest, AnotherProcessReadsTheSame) {
   storeEverything();

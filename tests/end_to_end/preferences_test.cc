@@ -203,7 +203,7 @@ class PreferencesTest : public PassageTest,
 };
 
 INSTANTIATE_TEST_SUITE_P(Hosts, PreferencesTest,
-                         testing::Combine(testing::Values(2011.04, 2013.9, 2014.0),
+                         testing::Combine(testing::ValuesIn(amongThese({2011.04, 2013.9, 2014.0})),
                                           testing::ValuesIn(kFiles)));
 
 TEST_P(PreferencesTest, PassThroughTheHost) {

@@ -1,11 +1,8 @@
-// GoogleTest's main function in a private store.
-#include <gtest/gtest.h>
-
+// The main function of test programs over the real Foundation, which keeps much for the length of a
+// process: every test has one, and a store, of its own.
 #include "host/store/private_store.h"
+#include "tests/support/apart.h"
 
-static int runTests(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  return RUN_ALL_TESTS();
+int main(int argc, char** argv) {
+  return tests::runApart(argc, argv, tests::Share::nothing, host::runInPrivateStore);
 }
-
-int main(int argc, char** argv) { return host::runInPrivateStore(argc, argv, runTests); }

@@ -108,8 +108,9 @@ cached() {
   sed -n "s/^$2:[A-Z]*=//p" "$project/build/$1/CMakeCache.txt" 2>/dev/null || true
 }
 
-# configurePreset PRESET: configures build/PRESET, from scratch when that folder was made for a copy
-# of the project that stood elsewhere or with a sysroot of other packages.
+# configurePreset PRESET [OPTION...]: configures build/PRESET, from scratch when that folder was made
+# for a copy of the project that stood elsewhere or with a sysroot of other packages. The options are
+# CMake's.
 configurePreset() {
   local -a fresh=()
   local home sysroot
@@ -117,14 +118,18 @@ configurePreset() {
   sysroot=$(cached "$1" ZEL_I386_SYSROOT)
   [[ ${home:-$project} == "$project" && ${sysroot:-$(i386Sysroot)} == "$(i386Sysroot)" ]] ||
     fresh=(--fresh)
-  (cd -- "$project" && cmake --preset "$1" "${fresh[@]}")
+  (cd -- "$project" && cmake --preset "$@" "${fresh[@]}")
 }
 
-# buildPreset PRESET TARGETS: configures and builds. TARGETS is one word list.
+# What a user gets, as targets.
+export productTargets='NSUserDefaultsZEL NSExceptionZEL zelnative'
+
+# buildPreset PRESET TARGETS [OPTION...]: configures and builds. TARGETS is one word list, the options
+# are CMake's.
 buildPreset() {
   local -a targets
   read -ra targets <<<"$2"
-  configurePreset "$1" &&
+  configurePreset "$1" "${@:3}" &&
     (cd -- "$project" &&
       cmake --build --preset "$1" --parallel "$jobs" --target "${targets[@]}")
 }

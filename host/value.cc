@@ -41,12 +41,39 @@ void ObjectRef::reset() {
     state.ledger.dropReference(state, *object, kWho);
 }
 
+Value::Value() = default;
+Value::Value(const Value& other) = default;
+Value::Value(Value&& other) noexcept = default;
+Value::~Value() = default;
+Value& Value::operator=(const Value& other) = default;
+Value& Value::operator=(Value&& other) noexcept = default;
+
+bool operator==(const Value& left, const Value& right) {
+  return static_cast<const AnyValue&>(left) == static_cast<const AnyValue&>(right);
+}
+
 std::ostream& operator<<(std::ostream& out, const ObjectRef& object) {
   return out << "ObjectRef(" << static_cast<const void*>(object.handle()) << ")";
 }
 
 std::ostream& operator<<(std::ostream& out, const Text& text) {
   return out << "Text(\"" << text.bytes << "\", 0x" << std::hex << text.encoding << std::dec << ")";
+}
+
+std::ostream& operator<<(std::ostream& out, const Value& value) {
+  const auto show = [&out]<class T>(const T& held) {
+    if constexpr (std::is_same_v<T, std::monostate>) {
+      out << "nothing";
+    } else if constexpr (std::is_same_v<T, std::string>) {
+      out << '"' << held << '"';
+    } else if constexpr (std::is_same_v<T, std::int8_t>) {
+      out << static_cast<int>(held);
+    } else {
+      out << held;
+    }
+  };
+  std::visit(show, value);
+  return out;
 }
 
 std::ostream& operator<<(std::ostream& out, const Raised& raised) {

@@ -73,8 +73,23 @@ struct Text {
 ///   Text             any other string. As a result: a string whose recorded encoding isn't UTF-8,
 ///                    or an empty one that is not the null handle
 ///   ObjectRef        object or array; a null one is the null handle
-using Value = std::variant<std::monostate, std::int32_t, float, double, std::int8_t, std::string,
-                           ObjectRef, Text, std::int64_t, std::uint32_t, std::uint64_t>;
+using AnyValue = std::variant<std::monostate, std::int32_t, float, double, std::int8_t, std::string,
+                              ObjectRef, Text, std::int64_t, std::uint32_t, std::uint64_t>;
+
+/// The same as a class: what every source that has values would otherwise make of the variant anew
+/// is compiled once.
+class Value : public AnyValue {
+ public:
+  using AnyValue::AnyValue;
+  Value();
+  Value(const Value& other);
+  Value(Value&& other) noexcept;
+  ~Value();
+  Value& operator=(const Value& other);
+  Value& operator=(Value&& other) noexcept;
+
+  friend bool operator==(const Value& left, const Value& right);
+};
 
 /// The entries of a Dictionary: keys and what they stand for.
 using Entries = std::vector<std::pair<Value, Value>>;
@@ -131,6 +146,7 @@ struct Outcome {
 
 std::ostream& operator<<(std::ostream& out, const ObjectRef& object);
 std::ostream& operator<<(std::ostream& out, const Text& text);
+std::ostream& operator<<(std::ostream& out, const Value& value);
 std::ostream& operator<<(std::ostream& out, const Raised& raised);
 std::ostream& operator<<(std::ostream& out, const DateFields& fields);
 

@@ -131,7 +131,7 @@ Type typeOf(Machine& machine, const Value& value) {
   static const Type kByPosition[] = {kNil,    kInteger, kSingle, kDouble, kBoolean,
                                      kString, kNil,     kString, kInt64,  {Kind::uint32, "", false},
                                      kUInt64};
-  static_assert(std::size(kByPosition) == std::variant_size_v<Value>);
+  static_assert(std::size(kByPosition) == std::variant_size_v<host::AnyValue>);
   const auto* const object = std::get_if<ObjectRef>(&value);
   if (object == nullptr || !*object) return kByPosition[value.index()];
   if (const host::RegisteredClass* const found = machine.host().classOf(*object))

@@ -73,7 +73,8 @@ class Reporter : public testing::EmptyTestEventListener {
   void OnTestEnd(const testing::TestInfo& test) override {
     const testing::TestResult& result = *test.result();
     const char* const kind = result.Failed() ? "failed" : result.Skipped() ? "skipped" : "passed";
-    std::fprintf(said, "%s %s\n", kind, nameOf(test).c_str());
+    std::fprintf(said, "%s %lld %s\n", kind, static_cast<long long>(result.elapsed_time()),
+                 nameOf(test).c_str());
     std::fflush(said);
   }
 };
@@ -100,17 +101,23 @@ std::string contentsOf(std::FILE* file) {
   return text;
 }
 
+struct Outcome {
+  std::string kind = "failed";
+  long long milliseconds = 0;
+};
+
 // What became of each test; one that nothing is said of has failed.
-std::map<std::string, std::string> outcomes(const Names& names, int status) {
-  std::map<std::string, std::string> found;
-  for (const std::string& name : names) found[name] = "failed";
+std::map<std::string, Outcome> outcomes(const Names& names, int status) {
+  std::map<std::string, Outcome> found;
+  for (const std::string& name : names) found[name] = {};
   std::istringstream lines(contentsOf(said));
-  for (std::string kind, name; lines >> kind && std::getline(lines >> std::ws, name);)
-    found[name] = kind;
+  Outcome outcome;
+  for (std::string name;
+       lines >> outcome.kind >> outcome.milliseconds && std::getline(lines >> std::ws, name);)
+    found[name] = outcome;
   const bool failed =
-      std::ranges::any_of(found, [](const auto& each) { return each.second == "failed"; });
-  if (status != EXIT_SUCCESS && !failed)
-    found[names.front() + " and the end of its process"] = "failed";
+      std::ranges::any_of(found, [](const auto& each) { return each.second.kind == "failed"; });
+  if (status != EXIT_SUCCESS && !failed) found[names.front() + " and the end of its process"] = {};
   return found;
 }
 
@@ -147,10 +154,11 @@ int runApart(int argc, char** argv, Share share, Runner runner) {
     empty(said);
     const int status = runner(argc, argv, runHere);
     const int failedBefore = counts["failed"];
-    for (const auto& [name, kind] : outcomes(names, status)) {
-      ++counts[kind];
-      results << kind << ' ' << name << std::endl;
-      std::cout << kind << ' ' << name << std::endl;
+    for (const auto& [name, outcome] : outcomes(names, status)) {
+      ++counts[outcome.kind];
+      results << outcome.kind << ' ' << name << std::endl;
+      std::cout << outcome.kind << ' ' << name << " (" << outcome.milliseconds << " ms)"
+                << std::endl;
     }
     if (counts["failed"] > failedBefore)
       std::cout << contentsOf(written) << "The process ended with " << status << '.' << std::endl;

@@ -32,7 +32,9 @@ macro(zel_add_support_options)
 endmacro()
 
 # Reading the same few headers is most of what compiling the larger parts takes.
+# zel_precompile_headers(PART HEADER...): the part's own headers that nearly all of its sources include.
 function(zel_precompile_headers part)
+  list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE own)
   target_precompile_headers(${part} PRIVATE
-    <algorithm> <functional> <map> <optional> <string> <string_view> <vector>)
+    <algorithm> <functional> <map> <optional> <string> <string_view> <vector> ${own})
 endfunction()

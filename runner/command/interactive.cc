@@ -1,9 +1,11 @@
 #include "runner/command/interactive.h"
 
+#include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <editline/readline.h>
 #include <iostream>
+#include <langinfo.h>
 #include <memory>
 #include <string>
 
@@ -31,6 +33,14 @@ char** complete(const char* prefix, int /*start*/, int end) {
   return found.empty() ? nullptr : rl_completion_matches(prefix, nextCompletion);
 }
 
+// Texts are UTF-8 whatever the surroundings say. The line editor drops what the locale has no
+// characters for, and ends the process at such a prompt. Foundation sets the locale when it is
+// first used, so this is for every line.
+void useUtf8() {
+  std::setlocale(LC_CTYPE, "");
+  if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
 void show(const Ending& ending) {
   std::cout.flush();
   std::cerr << format(ending.diagnostics);
@@ -49,6 +59,7 @@ void interact(Session& session) {
   using_history();
   std::string text;
   for (;;) {
+    useUtf8();
     const Line line(readline(text.empty() ? "> " : "… "));
     if (line == nullptr) break;
     if (*line != '\0') add_history(line.get());

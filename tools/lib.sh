@@ -54,7 +54,7 @@ step() {
 # The end of a log, without what only says that all went well.
 showFailure() {
   printf '  The last lines of %s:\n' "$1"
-  { grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test +#.* Passed )|^\[[0-9]+/[0-9]+\] ' "$1" ||
+  { grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test +#.* Passed )|^\[[0-9]+/[0-9]+\] |^(passed|skipped) ' "$1" ||
     true; } | tail -n "${ZEL_LOG_LINES:-60}" | sed 's/^/  | /'
 }
 

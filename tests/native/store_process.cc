@@ -78,6 +78,12 @@ bool StoreProcess::hasEnded(double seconds) {
   return true;
 }
 
+bool StoreProcess::hasWritten() {
+  for (double waited = 0; output().empty() && waited < kLongest; waited += 0.001)
+    if (hasEnded(0.001)) break;
+  return !output().empty();
+}
+
 int StoreProcess::result() {
   EXPECT_TRUE(hasEnded(kLongest)) << output() << log();
   return status_;

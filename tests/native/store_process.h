@@ -21,6 +21,8 @@ class StoreProcess {
   void kill();
   /// Whether it has ended, within that time.
   bool hasEnded(double seconds);
+  /// Whether it has written to its standard output before it ended, within a minute.
+  bool hasWritten();
   /// Waits for its end, which is a test failure after a minute.
   /// @return what it gave to exit, or 128 and its signal.
   int result();

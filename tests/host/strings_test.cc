@@ -152,6 +152,26 @@ TEST_F(HostTest, ConvertsOnlyWhatItCan) {
   }
 }
 
+TEST_F(HostTest, ConvertsAfterWhatItCouldNotAsBefore) {
+  const auto convert = entryPoint<REALstring(REALstring, std::uint32_t)>("REALConvertString");
+  // A character that ends in its middle, then a whole one, then one that can't be expressed.
+  const struct {
+    const char* bytes;
+    const char* converted;
+  } rows[] = {{"caf\xC3", ""},
+              {"\xA9", ""},
+              {"caf\xC3\xA9", "caf\xE9"},
+              {"\xE2\x82\xAC", ""},
+              {"caf\xC3\xA9", "caf\xE9"}};
+  for (const auto& row : rows) {
+    const REALstring string = host->string(row.bytes, kUtf8);
+    const REALstring converted = convert(string, kLatin1);
+    EXPECT_EQ(converted == nullptr ? "" : host->bytes(converted), row.converted);
+    if (converted != nullptr) unlock(converted);
+    unlock(string);
+  }
+}
+
 std::string textOf(zel::CFStringRef string) {
   char buffer[100] = {};
   if (string == nullptr) return "null";

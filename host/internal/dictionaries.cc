@@ -5,6 +5,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/folding.h"
+#include "host/internal/encodings.h"
 #include "host/internal/exceptions.h"
 #include "host/internal/state.h"
 #include "host/internal/variants.h"
@@ -27,6 +29,13 @@ DictionaryKey numberKey(Number number) {
   }
 }
 
+// A text that can't be converted, because nobody knows its encoding, is taken as it is.
+std::string textKey(const HostString& string) {
+  if (string.encoding == kUtf8) return folded(string.bytes());
+  const std::optional<std::string> bytes = convert(string.bytes(), string.encoding, kUtf8);
+  return folded(bytes ? *bytes : string.bytes());
+}
+
 DictionaryKey keyOf(const State& state, zel::REALobject key) {
   const auto* const variant = state.ledger.peek<HostVariant>(key);
   if (variant == nullptr)
@@ -35,7 +44,7 @@ DictionaryKey keyOf(const State& state, zel::REALobject key) {
     using Held = decltype(held);
     if constexpr (std::is_same_v<Held, zel::REALstring>) {
       const auto* const string = state.ledger.peek<HostString>(held);
-      return string == nullptr ? std::string() : std::string(string->bytes());
+      return string == nullptr ? std::string() : textKey(*string);
     } else if constexpr (std::is_same_v<Held, std::int8_t>) {
       return held != 0;
     } else if constexpr (std::is_arithmetic_v<Held>) {

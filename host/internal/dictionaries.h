@@ -12,8 +12,9 @@
 
 namespace host::internal {
 
-/// What keys are compared by: nothing, a boolean, a number, a text's bytes or an object's identity.
-/// Whole numbers of every type are an std::int64_t when they fit.
+/// What keys are compared by: nothing, a boolean, a number, a text without regard to its case and
+/// its encoding, or an object's identity. Whole numbers of every type are an std::int64_t when they
+/// fit.
 using DictionaryKey = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double,
                                    std::string, const void*>;
 

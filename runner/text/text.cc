@@ -2,25 +2,16 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <utf8proc.h>
 
 namespace runner {
 namespace {
-
-struct Free {
-  void operator()(utf8proc_uint8_t* text) const { std::free(text); }
-};
-using Mapped = std::unique_ptr<utf8proc_uint8_t, Free>;
 
 constexpr std::string_view kSpaces = " \t\r\n\v\f";
 
 bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
 }
-
-char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // The next character and its size in bytes; a byte that is no part of one stands for itself.
 struct Character {
@@ -100,21 +91,6 @@ std::string uppercase(std::string_view text) {
 }
 
 std::string lowercase(std::string_view text) { return mapped(text, utf8proc_tolower); }
-
-std::string folded(std::string_view text) {
-  std::string result(text);
-  if (isAscii(text)) {
-    std::transform(result.begin(), result.end(), result.begin(), asciiLower);
-    return result;
-  }
-  utf8proc_uint8_t* out = nullptr;
-  const utf8proc_ssize_t size =
-      utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                   static_cast<utf8proc_ssize_t>(text.size()), &out, UTF8PROC_CASEFOLD);
-  const Mapped owner(out);
-  if (size < 0) return result;  // not well-formed: only equal to itself
-  return {reinterpret_cast<const char*>(out), static_cast<std::size_t>(size)};
-}
 
 std::weak_ordering compareText(std::string_view left, std::string_view right) {
   return folded(left) <=> folded(right);

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/folding.h"
+
 namespace runner {
 
 /// How many characters (code points) there are; a byte that is no part of one counts as one.
@@ -25,8 +27,7 @@ std::size_t firstBadByte(std::string_view text);
 
 std::string uppercase(std::string_view text);
 std::string lowercase(std::string_view text);
-/// The text that stands for all that differ from it in case only.
-std::string folded(std::string_view text);
+using host::folded;
 /// Order without regard to case.
 std::weak_ordering compareText(std::string_view left, std::string_view right);
 /// Where a text stands in another, without regard to case: in bytes from the start, from an offset

@@ -103,13 +103,31 @@ TEST_F(HostTest, ComparesKeysAsItSays) {
                                                  {host->memoryBlock("x"), 11},
                                                  {host->memoryBlock("x"), 12},
                                                  {"1", 13}});
-  EXPECT_EQ(count(dictionary), 9);
+  EXPECT_EQ(count(dictionary), 8);
   EXPECT_EQ(host->valueOf(value(dictionary, host->variant("a"))), Value(10));
-  EXPECT_EQ(host->valueOf(value(dictionary, host->variant("A"))), Value(2));
+  EXPECT_EQ(host->valueOf(value(dictionary, host->variant("A"))), Value(10));
   EXPECT_EQ(host->valueOf(value(dictionary, host->variant(1))), Value(5));
   EXPECT_EQ(host->valueOf(value(dictionary, host->variant(1.5))), Value(7));
   EXPECT_EQ(host->valueOf(value(dictionary, host->variant(std::int8_t{7}))), Value(9));
-  EXPECT_EQ(host->entries(dictionary).at(2), (std::pair<Value, Value>(1, 5)));
+  EXPECT_EQ(host->entries(dictionary).at(0), (std::pair<Value, Value>("a", 10)));
+}
+
+TEST_F(HostTest, ComparesTextsAsKeysWithoutRegardToCase) {
+  const ObjectRef dictionary = host->dictionary({{"Größe", 1}, {"ΣΊΣΥΦΟΣ", 2}, {"café", 3}});
+  setValue(dictionary, host->variant("GRÖSSE"), host->variant(4));
+  setValue(dictionary, host->variant("σίσυφος"), host->variant(5));
+  setValue(dictionary, host->variant(host::Text("CAF\xC9", 0x201)), host->variant(6));
+  // The spelling that was there first stays.
+  EXPECT_EQ(host->entries(dictionary), (Entries{{"Größe", 4}, {"ΣΊΣΥΦΟΣ", 5}, {"café", 6}}));
+  const std::string utf16("C\0a\0f\0\xE9\0", 8);
+  EXPECT_TRUE(host->hasKey(dictionary, host::Text(utf16, 0x100)));
+  EXPECT_FALSE(host->hasKey(dictionary, "cafe"));
+  // What is no text in its encoding is equal to itself only.
+  setValue(dictionary, host->variant("a\xFF"), host->variant(7));
+  EXPECT_TRUE(host->hasKey(dictionary, "a\xFF"));
+  EXPECT_FALSE(host->hasKey(dictionary, "A\xFF"));
+  EXPECT_TRUE(host->removeKey(dictionary, "Σίσυφος"));
+  EXPECT_EQ(count(dictionary), 3);
 }
 
 TEST_F(HostTest, RaisesForWhatADictionaryHasNot) {

@@ -1,12 +1,14 @@
 #!/usr/bin/python3
-"""Draws the pictures of docs/architecture.md from the sources: draw_pictures.py PICTURE [PROJECT]
+"""Draws the pictures of the documentation: draw_pictures.py PICTURE [PROJECT]
 
 PICTURE is "house", the folders and which of them includes which, or "call", the way of one call from
-function to function. The picture goes to stdout, as SVG. docs/conf.py puts both into the site.
+function to function, both for docs/architecture.md; or one of the manual: "plugins", the host's folder
+with the plugin in it, "search", the domains that a getter searches, and "travel", what becomes of a value
+on its way to the disk and back. The picture goes to stdout, as SVG. docs/conf.py puts them into the site.
 
-Nothing is drawn that the sources don't say: an arrow of the house is an include, and an arrow of the
-call stands for a name in the body of the function that it starts at. Exits 1 and says why when the
-sources say otherwise.
+Nothing is drawn of the sources that they don't say: an arrow of the house is an include, and an arrow of
+the call stands for a name in the body of the function that it starts at. Exits 1 and says why when the
+sources say otherwise. What the manual's pictures show, the programs on the same pages show too.
 """
 
 import pathlib
@@ -52,17 +54,36 @@ STEPS = (
     (5, "send", "dispatch"),
 )
 
+# The domains in the order in which a getter searches them; those on disk, and what they are.
+DOMAINS = (
+    ("arguments", "what the program was started with", False),
+    ("the program's own", "where every setter writes", True),
+    ("suites", "the one that was added last comes first", True),
+    ("global", "all programs of the user", True),
+    ("registered", "what the program comes with", False),
+)
+# A value in the program, in memory and in the file.
+KINDS = (
+    ("Integer, Double, Boolean", "NSNumber", "number, boolean"),
+    ("String", "NSString", "text"),
+    ("Date", "NSDate", "date"),
+    ("MemoryBlock", "NSData", "data"),
+    ("FolderItem, URL", "NSURL", "path or data"),
+    ("String(), Variant()", "NSArray", "list"),
+    ("Dictionary", "NSDictionary", "dictionary"),
+)
+
 # The page's own colours, light or dark, as its reader has chosen; without a page, dark on light.
 STYLE = """
 .picture { max-width: 100%; height: auto; }
 .picture text { fill: var(--color-foreground-primary, #111); }
 .picture .cluster text, .picture .edge text { fill: var(--color-foreground-secondary, #555); }
-.picture .node :is(path, ellipse)
+.picture .node :is(path, ellipse, polygon, polyline)
   { fill: var(--color-background-primary, #fff); stroke: var(--color-foreground-muted, #777); }
 .picture .cluster path
   { fill: var(--color-foreground-primary, #111); fill-opacity: 0.04;
     stroke: var(--color-foreground-muted, #777); stroke-opacity: 0.5; }
-.picture .product path { fill: var(--color-brand-primary, #2962ff); fill-opacity: 0.12; }
+.picture .product path, .picture .disk :is(path, polygon) { fill: var(--color-brand-primary, #2962ff); fill-opacity: 0.12; }
 .picture .edge path { stroke: var(--color-foreground-secondary, #555); }
 .picture .edge polygon { fill: var(--color-foreground-secondary, #555); stroke: none; }
 """
@@ -181,6 +202,55 @@ def call(root, places=PLACES, steps=STEPS):
     return drawing
 
 
+# --- the manual
+
+
+def plugins(root):
+    """The host's folder after the plugin has been put into it, as a tree."""
+    header = (root / "plugin" / "version.h").read_text(encoding="utf-8")
+    version = re.search(r'"(\d+\.\d+\.\d+)"', header)
+    if version is None:
+        raise Refusal("plugin/version.h says no version")
+    return ["ranksep=0.25 nodesep=0.3", 'node [style=""]', "edge [arrowhead=none]",
+            'host [label="the host\'s folder" shape=folder]', 'program [label="the host"]',
+            'plugins [label="Plugins" shape=folder]',
+            f'file [label="NSUserDefaultsZEL-{version.group(1)}.xojo_plugin" shape=note class=disk]',
+            "host -> plugins", "host -> program", "plugins -> file"]
+
+
+def search(root):
+    """What a getter asks in turn, and where a setter writes."""
+    drawing = ["ranksep=0.25 nodesep=0.6", 'getter [label="a getter" shape=ellipse style=""]',
+               'setter [label="a setter" shape=ellipse style=""]',
+               f'nothing [label={words("nothing found", "0, False, the empty text, an empty array, Nil")}]']
+    for name, meaning, on_disk in DOMAINS:
+        drawing.append(f"{quoted(name)} [label={words(name, meaning)}{' class=disk' if on_disk else ''}]")
+    way = ["getter", *(name for name, *_ in DOMAINS), "nothing"]
+    drawing += [f"{quoted(start)} -> {quoted(end)}" for start, end in zip(way, way[1:])]
+    written = quoted(DOMAINS[1][0])
+    return [*drawing, f"{{ rank=same; setter; {written} }}", f"setter -> {written}"]
+
+
+def travel(root):
+    """One row for each kind of value, one column for each place that it is in."""
+    columns = [[], [], []]
+    rows = []
+    for number, row in enumerate(KINDS):
+        nodes = [f"{place}{number}" for place in ("program", "memory", "file")]
+        for column, node, text in zip(columns, nodes, row):
+            column.append(f"{node} [label={quoted(text)}]")
+        rows.append(f"{nodes[0]} -> {nodes[1]} -> {nodes[2]} [dir=both]")
+    titles = ("in the program", "in memory", "on disk")
+    drawing = ["rankdir=LR ranksep=0.6 nodesep=0.12 ordering=out"]
+    for name, title, column in zip(("program", "memory", "disk"), titles, columns):
+        drawing += cluster(name, title, column)
+    return [*drawing, *rows]
+
+
+def words(name, meaning):
+    return f'<{name}<br/><font point-size="11">{meaning}</font>>'
+
+
 # --- drawing
 
 
@@ -193,9 +263,12 @@ def cluster(name, label, lines):
             f"label={quoted(label)} class={name} style=rounded", *lines, "}"]
 
 
+PICTURES = {draw.__name__: draw for draw in (house, call, plugins, search, travel)}
+
+
 def picture(name, root):
     """The picture of that name as SVG that can stand in a page. The same sources give the same."""
-    lines = {"house": house, "call": call}[name](pathlib.Path(root))
+    lines = PICTURES[name](pathlib.Path(root))
     text = "\n".join([f"digraph {name} {{", *LOOKS, *lines, "}"])
     drawn = subprocess.run(["dot", "-Tsvg"], input=text, capture_output=True, check=True,
                            encoding="utf-8").stdout
@@ -205,7 +278,7 @@ def picture(name, root):
 
 
 def main(arguments):
-    if not 1 <= len(arguments) <= 2 or arguments[0] not in ("house", "call"):
+    if not 1 <= len(arguments) <= 2 or arguments[0] not in PICTURES:
         print(__doc__.splitlines()[0], file=sys.stderr)
         return 2
     try:

@@ -150,9 +150,44 @@ class CallTest(TreeTest):
             draw_pictures.call(self.root, {**self.PLACES, "inner": ["b.h", "d.h"]}, self.STEPS)
 
 
+class ManualTest(TreeTest):
+    def arrows(self, lines):
+        return [line for line in lines if "->" in line]
+
+    def test_the_plugin_in_its_folder_carries_its_version(self):
+        self.write("plugin/version.h", 'inline constexpr char kVersion[] = "12.3.45";\n')
+        drawn = draw_pictures.plugins(self.root)
+        self.assertIn('file [label="NSUserDefaultsZEL-12.3.45.xojo_plugin" shape=note class=disk]', drawn)
+        self.assertEqual(self.arrows(drawn), ["host -> plugins", "host -> program", "plugins -> file"])
+
+    def test_a_version_that_is_gone(self):
+        self.write("plugin/version.h")
+        self.refuses("plugin/version.h says no version", draw_pictures.plugins)
+
+    def test_a_getter_asks_one_domain_after_the_other(self):
+        self.assertEqual(self.arrows(draw_pictures.search(self.root)), [
+            '"getter" -> "arguments"', '"arguments" -> "the program\'s own"',
+            '"the program\'s own" -> "suites"', '"suites" -> "global"', '"global" -> "registered"',
+            '"registered" -> "nothing"', 'setter -> "the program\'s own"'])
+
+    def test_domains_on_disk_are_marked(self):
+        drawn = "\n".join(draw_pictures.search(self.root))
+        self.assertEqual(re.findall(r'^"(.+)" \[label=<.*> class=disk\]$', drawn, re.M),
+                         ["the program's own", "suites", "global"])
+
+    def test_a_value_travels_from_column_to_column(self):
+        drawn = draw_pictures.travel(self.root)
+        self.assertEqual([line for line in drawn if '[label="MemoryBlock"]' in line
+                          or '[label="NSData"]' in line or '[label="data"]' in line],
+                         ['program3 [label="MemoryBlock"]', 'memory3 [label="NSData"]', 'file3 [label="data"]'])
+        self.assertIn("program3 -> memory3 -> file3 [dir=both]", drawn)
+        self.assertEqual(len(self.arrows(drawn)), 7)
+
+
 class PictureTest(unittest.TestCase):
     def test_the_projects_own(self):
-        for name, text in (("house", "foundation_double"), ("call", "defaults/scalars.cc")):
+        for name, text in (("house", "foundation_double"), ("call", "defaults/scalars.cc"),
+                           ("plugins", "Plugins"), ("search", "registered"), ("travel", "NSDictionary")):
             drawn = draw_pictures.picture(name, PROJECT)
             self.assertTrue(drawn.startswith("<svg "), drawn[:80])
             self.assertEqual(re.findall(r'\bid="[^"]*"', drawn), [])

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Checks links without a network: check_links.py PROJECT [SITE]
 
-PROJECT: in README.md, CONTRIBUTING.md, CHANGELOG.md and docs/*.md, every link to a file names one of
+PROJECT: in README.md, CONTRIBUTING.md, CHANGELOG.md and every page of docs/, every link to a file names one of
 the project, and every #anchor a heading of its page. What stands there as code and looks like a path
 of the project, `plugin/main.cc` or `host/`, is one too; only CHANGELOG.md may tell of what is gone.
 SITE, the pages made of docs/: every link leads to a file of the site and to an element that is
@@ -105,7 +105,7 @@ def target_of(file, address, root):
 
 def check_project(root):
     alone = [root / name for name in ("README.md", "CONTRIBUTING.md", "CHANGELOG.md")]
-    pages = [*alone, *sorted((root / "docs").glob("*.md"))]
+    pages = [*alone, *sorted((root / "docs").rglob("*.md"))]
     known = {file.resolve(): Markdown(file) for file in pages if file.exists()}
     for file, page in known.items():
         for line, address in page.links:

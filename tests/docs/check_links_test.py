@@ -38,6 +38,12 @@ class ProjectTest(TreeTest):
         self.expect(check_links.check_project,
                     "README.md:3: docs/a.md: there is no such file in the project")
 
+    def test_pages_in_folders_of_the_manual(self):
+        self.write("README.md", "[a](docs/b/c.md#there)\n")
+        self.write("docs/b/c.md", "# There\n[up](../d.md)\n")
+        self.expect(check_links.check_project,
+                    "docs/b/c.md:2: ../d.md: there is no such file in the project")
+
     def test_a_file_outside_of_the_project(self):
         self.write("README.md", "[a](../..)\n")
         self.expect(check_links.check_project,

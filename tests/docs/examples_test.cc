@@ -15,9 +15,14 @@
 
 namespace tests {
 
+// The page's path from the project's folder.
+static std::string pageName(const Example& example) {
+  return std::filesystem::path(example.page).lexically_relative(ZEL_PROJECT);
+}
+
 // GoogleTest shows parameters by this.
 static void PrintTo(const Example& example, std::ostream* out) {
-  *out << example.page << ':' << example.line;
+  *out << pageName(example) << ':' << example.line;
 }
 
 namespace {
@@ -32,7 +37,7 @@ std::vector<Example> allExamples() {
 }
 
 std::string nameOf(const testing::TestParamInfo<Example>& info) {
-  std::string name = info.param.page + "_line_" + std::to_string(info.param.line);
+  std::string name = pageName(info.param) + "_line_" + std::to_string(info.param.line);
   std::replace_if(
       name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
   return name;

@@ -74,8 +74,8 @@ std::vector<Example> examplesIn(const std::string& file) {
       if (block->language != "xojo") continue;
       const auto next = block + 1;
       const bool said = next != section.blocks.end() && next->language == "text";
-      examples.push_back({std::filesystem::path(file).filename(), block->line, block->text,
-                          said ? std::optional(next->text) : std::nullopt});
+      examples.push_back(
+          {file, block->line, block->text, said ? std::optional(next->text) : std::nullopt});
     }
   }
   return examples;
@@ -84,7 +84,7 @@ std::vector<Example> examplesIn(const std::string& file) {
 std::vector<std::string> pages() {
   const std::filesystem::path project = ZEL_PROJECT;
   std::vector<std::string> found;
-  for (const auto& entry : std::filesystem::directory_iterator(project / "docs")) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(project / "docs")) {
     if (entry.path().extension() == ".md") found.push_back(entry.path());
   }
   std::sort(found.begin(), found.end());

@@ -25,7 +25,7 @@ struct Section {
 
 /// A program and what it prints.
 struct Example {
-  std::string page;  // its file's name
+  std::string page;  // its file
   int line;
   std::string program;
   std::optional<std::string> output;  // none: the page doesn't say
@@ -38,7 +38,7 @@ std::vector<Section> sectionsOf(const std::string& file);
 /// Throws like sectionsOf.
 std::vector<Example> examplesIn(const std::string& file);
 
-/// README.md and every page of docs/, by path.
+/// README.md and every page of docs/ and the folders in it, by path.
 std::vector<std::string> pages();
 
 }  // namespace tests

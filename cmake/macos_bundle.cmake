@@ -72,6 +72,7 @@ function(zel_add_bundle name)
       OBJECT_DEPENDS ${zel_compile_depends})
   endforeach()
   add_library(${name} MODULE)
+  zel_say_version(${name} ${name})
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${zel_stand_ins_made})
   add_dependencies(${name} stand_ins)
   set_target_properties(${name} PROPERTIES

@@ -25,6 +25,17 @@ target_compile_options(zel_product INTERFACE
   ${zel_visibility}
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>)
 
+# zel_say_version(TARGET NAME): the target's file says this name and the version, for who looks into it.
+function(zel_say_version target name)
+  set(source ${PROJECT_SOURCE_DIR}/native/version.c)
+  target_sources(${target} PRIVATE ${source})
+  target_compile_definitions(${target} PRIVATE ZEL_VERSION="${name} ${PROJECT_VERSION}")
+  if(ZEL_PLATFORM STREQUAL "darwin")
+    # The rules for bundles are those of C++.
+    set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES LANGUAGE CXX)
+  endif()
+endfunction()
+
 # For the code around the product, in the folder that calls it: only what is under test is worth
 # optimising, so its own targets say where that isn't so.
 macro(zel_add_support_options)

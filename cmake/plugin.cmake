@@ -2,6 +2,7 @@
 function(zel_add_plugin name)
   set(exports ${PROJECT_SOURCE_DIR}/plugin/exports.map)
   add_library(${name} MODULE)
+  zel_say_version(${name} ${name})
   target_link_libraries(${name} PRIVATE ${ARGN} zelnative gnustep-base objc)
   # Linked as C: the product needs no C++ runtime library, and a name that does is an error here.
   set_target_properties(${name} PROPERTIES

@@ -1,6 +1,9 @@
 // The files of the product.
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
+#include "plugin/version.h"
 #include "tests/end_to_end/end_to_end_test.h"
 #include "tests/support/process.h"
 
@@ -43,6 +46,24 @@ TEST_P(ProductTest, ItInitialisesNothingAtLoadTime) {
   const std::string section = dynamicSection();
   EXPECT_EQ(section.find("(PREINIT_ARRAY)"), std::string::npos);
   EXPECT_EQ(outputOf(ZEL_NM, {"nm", file}).find("_GLOBAL__sub_I"), std::string::npos);
+}
+
+// What looks for it, such as `what`, finds it by its first four characters, and it ends with a
+// zero.
+std::string versionIn(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+  const std::size_t start = bytes.find("@(#)");
+  return start == std::string::npos ? "none" : bytes.c_str() + start;
+}
+
+TEST_P(ProductTest, ItSaysItsVersion) {
+  EXPECT_EQ(versionIn(file), "@(#)" + file.stem().string() + " " + zel::kVersion);
+}
+
+TEST(NativeLibraryTest, ItSaysItsVersion) {
+  EXPECT_EQ(versionIn(productFile("libzelnative.so")),
+            std::string("@(#)libzelnative ") + zel::kVersion);
 }
 
 // What adds methods to Foundation's classes stays: the methods do too.

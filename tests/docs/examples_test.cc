@@ -43,25 +43,50 @@ std::string nameOf(const testing::TestParamInfo<Example>& info) {
   return name;
 }
 
-class ExamplesTest : public testing::TestWithParam<Example> {
- protected:
-  // hostrun brings the store.
-  [[nodiscard]] std::string run(const std::string& text) const {
-    std::ofstream(program_) << text;
-    const char* const other = std::getenv("ZEL_PLUGIN_OPTIONS");
-    const std::string plugin = other != nullptr ? other : "--plugin " ZEL_PLUGIN;
-    return outputOf(
-        "/bin/sh", {"sh", "-c", ZEL_HOSTRUN " --leaks " + plugin + " '" + program_.native() + "'"});
-  }
+// What a program prints, against the plugin and in a store of its own, which hostrun brings.
+std::string outputOfProgram(const std::string& text) {
+  const TemporaryFolder folder;
+  const std::filesystem::path program = folder.path() / "example.xojo_script";
+  std::ofstream(program) << text;
+  const char* const other = std::getenv("ZEL_PLUGIN_OPTIONS");
+  const std::string plugin = other != nullptr ? other : "--plugin " ZEL_PLUGIN;
+  return outputOf("/bin/sh",
+                  {"sh", "-c", ZEL_HOSTRUN " --leaks " + plugin + " '" + program.native() + "'"});
+}
 
- private:
-  TemporaryFolder folder_;
-  std::filesystem::path program_ = folder_.path() / "example.xojo_script";
-};
+class ExamplesTest : public testing::TestWithParam<Example> {};
 
 TEST_P(ExamplesTest, PrintsWhatThePageSays) {
   ASSERT_TRUE(GetParam().output) << "below the program isn't what it prints";
-  EXPECT_EQ(run(GetParam().program), *GetParam().output);
+  EXPECT_EQ(outputOfProgram(GetParam().program), *GetParam().output);
+}
+
+// What a host runs of the sample project: the method between the marks of its event.
+std::string eventOf(const std::string& file) {
+  std::ifstream in(file);
+  std::string method;
+  bool within = false;
+  for (std::string line; std::getline(in, line);) {
+    if (line.find("#tag") != std::string::npos) {
+      within = line.find("#tag Event") != std::string::npos;
+    } else if (within) {
+      method += line + '\n';
+    }
+  }
+  return method;
+}
+
+TEST(SampleTest, TheProjectOfThePackageRuns) {
+  const std::string method = eventOf(ZEL_PROJECT "/examples/sample/App.xojo_code");
+  EXPECT_EQ(outputOfProgram(method + "Dim args() As String = Array(\"Sample\", \"Ada\")\n"
+                                     "Print Str(Run(args))\n"
+                                     "Print Str(Run(args))\n"),
+            "Start number 1. Before, it was used by nobody.\n"
+            "An empty key is rejected.\n"
+            "0\n"
+            "Start number 2. Before, it was used by Ada.\n"
+            "An empty key is rejected.\n"
+            "0\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Pages, ExamplesTest, testing::ValuesIn(allExamples()), nameOf);

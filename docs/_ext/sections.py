@@ -6,6 +6,9 @@ import pathlib
 from docutils import nodes
 
 LUNR = "/usr/share/javascript/lunr/lunr.min.js"
+# What only Sphinx's own search, and its marks in the pages that were found, would need.
+UNUSED = ("documentation_options", "doctools", "jquery", "language_data", "searchtools", "sphinx_highlight",
+          "underscore", "_sphinx_javascript_frameworks_compat")
 
 
 def add_files(app, config):
@@ -15,6 +18,11 @@ def add_files(app, config):
 
 def begin(app):
     app.builder.search = False  # Sphinx's own, which knows pages only
+
+
+def leave_out_scripts(app, page, template, context, doctree):
+    context["script_files"] = [file for file in context["script_files"]
+                               if pathlib.PurePath(file).stem not in UNUSED]
 
 
 def sections_of(app, page):
@@ -42,10 +50,13 @@ def write_sections(app, exception):
         # An address in a text is none that the script would load.
         lines = lines.replace("//", "\\/\\/")
         file = pathlib.Path(app.outdir, "_static", "sections.js")
+        for unused in UNUSED:
+            file.with_name(f"{unused}.js").unlink()
         file.write_text(f"const sections = [\n{lines}\n];\n", encoding="utf-8")
 
 
 def setup(app):
     app.connect("config-inited", add_files)
     app.connect("builder-inited", begin)
+    app.connect("html-page-context", leave_out_scripts)
     app.connect("build-finished", write_sections)

@@ -273,6 +273,18 @@ class BrowserTest(unittest.TestCase):
         self.assertEqual(self.ask(INSPECT, True), [])
         self.ask("localStorage.clear()")
 
+    # Plots are files, which can't know the page's colours.
+    def test_a_plot_turns_dark_with_its_page(self):
+        filters = {}
+        for colours in ("light", "dark"):
+            self.show_as(DESKTOP, colours)
+            self.open("start.html")
+            filters[colours] = self.ask("""const plot = document.createElement("img");
+                                           plot.src = "plot.svg";
+                                           document.querySelector("article").append(plot);
+                                           return getComputedStyle(plot).filter;""")
+        self.assertEqual(filters, {"light": "none", "dark": "invert(0.9) hue-rotate(180deg)"})
+
     def test_comments_have_a_colour_of_their_own(self):
         for colours in ("light", "dark"):
             self.show_as(DESKTOP, colours)
@@ -318,7 +330,7 @@ class Results(unittest.TextTestResult):
         super().addSkip(test, reason)
         # All of a class are skipped at once, under its name.
         for name in unittest.defaultTestLoader.getTestCaseNames(BrowserTest):
-            self.lines[f"__main__.BrowserTest.{name}"] = "skipped"
+            self.lines[f"__main__.BrowserTest.{name}"] = f"skipped: {reason}"
 
 
 def main():
@@ -326,8 +338,10 @@ def main():
     result = unittest.TextTestRunner(resultclass=Results, verbosity=2).run(tests)
     file = os.environ.get("ZEL_TEST_RESULTS")
     if file is not None:
-        lines = [f"{became} {test.removeprefix('__main__.')}\n" for test, became in result.lines.items()]
-        pathlib.Path(file).write_text("".join(lines), encoding="utf-8")
+        with open(file, "w", encoding="utf-8") as out:
+            for test, became in result.lines.items():
+                became, _, reason = became.partition(":")
+                print(became, test.removeprefix("__main__.") + (f":{reason}" if reason else ""), file=out)
     return 0 if result.wasSuccessful() else 1
 
 

@@ -21,7 +21,7 @@ Inherits ConsoleApplication
 		  // What Foundation rejects arrives as an exception.
 		  Try
 		    d.stringForKey("") = "no key"
-		    Print "This is never printed, unless no plugin makes exceptions."
+		    Print "This is never printed."
 		  Catch e As NSExceptionZEL
 		    Print "An empty key is rejected."
 		  End Try

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <stdexcept>
 #include <string>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -69,25 +70,52 @@ void moveInside(const std::filesystem::path& store, int argc, char** argv) {
   std::exit(body(argc, argv));
 }
 
-/// Waits for the child; an interrupt from the terminal is for the child alone, so that the store is
-/// still removed after it.
-int resultOf(pid_t child) {
-  struct sigaction ignore = {};
-  struct sigaction interrupt = {};
-  struct sigaction quit = {};
-  ignore.sa_handler = SIG_IGN;
-  sigaction(SIGINT, &ignore, &interrupt);
-  sigaction(SIGQUIT, &ignore, &quit);
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0) {
-    if (errno != EINTR) fail("can't wait for the process in a private store");
+// What would end this process before it has removed the store waits until it asks, for as long as
+// this lives.
+class HeldSignals {
+ public:
+  HeldSignals() {
+    sigemptyset(&held_);
+    for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGCHLD}) sigaddset(&held_, signal);
+    sigprocmask(SIG_BLOCK, &held_, &before_);
+    std::signal(SIGCHLD, SIG_DFL);  // who ignores it can't wait for a process
   }
-  sigaction(SIGINT, &interrupt, nullptr);
-  sigaction(SIGQUIT, &quit, nullptr);
+  ~HeldSignals() { release(); }
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+
+  void release() const { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  // The next one that comes.
+  [[nodiscard]] siginfo_t wait() const {
+    siginfo_t info{};
+    while (sigwaitinfo(&held_, &info) < 0 && errno == EINTR) {
+    }
+    return info;
+  }
+
+ private:
+  sigset_t held_{};
+  sigset_t before_{};
+};
+
+// Waits for the child. What a process has sent to end this one is handed on, so that the store is
+// removed after the child. What is typed on the terminal, the child has from there too; the end of
+// the terminal is told to one process only.
+int resultOf(pid_t child, const HeldSignals& signals) {
+  int status = 0;
+  pid_t ended = 0;
+  while ((ended = waitpid(child, &status, WNOHANG)) == 0) {
+    const siginfo_t info = signals.wait();
+    const bool isForBoth = info.si_code > 0 && info.si_signo != SIGHUP;
+    if (info.si_signo != SIGCHLD && !isForBoth) kill(child, info.si_signo);
+  }
+  if (ended < 0) fail("can't wait for the process in a private store");
   if (WIFEXITED(status)) return WEXITSTATUS(status);
-  std::fprintf(stderr, "the process in the private store was ended by signal %d\n",
-               WTERMSIG(status));
-  return 128 + WTERMSIG(status);
+  const int signal = WTERMSIG(status);
+  const bool wanted = signal == SIGINT || signal == SIGTERM || signal == SIGHUP;
+  if (!wanted)
+    std::fprintf(stderr, "the process in the private store was ended by signal %d\n", signal);
+  return 128 + signal;
 }
 
 }  // namespace
@@ -109,14 +137,17 @@ std::filesystem::path PrivateStore::configFile() const { return configFileOf(fol
 
 int runInPrivateStore(int argc, char** argv, int (*body)(int, char**)) {
   if (std::getenv(kFolderVariable) != nullptr) return body(argc, argv);
+  const HeldSignals signals;
   const PrivateStore store;
   const pid_t child = fork();
   if (child < 0) fail("can't start a process");
   if (child == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGTERM);  // not longer than the store
+    signals.release();
     moveInside(store.folder(), argc, argv);
     endWith(body, argc, argv);
   }
-  return resultOf(child);
+  return resultOf(child, signals);
 }
 
 int runInStore(const std::filesystem::path& folder, int argc, char** argv,

@@ -1,6 +1,9 @@
 #include "macho/loader/bundle.h"
 
 #include <set>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 #include <vector>
 
 #include "host/loading/opened_file.h"
@@ -47,7 +50,10 @@ void keep(const std::shared_ptr<OpenBundle>& bundle) {
 }  // namespace
 
 OpenedFile openBundle(const std::filesystem::path& folder) {
-  auto bundle = std::make_shared<OpenBundle>(std::filesystem::canonical(folder));
+  std::error_code problem;
+  const std::filesystem::path whole = std::filesystem::canonical(folder, problem);
+  if (problem) throw std::runtime_error(folder.native() + ": " + problem.message());
+  auto bundle = std::make_shared<OpenBundle>(whole);
   const PluginMain main = bundle->entryPoint();
   if (bundle->mustStay()) keep(bundle);
   return {std::move(bundle), main, {.enter = macho::enterBundle, .outward = macho::outward}};

@@ -11,6 +11,7 @@ namespace {
 
 // What becomes of a loop after a turn that ended so: nullopt, it goes on.
 std::optional<Flow> afterTurn(Frame& frame, Flow flow) {
+  frame.machine.pauseIfDue();  // also where there is no statement in the loop
   if (flow == Flow::next) return std::nullopt;
   if (flow == Flow::leave) return flow;
   if (frame.loopsToLeave > 0) {

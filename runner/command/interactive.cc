@@ -41,16 +41,9 @@ void useUtf8() {
   if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
-void show(const Ending& ending) {
-  std::cout.flush();
-  std::cerr << format(ending.diagnostics);
-  if (ending.unhandled) std::cerr << format(*ending.unhandled, "line");
-  std::cerr.flush();
-}
-
 }  // namespace
 
-void interact(Session& session) {
+void interact(Session& session, std::ostream& out, std::ostream& messages) {
   current = &session;
   std::string name = "hostrun";
   rl_readline_name = name.data();
@@ -67,10 +60,12 @@ void interact(Session& session) {
     const std::optional<Ending> ending = session.enter(Source("line", text));
     const bool goesOn = !ending && *line != '\0';
     if (goesOn) continue;
-    show(ending ? *ending : session.run(Source("line", text)));
+    const Ending shown = ending ? *ending : session.run(Source("line", text));
+    out.flush();
+    messages << format(shown, "line") << std::flush;
     text.clear();
   }
-  std::cout << '\n';
+  out << '\n' << std::flush;
 }
 
 }  // namespace runner

@@ -1,12 +1,14 @@
-// A program that is typed line by line, on a terminal.
+// Programs typed line by line on a terminal.
 #pragma once
+
+#include <ostream>
 
 #include "runner/command/session.h"
 
 namespace runner {
 
-/// Reads, runs and prints until the end of the input. Lines can be edited and called back, and the
-/// tabulator key completes names.
-void interact(Session& session);
+/// Runs what is typed until the end of the input, "quit" or "exit". Names are completed with Tab.
+/// @param out what programs print to. @param messages receives what is wrong with them.
+void interact(Session& session, std::ostream& out, std::ostream& messages);
 
 }  // namespace runner

@@ -24,9 +24,26 @@ const char* const kUsage =
     "  --leaks            say which host objects were left over at the end\n"
     "  -h, --help         this text\n"
     "\n"
-    "The exit status is 1 when something is wrong with a program or it ended with an exception, "
-    "and\n"
-    "2 for a wrong command line.\n";
+    "The exit status is 1 when something is wrong with a program, it ended with an exception or "
+    "its "
+    "output\n"
+    "was lost, 2 for a wrong command line, and 130 for a program that was ended with Ctrl-C.\n";
+
+namespace {
+
+// Hosts count their versions by years.
+std::optional<double> versionIn(const std::string& text) {
+  constexpr double kFirst = 2000;
+  constexpr double kLast = 3000;
+  double version = 0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, version, std::chars_format::fixed);
+  const bool isVersion =
+      error == std::errc() && rest == end && version >= kFirst && version < kLast;
+  return isVersion ? std::optional(version) : std::nullopt;
+}
+
+}  // namespace
 
 std::optional<Options> readOptions(int argc, char** argv, std::string* problem) {
   static const option kOptions[] = {
@@ -55,17 +72,13 @@ std::optional<Options> readOptions(int argc, char** argv, std::string* problem) 
         }
         options.store = value;
         break;
-      case 'v': {
-        double version = 0;
-        const auto [end, error] =
-            std::from_chars(value.data(), value.data() + value.size(), version);
-        if (error != std::errc() || end != value.data() + value.size()) {
+      case 'v':
+        options.hostVersion = versionIn(value);
+        if (!options.hostVersion) {
           *problem = "--host-version takes a number such as 2013.03, not \"" + value + "\".";
           return std::nullopt;
         }
-        options.hostVersion = version;
         break;
-      }
       case 'm':
         options.macos = true;
         break;

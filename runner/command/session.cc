@@ -46,16 +46,32 @@ bool mayBeExpression(const Source& source) {
   }
 }
 
+// What a program that calls itself for ever was about is in the first lines and the last.
+std::string format(const std::vector<StackEntry>& stack, const std::string& file) {
+  constexpr std::size_t kShownOfAnEnd = 10;
+  std::string text;
+  for (std::size_t i = 0; i < stack.size(); ++i) {
+    const std::size_t skipped = stack.size() - 2 * kShownOfAnEnd;
+    if (i == kShownOfAnEnd && stack.size() > 2 * kShownOfAnEnd + 1) {
+      text += "  ... " + std::to_string(skipped) + " more ...\n";
+      i += skipped;
+    }
+    text += "  at " + file + ":" + std::to_string(stack[i].line) +
+            (stack[i].method.empty() ? "" : " in " + stack[i].method) + "\n";
+  }
+  return text;
+}
+
 }  // namespace
 
-std::string format(const Unhandled& unhandled, const std::string& file) {
-  std::string text = "Unhandled " + unhandled.className;
-  if (!unhandled.message.empty()) text += ": " + unhandled.message;
-  text += "\n";
-  for (const StackEntry& entry : unhandled.stack) {
-    text += "  at " + file + ":" + std::to_string(entry.line) +
-            (entry.method.empty() ? "" : " in " + entry.method) + "\n";
+std::string format(const Ending& ending, const std::string& file) {
+  std::string text = format(ending.diagnostics);
+  if (ending.unhandled) {
+    text += "Unhandled " + ending.unhandled->className;
+    if (!ending.unhandled->message.empty()) text += ": " + ending.unhandled->message;
+    text += "\n" + format(ending.unhandled->stack, file);
   }
+  if (ending.interrupted) text += "Interrupted\n" + format(ending.interrupted->stack, file);
   return text;
 }
 
@@ -79,7 +95,7 @@ Ending Session::run(const Source& source) {
     const Program program = parse(source);
     return run(Checker(library_, machine_, globals_, source).program(program));
   } catch (const Problem& problem) {
-    return {{diagnose(source, problem)}, std::nullopt};
+    return {{diagnose(source, problem)}, std::nullopt, std::nullopt};
   }
 }
 
@@ -102,10 +118,13 @@ std::optional<Ending> Session::show(const Source& source) {
 }
 
 Ending Session::run(Executable executable) {
-  if (!executable.diagnostics.empty()) return {std::move(executable.diagnostics), std::nullopt};
+  if (!executable.diagnostics.empty())
+    return {std::move(executable.diagnostics), std::nullopt, std::nullopt};
   static const std::string kBody;
+  machine_.resume();
   try {
     Frame frame(machine_, kBody, executable.slotCount);
+    frame.line = 1;  // where an expression stands that is no statement
     executable.body->run(frame);
     machine_.raisePending();
     return {};
@@ -114,7 +133,9 @@ Ending Session::run(Executable executable) {
     unhandled.className = nameOf(typeOf(machine_, thrown.exception));
     unhandled.message = textOf(machine_.host().property(thrown.exception, "Message"));
     unhandled.stack = thrown.stack;
-    return {{}, std::move(unhandled)};
+    return {{}, std::move(unhandled), std::nullopt};
+  } catch (Interrupted& interrupted) {
+    return {{}, std::nullopt, std::move(interrupted)};
   }
 }
 

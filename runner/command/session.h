@@ -18,15 +18,20 @@ struct Unhandled {
   std::vector<StackEntry> stack;  // the innermost method first; the program's body has no name
 };
 
-/// For people, with an end of line each:
-///   Unhandled KeyNotFoundException: message
-///     at file:12 in a method
-std::string format(const Unhandled& unhandled, const std::string& file);
-
+/// How a program ended: well, when there is nothing of these.
 struct Ending {
+  [[nodiscard]] bool well() const { return diagnostics.empty() && !unhandled && !interrupted; }
+
   std::vector<Diagnostic> diagnostics;  // when there are any, nothing ran
   std::optional<Unhandled> unhandled;
+  std::optional<Interrupted> interrupted;
 };
+
+/// For people, with an end of line each; the middle of a long stack is left out:
+///   Unhandled KeyNotFoundException: message
+///     at file:12 in a method
+/// @param file what the program is called.
+std::string format(const Ending& ending, const std::string& file);
 
 class Session {
  public:

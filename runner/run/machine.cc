@@ -60,6 +60,7 @@ Value Machine::call(const host::PreparedCall& function, const Value& self, const
 }
 
 void Machine::pauseNow() {
+  if (interrupted_ != 0) throw Interrupted{stack()};
   calls_ = 0;
   if (pause_) pause_();
 }

@@ -1,6 +1,7 @@
 // What a running program consists of: frames, variables, and code that works on them.
 #pragma once
 
+#include <csignal>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -28,6 +29,11 @@ struct StackEntry {
 struct HostThrow {
   ObjectRef exception;
   std::vector<StackEntry> stack;  // the innermost method first
+};
+
+/// A program that was told to end, on its way out. Nothing in the program catches it.
+struct Interrupted {
+  std::vector<StackEntry> stack;  // where it was, the innermost method first
 };
 
 class Machine;
@@ -77,10 +83,17 @@ class Machine {
   Value call(const host::PreparedCall& function, const Value& self, const Value* arguments,
              host::ReadyTexts ready);
 
+  /// Has the program that runs throw Interrupted at its next statement or turn of a loop. A handler
+  /// of a signal may call it.
+  void interrupt() { interrupted_ = 1; }
+  /// Forgets an interruption that came while nothing ran.
+  void resume() { interrupted_ = 0; }
+
   /// What is to happen now and then between statements while plugins are called.
   void onPause(std::function<void()> pause) { pause_ = std::move(pause); }
+  /// For the time between two statements or two turns of a loop.
   void pauseIfDue() {
-    if (calls_ >= kCallsBetweenPauses) pauseNow();
+    if (calls_ >= kCallsBetweenPauses || interrupted_ != 0) pauseNow();
   }
 
  private:
@@ -99,6 +112,7 @@ class Machine {
   Frame* frame_ = nullptr;
   const char* stackStart_;  // where the processor's stack stood at first
   int calls_ = 0;
+  volatile std::sig_atomic_t interrupted_ = 0;
   std::function<void()> pause_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <utf8proc.h>
+#include <vector>
 
 namespace runner {
 namespace {
@@ -28,6 +29,11 @@ Character next(std::string_view text) {
                        static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
   if (size <= 0) return {first, 1};
   return {codePoint, static_cast<std::size_t>(size)};
+}
+
+// How wide a character is on a terminal.
+std::size_t columnsOf(const std::string& character) {
+  return static_cast<std::size_t>(utf8proc_charwidth(next(character).codePoint));
 }
 
 template <class Map>
@@ -82,6 +88,48 @@ std::size_t firstBadByte(std::string_view text) {
     at += character.size;
   }
   return std::string_view::npos;
+}
+
+std::string wellFormed(std::string_view text) {
+  constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+  std::string result;
+  for (;;) {
+    const std::size_t bad = firstBadByte(text);
+    result += text.substr(0, bad);
+    if (bad == std::string_view::npos) return result;
+    result += kReplacement;
+    text.remove_prefix(bad + 1);
+  }
+}
+
+std::string oneLine(std::string_view text, std::size_t columns) {
+  constexpr std::string_view kGap = " ... ";
+  std::vector<std::string> shown;  // by character
+  std::size_t width = 0;
+  for (bool broken = false; !text.empty();) {
+    const Character character = next(text);
+    const bool breaks = utf8proc_category(character.codePoint) == UTF8PROC_CATEGORY_CC;
+    if (breaks && !broken) shown.emplace_back(" ");
+    if (!breaks) shown.emplace_back(wellFormed(text.substr(0, character.size)));
+    broken = breaks;
+    text.remove_prefix(character.size);
+  }
+  while (!shown.empty() && shown.back() == " ") shown.pop_back();
+  for (const std::string& character : shown) width += columnsOf(character);
+  std::size_t head = 0;
+  std::size_t tail = shown.size();
+  if (columns > kGap.size() && width > columns) {
+    const std::size_t room = columns - kGap.size();
+    for (std::size_t used = 0; (used += columnsOf(shown[head])) <= room - room / 2;) ++head;
+    for (std::size_t used = 0; (used += columnsOf(shown[tail - 1])) <= room / 2;) --tail;
+  } else {
+    head = tail;
+  }
+  std::string line;
+  for (std::size_t i = 0; i < head; ++i) line += shown[i];
+  if (head < tail) line += kGap;
+  for (std::size_t i = tail; i < shown.size(); ++i) line += shown[i];
+  return line;
 }
 
 std::string uppercase(std::string_view text) {

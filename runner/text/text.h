@@ -25,6 +25,12 @@ std::string fromCodePoint(int codePoint);
 /// The first byte that is no part of a character; npos when the text is well-formed.
 std::size_t firstBadByte(std::string_view text);
 
+/// The text with U+FFFD for every byte that is no part of a character.
+std::string wellFormed(std::string_view text);
+/// The text as one line of a terminal: what breaks lines becomes a space, and of a text that is
+/// wider, the middle is left out. @param columns that there are; 0: no limit.
+std::string oneLine(std::string_view text, std::size_t columns);
+
 std::string uppercase(std::string_view text);
 std::string lowercase(std::string_view text);
 using host::folded;

@@ -16,8 +16,7 @@ RunnerTest::RunnerTest() { load(); }
 void RunnerTest::TearDown() { HostTest::TearDown(); }
 
 std::string RunnerTest::textOf(const runner::Ending& ending) {
-  return format(ending.diagnostics) +
-         (ending.unhandled ? format(*ending.unhandled, kFile) : std::string());
+  return format(ending, kFile);
 }
 
 std::string RunnerTest::run(const std::string& program, const std::string& input) {

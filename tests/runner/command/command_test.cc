@@ -61,7 +61,10 @@ TEST(CommandTest, AWrongCommandLineEndsWith2) {
     EXPECT_EQ(result.status, 2) << row.rest;
   }
   const Ending missing = hostrun("--plugin /no/such/plugin.so -");
-  EXPECT_EQ(missing.output.substr(0, 33), "hostrun: /no/such/plugin.so: cann");
+  EXPECT_EQ(
+      missing.output,
+      "hostrun: /no/such/plugin.so: cannot open shared object file: No such file or directory\n"
+      "--plugin takes the file of a plugin, such as NSUserDefaultsZEL.so.\n");
   EXPECT_EQ(missing.status, 2);
 }
 
@@ -72,6 +75,158 @@ TEST(CommandTest, BundlesAreForMacos) {
             "See: hostrun --help\n");
   EXPECT_EQ(bundle.status, 2);
   EXPECT_EQ(hostrun("--macos --plugin some.so -").status, 2);
+}
+
+TEST(CommandTest, WhatIsNoPluginIsNamed) {
+  const Program program("program", "Print \"never\"\n");
+  const std::string help = "\n--plugin takes the file of a plugin, such as NSUserDefaultsZEL.so.\n";
+  const struct {
+    std::string plugin;
+    std::string problem;
+  } rows[] = {
+      {program.file(), program.file() + ": file too short"},
+      {"/tmp", "/tmp: cannot read file data: Is a directory"},
+      // One that the process has already, and one that it hasn't.
+      {ZEL_NATIVE, ZEL_NATIVE " has no REALPluginMain: it is no plugin"},
+      {ZEL_LIBRARY, ZEL_LIBRARY " has no REALPluginMain: it is no plugin"},
+  };
+  for (const auto& row : rows) {
+    const Ending result = hostrun("--plugin " + row.plugin + " " + program.file());
+    EXPECT_EQ(result.output, "hostrun: " + row.problem + help);
+    EXPECT_EQ(result.status, 2);
+  }
+}
+
+TEST(CommandTest, AVersionOfAHostIsANumber) {
+  for (const std::string version : {"-1", "nan", "inf", "0", "1e3", "2013.03x", "''", "20130"}) {
+    const Ending result = hostrun("--host-version " + version + " -", "echo | ");
+    EXPECT_EQ(result.output, "hostrun: --host-version takes a number such as 2013.03, not \"" +
+                                 (version == "''" ? "" : version) + "\".\nSee: hostrun --help\n");
+    EXPECT_EQ(result.status, 2) << version;
+  }
+}
+
+TEST(CommandTest, OutputThatIsLostIsNoSuccess) {
+  const Program printing("printing", "Print \"lost\"\n");
+  const Program silent("silent", "Dim n As Integer = 5\n");
+  const Program endless("endless", "Do\nPrint \"again\"\nLoop\n");
+  const struct {
+    std::string rest;
+    std::string output;
+    int status;
+  } rows[] = {
+      {printing.file() + " 2>&1 >/dev/full",
+       "hostrun: can't write the output: No space left on device\n", 1},
+      {printing.file() + " 2>&1 >&-", "hostrun: can't write the output: Bad file descriptor\n", 1},
+      {"--help 2>&1 >/dev/full", "hostrun: can't write the output: No space left on device\n", 1},
+      {endless.file() + " 2>&1 >/dev/full",
+       "hostrun: can't write the output: No space left on device\n", 1},
+      {silent.file() + " 2>&1 >&-", "", 0},
+      {printing.file() + " " + silent.file() + " 2>&1 >/dev/full",
+       "hostrun: can't write the output: No space left on device\n", 1},
+  };
+  for (const auto& row : rows) {
+    const Ending result = hostrun(row.rest, "", "");
+    EXPECT_EQ(result.output, row.output) << row.rest;
+    EXPECT_EQ(result.status, row.status) << row.rest;
+  }
+  // Who reads enough of a pipe and closes it hears nothing more.
+  const Ending piped = hostrun(endless.file() + "; echo $? >&2) | head -n 1", "(", "");
+  EXPECT_EQ(piped.output, "again\n1\n");
+}
+
+TEST(CommandTest, AFolderIsNoProgram) {
+  const Ending result = hostrun("/tmp");
+  EXPECT_EQ(result.output, "hostrun: can't read /tmp: Is a directory\n");
+  EXPECT_EQ(result.status, 2);
+}
+
+TEST(CommandTest, AFolderForTheStoreThatCannotBeWrittenIsNamed) {
+  const Program program("program", "Print \"never\"\n");
+  const std::string help = ". Set TMPDIR to a folder that you may write, or give --store DIR.\n";
+  const struct {
+    std::string folder;
+    std::string reason;
+  } rows[] = {{"/no/such", "No such file or directory"},
+              {program.file(), "Not a directory"},
+              {"/proc", "No such file or directory"}};
+  for (const auto& row : rows) {
+    const Ending result = hostrun(program.file(), "TMPDIR=" + row.folder + " ");
+    EXPECT_EQ(result.output, "hostrun: can't make a store for what is set, in " + row.folder +
+                                 ": " + row.reason + help);
+    EXPECT_EQ(result.status, 1) << row.folder;
+  }
+  const TemporaryFolder folder;
+  const Ending kept = hostrun("--store " + folder.path().native() + " -",
+                              "echo 'Print \"kept\"' | TMPDIR=/no/such ");
+  EXPECT_EQ(kept.output, "kept\n");
+}
+
+TEST(CommandTest, NoStoreIsLeftBehindByASignal) {
+  const Program endless("endless", "Print \"begun\"\nDo\nLoop\n");
+  const struct {
+    const char* signal;
+    int status;
+  } rows[] = {{"TERM", 143}, {"HUP", 129}, {"INT", 130}};
+  for (const std::string& programs : {endless.file(), endless.file() + " " + endless.file()}) {
+    for (const auto& row : rows) {
+      const TemporaryFolder folder;
+      const std::string inFolder = "export TMPDIR='" + folder.path().native() + "'; ";
+      // It runs once there is something in the store's folder.
+      const Ending result =
+          run(inFolder + ZEL_HOSTRUN " " + programs +
+              " >$TMPDIR/out 2>$TMPDIR/messages & "
+              "until ls -d $TMPDIR/private-store-*/Defaults >$TMPDIR/ls 2>&1; do sleep 0.05; done; "
+              "sleep 0.5; kill -" +
+              row.signal +
+              " $!; wait $!; echo $?; cd $TMPDIR; "
+              "ls -d private-store-* 2>/dev/null");
+      EXPECT_EQ(result.output, std::to_string(row.status) + "\n") << programs << row.signal;
+    }
+  }
+}
+
+TEST(CommandTest, AByteOrderMarkIsSkipped) {
+  const Program program("marked", "\xEF\xBB\xBFPrint \"first\"\nPrint \"second\" +\n");
+  EXPECT_EQ(hostrun(program.file()).output.substr(program.file().size(), 4), ":2:1");
+  const Program good("good", "\xEF\xBB\xBFPrint \"first\"\n");
+  EXPECT_EQ(hostrun(good.file()).output, "first\n");
+  EXPECT_EQ(hostrun("- <" + good.file()).output, "first\n");
+}
+
+TEST(CommandTest, WhatIsNoTextArrivesAsReplacements) {
+  const Program bytes("bytes",
+                      "Print \"a\" + DecodeHex(\"FF41C3\") + \"ß\"\n"
+                      "System.DebugLog DecodeHex(\"80\")\n"
+                      "Raise New KeyNotFoundException(DecodeHex(\"E9\"))\n");
+  EXPECT_EQ(hostrun(bytes.file(), "", "2>/dev/null").output,
+            "a\xEF\xBF\xBD"
+            "A\xEF\xBF\xBDß\n");
+  EXPECT_EQ(
+      hostrun(bytes.file(), "", "2>&1 >/dev/null").output,
+      "\xEF\xBF\xBD\nUnhandled KeyNotFoundException: \xEF\xBF\xBD\n  at " + bytes.file() + ":3\n");
+  const Program broken("broken", "Print \"caf\xE9\"\n");
+  EXPECT_EQ(hostrun(broken.file()).output,
+            broken.file() +
+                ":1:11: error: This byte is no text in UTF-8.\n"
+                "  1 | Print \"caf\xEF\xBF\xBD\"\n    |           ^\n");
+}
+
+TEST(CommandTest, OfALongStackTheEndsAreShown) {
+  const Program endless("endless",
+                        "Function f(n As Integer) As Integer\nReturn f(n + 1)\n"
+                        "End Function\nPrint Str(f(1))\n");
+  const std::string in = "  at " + endless.file() + ":2 in f\n";
+  std::string ten;
+  for (int i = 0; i < 10; ++i) ten += in;
+  const std::string begin =
+      "Unhandled StackOverflowException: Methods call each other too deeply.\n" + ten + "  ... ";
+  const std::string end = " more ...\n" + ten.substr(in.size()) + "  at " + endless.file() + ":4\n";
+  const Ending result = hostrun(endless.file());
+  EXPECT_EQ(result.output.substr(0, begin.size()), begin);
+  EXPECT_EQ(result.output.substr(result.output.size() - end.size()), end);
+  EXPECT_LT(result.output.size(), begin.size() + end.size() + 10);
+  EXPECT_EQ(result.status, 1);
 }
 
 TEST(CommandTest, HelpIsNoMistake) {

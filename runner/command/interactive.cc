@@ -1,69 +1,96 @@
 #include "runner/command/interactive.h"
 
-#include <clocale>
-#include <cstdlib>
-#include <cstring>
-#include <editline/readline.h>
+#include <cstdio>
 #include <iostream>
-#include <langinfo.h>
-#include <memory>
 #include <string>
+#include <string_view>
+
+#include "host/folding.h"
+#include "runner/command/interrupts.h"
+#include "runner/command/line_editor.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {
 
-struct Free {
-  void operator()(char* text) const { std::free(text); }
+constexpr std::string_view kBanner =
+    "What is typed runs at once. Tab completes names; help tells more, quit ends.\n";
+constexpr std::string_view kHelp =
+    "  Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
+    "  d.integerForKey(\"n\") = 5      a statement runs\n"
+    "  d.integerForKey(\"n\")          a value is shown\n"
+    "  If True Then                  a block runs when it is ended, here by End If\n"
+    "  d.int<Tab>                    the names of methods are completed\n"
+    "  Ctrl-C                        drops what is typed, or ends what runs\n"
+    "  quit, exit, Ctrl-D            end the session\n"
+    "What is set is gone afterwards, unless the command was given --store DIR.\n"
+    "docs/language.md has the language, docs/reference.md every method.\n";
+
+// The lines that are no programs.
+enum class Word { none, help, quit };
+
+Word wordOf(std::string_view line) {
+  const std::string word = folded(trimmedLeft(trimmedRight(line)));
+  if (word == "help" || word == "?") return Word::help;
+  return word == "quit" || word == "exit" ? Word::quit : Word::none;
+}
+
+class Prompt {
+ public:
+  Prompt(Session& session, std::ostream& out, std::ostream& messages)
+      : session_(session), out_(out), messages_(messages) {}
+
+  // False: the session ends.
+  bool take(std::string_view line) {
+    const Word word = text_.empty() ? wordOf(line) : Word::none;
+    if (word == Word::quit) return false;
+    if (word == Word::help) {
+      out_ << kHelp << std::flush;
+      return true;
+    }
+    text_ += std::string(line) + "\n";
+    const Interrupts interrupts(session_.machine());
+    const std::optional<Ending> ending = session_.enter(Source("line", text_));
+    if (!ending) return true;
+    out_.flush();
+    messages_ << format(*ending, "line") << std::flush;
+    text_.clear();
+    // The end of a program's input isn't that of the session's.
+    std::clearerr(stdin);
+    std::cin.clear();
+    return true;
+  }
+  void drop() { text_.clear(); }
+  [[nodiscard]] bool isWithinBlock() const { return !text_.empty(); }
+
+ private:
+  Session& session_;
+  std::ostream& out_;
+  std::ostream& messages_;
+  std::string text_;  // the lines of what isn't finished yet
 };
-using Line = std::unique_ptr<char, Free>;
-
-// The line editor asks functions without state of their own.
-Session* current = nullptr;
-std::vector<std::string> found;
-
-char* nextCompletion(const char* /*prefix*/, int state) {
-  const auto index = static_cast<std::size_t>(state);
-  return index < found.size() ? strdup(found[index].c_str()) : nullptr;
-}
-
-char** complete(const char* prefix, int /*start*/, int end) {
-  rl_attempted_completion_over = 1;  // no file names instead
-  rl_completion_append_character = '\0';
-  found = current->completions(std::string(rl_line_buffer, static_cast<std::size_t>(end)));
-  return found.empty() ? nullptr : rl_completion_matches(prefix, nextCompletion);
-}
-
-// Texts are UTF-8 whatever the surroundings say. The line editor drops what the locale has no
-// characters for, and ends the process at such a prompt. Foundation sets the locale when it is
-// first used, so this is for every line.
-void useUtf8() {
-  std::setlocale(LC_CTYPE, "");
-  if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
-}
 
 }  // namespace
 
 void interact(Session& session, std::ostream& out, std::ostream& messages) {
-  current = &session;
-  std::string name = "hostrun";
-  rl_readline_name = name.data();
-  rl_attempted_completion_function = complete;
-  rl_basic_word_break_characters = " \t\n()+-*/\\^=<>,.\"";
-  using_history();
-  std::string text;
+  LineEditor editor([&session](const std::string& text) { return session.completions(text); },
+                    historyFile());
+  Prompt prompt(session, out, messages);
+  out << kBanner << std::flush;
   for (;;) {
-    useUtf8();
-    const Line line(readline(text.empty() ? "> " : "… "));
-    if (line == nullptr) break;
-    if (*line != '\0') add_history(line.get());
-    text += std::string(line.get()) + "\n";
-    const std::optional<Ending> ending = session.enter(Source("line", text));
-    const bool goesOn = !ending && *line != '\0';
-    if (goesOn) continue;
-    const Ending shown = ending ? *ending : session.run(Source("line", text));
-    out.flush();
-    messages << format(shown, "line") << std::flush;
-    text.clear();
+    const LineEditor::Entered entered = editor.read(prompt.isWithinBlock() ? "… " : "> ");
+    if (entered.kind == LineEditor::Kind::end) break;
+    if (entered.kind == LineEditor::Kind::interrupted) {
+      prompt.drop();
+      continue;
+    }
+    std::string_view rest = entered.text;  // what was pasted is several lines
+    for (bool more = true; more;) {
+      const std::size_t end = rest.find('\n');
+      if (!prompt.take(rest.substr(0, end))) return;
+      more = end != std::string_view::npos;
+      if (more) rest.remove_prefix(end + 1);
+    }
   }
   out << '\n' << std::flush;
 }

@@ -233,8 +233,10 @@ std::vector<std::string> Library::memberNames(const Type& type) {
     return names;
   }
   for (const auto& function : functions_) {
-    if (function->extends && types_.distance(type, function->parameters.front()))
-      names.push_back(function->declaration.name);
+    if (!function->extends || !types_.distance(type, function->parameters.front())) continue;
+    // Those of any value are hardly looked for behind an object.
+    if (type.kind == Kind::object && function->parameters.front().kind != Kind::object) continue;
+    names.push_back(function->declaration.name);
   }
   std::string name = type.kind == Kind::variant ? "Variant" : type.className;
   for (; !name.empty(); name = types_.superName(name)) {

@@ -1,14 +1,9 @@
 // The command hostrun, as people start it.
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <pty.h>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "tests/support/folder.h"
 #include "tests/support/process.h"
@@ -347,69 +342,6 @@ TEST(CommandTest, TheCompanionsExceptionsReachAProgram) {
     EXPECT_EQ(result.output, "NSInvalidArgumentException\nTrue\n") << plugins;
     EXPECT_EQ(result.status, 0);
   }
-}
-
-// --- on a terminal
-
-class Terminal {
- public:
-  Terminal() {
-    child_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
-    if (child_ != 0) return;
-    setenv("TERM", "dumb", 1);
-    execl(ZEL_HOSTRUN, "hostrun", "--plugin", ZEL_PLUGIN, nullptr);
-    _exit(127);
-  }
-  ~Terminal() {
-    if (!isThere()) return;
-    close(terminal_);
-    waitpid(child_, nullptr, 0);
-  }
-  Terminal(const Terminal&) = delete;
-  Terminal& operator=(const Terminal&) = delete;
-
-  // False on a system that has none to give, such as a chroot without /dev/pts.
-  [[nodiscard]] bool isThere() const { return child_ > 0; }
-  void type(const std::string& text) {
-    ASSERT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-  }
-  // Whether this appears before long.
-  bool shows(const std::string& wanted) {
-    constexpr int kMilliseconds = 30000;
-    std::array<char, 4096> buffer{};
-    pollfd waiting = {terminal_, POLLIN, 0};
-    while (seen_.find(wanted) == std::string::npos) {
-      if (poll(&waiting, 1, kMilliseconds) <= 0) return false;
-      const ssize_t count = read(terminal_, buffer.data(), buffer.size());
-      if (count <= 0) return false;
-      seen_.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-    seen_.erase(0, seen_.find(wanted) + wanted.size());
-    return true;
-  }
-
- private:
-  int terminal_ = -1;
-  pid_t child_ = 0;
-  std::string seen_;
-};
-
-TEST(CommandTest, OnATerminalLinesRunAsTheyAreTyped) {
-  Terminal terminal;
-  if (!terminal.isThere()) GTEST_SKIP() << "This needs a terminal, and the system gives none.";
-  ASSERT_TRUE(terminal.shows("> "));
-  terminal.type("Dim d As New NSUserDefaultsZEL\n");
-  ASSERT_TRUE(terminal.shows("> "));
-  terminal.type("d.integerForKey(\"n\") = 42\n");
-  ASSERT_TRUE(terminal.shows("> "));
-  // The name is completed from the plugin's declarations.
-  terminal.type("d.integerFor\t(\"n\")\n");
-  EXPECT_TRUE(terminal.shows("Int32 42\r\n"));
-  terminal.type("If True Then\n");
-  EXPECT_TRUE(terminal.shows("… "));
-  terminal.type("Print Uppercase(\"done\")\nEnd If\n");
-  EXPECT_TRUE(terminal.shows("DONE\r\n"));
-  terminal.type("\x04");
 }
 
 }  // namespace

@@ -202,6 +202,8 @@ TEST_F(ClassesTest, NamesAreCompleted) {
   session.run(runner::Source("test", "Dim sample As New SampleZEL"));
   using Names = std::vector<std::string>;
   EXPECT_EQ(session.completions("x = sample.co"), (Names{"convert", "count"}));
+  EXPECT_EQ(session.completions("sample.s"), (Names{"sameSample", "sameStrings", "sameVariant",
+                                                    "sameVariants", "self", "setCountValue"}));
   EXPECT_EQ(session.completions("SampleZEL."), (Names{"make", "version"}));
   EXPECT_EQ(session.completions("sample.self.NUM"), (Names{"number"}));
   EXPECT_EQ(session.completions("Dim s As sampl"), (Names{"SampleZEL", "sample"}));

@@ -52,50 +52,47 @@ Flow count(Frame& frame, Value* variable, const NumberConversion convert, Number
 
 }  // namespace
 
-KnownVariable Checker::hidden(const Type& type) {
+KnownVariable Checker::hidden(Type type) {
   KnownVariable known;
   known.type = type;
-  known.slot = newSlot();
+  known.slot = body_.slotCount++;
   return known;
 }
 
 Action Checker::loopBody(const Block& body, LoopKind kind) {
-  loops_.push_back(kind);
-  scope_.enter();
-  Action action = block(body);
-  scope_.leave();
-  loops_.pop_back();
-  return action;
+  const Inner inner(body_);
+  body_.loops.push_back(kind);
+  return block(body);
 }
 
-const KnownVariable& Checker::loopVariable(const Variable& variable,
-                                           const std::optional<host::Type>& type,
-                                           const Place& place) {
-  if (type) return declare(variable, typeNamed(*type, place));
-  const KnownVariable* const known = scope_.find(variable.name);
-  if (known == nullptr) failToFindName(variable.name, variable.place, "variable");
-  refuseConstant(*known, variable.place);
+KnownVariable Checker::loopVariable(const Variable& variable, const std::optional<TypeName>& type) {
+  if (type) return declare(variable.name, typeNamed(*type));
+  const KnownVariable* const known = scope().variable(variable.name.key);
+  if (known == nullptr) context_.failToFind(variable.name, scope(), "variable");
+  if (known->where == KnownVariable::Where::constant) {
+    refuse(variable.name.place,
+           "\"" + variable.name.text + "\" is a constant and can't be changed.");
+  }
   return *known;
 }
 
 Action Checker::check(const For& what, const Place& /*place*/) {
-  scope_.enter();
-  const KnownVariable counter = loopVariable(what.counter, what.type, what.typePlace);
+  const Inner inner(body_);
+  const KnownVariable counter = loopVariable(what.counter, what.type);
   if (!counter.type.isNumber()) {
-    refuse(what.counter.place, "A loop counts with a number, but \"" + counter.name + "\" is " +
-                                   nameOf(counter.type) + ".");
+    refuse(what.counter.name.place, "A loop counts with a number, but \"" + what.counter.name.text +
+                                        "\" is " + counter.type.name() + ".");
   }
   const bool whole = counter.type.isInteger();
   const Type type = whole ? kInt64 : kDouble;
-  ValueCode from = number(*what.from, counter.type).code;
-  ValueCode to = number(*what.to, type).code;
+  ValueCode from = converted(*what.from, counter.type).code;
+  ValueCode to = converted(*what.to, type).code;
   ValueCode step;
-  if (what.step != nullptr) step = number(*what.step, type).code;
+  if (what.step != nullptr) step = converted(*what.step, type).code;
   Action body = loopBody(what.body, LoopKind::forLoop);
-  scope_.leave();
   return action([from = std::move(from), to = std::move(to), step = std::move(step),
                  body = std::move(body), variable = referenceTo(counter), whole,
-                 convert = numberConversion(counter.type.kind), down = what.down](Frame& frame) {
+                 convert = counter.type->convert, down = what.down](Frame& frame) {
     Value* const place = variable->run(frame);
     const Value start = from->run(frame);
     const Value end = to->run(frame);
@@ -113,22 +110,21 @@ Action Checker::check(const For& what, const Place& /*place*/) {
 }
 
 Action Checker::check(const ForEach& what, const Place& /*place*/) {
-  scope_.enter();
+  const Inner inner(body_);
   Typed list = expression(*what.list);
-  if (!list.type.array)
-    refuse(list.place, "For Each goes through an array, but this is " + nameOf(list.type) + ".");
-  const KnownVariable element = loopVariable(what.element, what.type, what.typePlace);
+  if (!list.type.isArray())
+    refuse(list.place, "For Each goes through an array, but this is " + list.type.name() + ".");
+  const KnownVariable element = loopVariable(what.element, what.type);
   const KnownVariable current = hidden(list.type.element());
-  Typed value = convert(variable(current, what.element.place), element.type);
+  Typed value = convert(variableAt(current, what.element.name.place), element.type);
   Action set = store(element, std::move(value.code));
   Action body = loopBody(what.body, LoopKind::forLoop);
-  scope_.leave();
   return action([list = std::move(list.code), set = std::move(set), body = std::move(body),
                  slot = current.slot](Frame& frame) {
     const Value array = list->run(frame);
     for (std::int32_t i = 0; static_cast<std::size_t>(i) < arrayIn(frame.machine, array).size();
          ++i) {
-      frame.slots[slot] = elementOf(frame.machine, array, i);
+      frame.slots[slot] = runner::elementOf(frame.machine, array, i);
       set->run(frame);
       frame.slots[slot] = std::monostate();
       if (const std::optional<Flow> flow = afterTurn(frame, body->run(frame))) return *flow;
@@ -147,7 +143,7 @@ Action Checker::check(const Loop& what, const Place& place) {
   Action body = loopBody(what.body, what.isWhile ? LoopKind::whileLoop : LoopKind::doLoop);
   return action([whileTrue = std::move(whileTrue), untilFirst = std::move(untilFirst),
                  untilLast = std::move(untilLast), body = std::move(body),
-                 line = source_.line(place)](Frame& frame) {
+                 line = context_.source.line(place)](Frame& frame) {
     for (;;) {
       frame.line = line;
       if (whileTrue != nullptr && !isTrue(whileTrue->run(frame))) return Flow::next;
@@ -159,12 +155,12 @@ Action Checker::check(const Loop& what, const Place& place) {
 }
 
 Action Checker::leaveLoop(LoopKind kind, const Place& place, Flow flow, const char* what) {
-  const auto found = std::find_if(loops_.rbegin(), loops_.rend(), [kind](LoopKind loop) {
+  const auto found = std::find_if(body_.loops.rbegin(), body_.loops.rend(), [kind](LoopKind loop) {
     return kind == LoopKind::any || loop == kind;
   });
-  if (found == loops_.rend())
+  if (found == body_.loops.rend())
     refuse(place, std::string(what) + " stands in no " + nameOfLoop(kind) + ".");
-  return action([flow, beyond = static_cast<int>(found - loops_.rbegin())](Frame& frame) {
+  return action([flow, beyond = static_cast<int>(found - body_.loops.rbegin())](Frame& frame) {
     frame.loopsToLeave = beyond;
     return flow;
   });

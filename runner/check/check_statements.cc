@@ -10,7 +10,67 @@ Action Checker::check(const Statement& statement) {
   return std::visit([&](const auto& what) { return check(what, statement.place); }, statement.what);
 }
 
+Checker::Checker(Context& context, Scope& scope, const Callable* method)
+    : context_(context),
+      library_(context.library),
+      machine_(context.machine),
+      program_(method == nullptr ? &scope : nullptr),
+      body_{method, &scope} {}
+
+namespace {
+
+struct Step {
+  int line;
+  Action action;
+};
+
+}  // namespace
+
+Action Checker::block(const Block& statements) {
+  std::vector<Step> steps;
+  for (const Statement& statement : statements) {
+    context_.guarded([&] {
+      if (Action action = check(statement))
+        steps.push_back({context_.source.line(statement.place), std::move(action)});
+    });
+  }
+  return action([steps = std::move(steps)](Frame& frame) {
+    for (const Step& step : steps) {
+      frame.line = step.line;
+      const Flow flow = step.action->run(frame);
+      frame.machine.pauseIfDue();
+      if (flow != Flow::next) return flow;
+    }
+    return Flow::next;
+  });
+}
+
+Action Checker::innerBlock(const Block& statements) {
+  const Inner inner(body_);
+  return block(statements);
+}
+
 // --- declarations
+
+KnownVariable& Checker::declare(const Word& name, Type type) {
+  const Symbol* const earlier = scope().findHere(name.key);
+  if (earlier != nullptr && earlier->line != 0) {
+    refuse(name.place, "\"" + name.text + "\" is declared already, in line " +
+                           std::to_string(earlier->line) + ".");
+  }
+  KnownVariable known;
+  known.type = type;
+  if (body_.scope == program_) {
+    known.where = KnownVariable::Where::global;
+    known.global = &machine_.addGlobal();
+    *known.global = type->initial();
+  } else {
+    known.slot = body_.slotCount++;
+  }
+  Symbol& added =
+      body_.scope->add(name.key, {name.text, context_.source.line(name.place), std::move(known)});
+  return std::get<KnownVariable>(added.what);
+}
 
 Action Checker::check(const Declare& what, const Place& /*place*/) {
   std::vector<Action> all;
@@ -26,27 +86,27 @@ Action Checker::check(const Declare& what, const Place& /*place*/) {
 Action Checker::declareOne(const Declare& what, const Variable& variable) {
   std::optional<Type> type;
   if (what.type) {
-    type = typeNamed(*what.type, what.typePlace);
-    type->array = type->array || variable.array;
+    type = typeNamed(*what.type);
+    if (variable.array && !type->isArray()) type = type->arrayOf();
   }
   std::optional<Typed> initial;
   try {
     if (what.initial != nullptr) initial = expression(*what.initial);
     if (initial && !type) {
-      if (initial->type.kind == Kind::nil || initial->type.kind == Kind::nothing)
+      if (initial->type == kNil || initial->type.isNothing())
         refuse(initial->place, "This has no type that the variable could have.");
       type = initial->type;
     }
     if (initial) initial = convert(std::move(*initial), *type);
   } catch (const Problem&) {
     // The variable is there all the same: what follows isn't wrong because of it.
-    declare(variable, type.value_or(kVariant));
+    declare(variable.name, type.value_or(kVariant));
     throw;
   }
   if (what.constant && !initial->constant)
     refuse(initial->place, "A constant's value is a number, a text or a boolean.");
-  ValueCode value = initial ? std::move(initial->code) : freshValue(what, variable, *type);
-  KnownVariable& known = declare(variable, *type);
+  ValueCode value = initial ? std::move(initial->code) : freshValue(variable, *type);
+  KnownVariable& known = declare(variable.name, *type);
   if (what.constant) {
     known.where = KnownVariable::Where::constant;
     known.value = *initial->constant;
@@ -55,10 +115,10 @@ Action Checker::declareOne(const Declare& what, const Variable& variable) {
   return store(known, std::move(value));
 }
 
-ValueCode Checker::freshValue(const Declare& /*what*/, const Variable& variable, const Type& type) {
-  if (!type.array) return valueCode([value = initialValue(type)](Frame&) { return value; });
+ValueCode Checker::freshValue(const Variable& variable, Type type) {
+  if (!type.isArray()) return valueCode([value = type->initial()](Frame&) { return value; });
   ValueCode bound;
-  if (!variable.bound.empty()) bound = number(*variable.bound.front(), kInteger).code;
+  if (!variable.bound.empty()) bound = converted(*variable.bound.front(), kInteger).code;
   return valueCode([type, bound = std::move(bound)](Frame& frame) {
     Value array = newArray(frame.machine, type, {});
     if (bound != nullptr) resizeArray(frame.machine, array, bound->run(frame));
@@ -68,9 +128,9 @@ ValueCode Checker::freshValue(const Declare& /*what*/, const Variable& variable,
 
 Action Checker::check(const Redim& what, const Place& /*place*/) {
   Typed array = expression(*what.array);
-  if (!array.type.array)
-    refuse(array.place, "Redim takes an array, but this is " + nameOf(array.type) + ".");
-  ValueCode bound = number(*what.bound, kInteger).code;
+  if (!array.type.isArray())
+    refuse(array.place, "Redim takes an array, but this is " + array.type.name() + ".");
+  ValueCode bound = converted(*what.bound, kInteger).code;
   return action([array = std::move(array.code), bound = std::move(bound)](Frame& frame) {
     resizeArray(frame.machine, array->run(frame), bound->run(frame));
     return Flow::next;
@@ -78,14 +138,10 @@ Action Checker::check(const Redim& what, const Place& /*place*/) {
 }
 
 Action Checker::check(const Perform& what, const Place& place) {
-  const auto* const name = std::get_if<Name>(&what.call->what);
-  const bool isVariable = name != nullptr && scope_.find(name->name) != nullptr;
-  const bool callable = name != nullptr || std::holds_alternative<Member>(what.call->what) ||
-                        std::holds_alternative<Call>(what.call->what);
-  if (isVariable || !callable)
+  Target called = target(*what.call);
+  if (called.what != Target::What::method && !(called.value && called.value->method != nullptr))
     refuse(place, "This does nothing: a statement is an assignment, a call or a keyword's.");
-  Typed value = expression(*what.call);
-  return action([code = std::move(value.code)](Frame& frame) {
+  return action([code = read(std::move(called)).code](Frame& frame) {
     code->run(frame);
     return Flow::next;
   });
@@ -101,15 +157,11 @@ Action Checker::check(const If& what, const Place& /*place*/) {
   std::vector<Checked> branches;
   for (const Branch& branch : what.branches) {
     Checked checked;
-    guarded([&] { checked.condition = condition(*branch.condition).code; });
-    scope_.enter();
-    checked.body = block(branch.body);
-    scope_.leave();
+    context_.guarded([&] { checked.condition = condition(*branch.condition).code; });
+    checked.body = innerBlock(branch.body);
     branches.push_back(std::move(checked));
   }
-  scope_.enter();
-  Action otherwise = block(what.otherwise);
-  scope_.leave();
+  Action otherwise = innerBlock(what.otherwise);
   return action([branches = std::move(branches), otherwise = std::move(otherwise)](Frame& frame) {
     for (const Checked& branch : branches)
       if (isTrue(branch.condition->run(frame))) return branch.body->run(frame);
@@ -123,21 +175,17 @@ Action Checker::check(const Select& what, const Place& /*place*/) {
     Action body;
   };
   Typed value = expression(*what.subject);
-  if (value.type.kind == Kind::nothing) refuse(value.place, "This gives no value to select by.");
+  if (value.type.isNothing()) refuse(value.place, "This gives no value to select by.");
   const KnownVariable subject = hidden(value.type);
   std::vector<Checked> cases;
   for (const Case& one : what.cases) {
     Checked checked;
     for (const CaseLabel& label : one.labels)
-      guarded([&] { checked.labels.push_back(caseCode(label, subject)); });
-    scope_.enter();
-    checked.body = block(one.body);
-    scope_.leave();
+      context_.guarded([&] { checked.labels.push_back(caseCode(label, subject)); });
+    checked.body = innerBlock(one.body);
     cases.push_back(std::move(checked));
   }
-  scope_.enter();
-  Action otherwise = block(what.otherwise);
-  scope_.leave();
+  Action otherwise = innerBlock(what.otherwise);
   return action([set = store(subject, std::move(value.code)), cases = std::move(cases),
                  otherwise = std::move(otherwise)](Frame& frame) {
     set->run(frame);
@@ -151,13 +199,11 @@ Action Checker::check(const Select& what, const Place& /*place*/) {
 
 // Whether a label fits what is selected by.
 ValueCode Checker::caseCode(const CaseLabel& label, const KnownVariable& subject) {
-  Typed value = variable(subject, label.place);
+  Typed value = variableAt(subject, label.place);
   if (label.type) {
-    const Type type = typeNamed(*label.type, label.place);
-    return valueCode([code = std::move(value.code), type](Frame& frame) {
+    return valueCode([code = std::move(value.code), type = typeNamed(*label.type)](Frame& frame) {
       const Type found = typeOf(frame.machine, code->run(frame));
-      return booleanValue(found.kind == Kind::object &&
-                          Types(frame.machine.host()).isA(found.className, type.className));
+      return booleanValue(found->kind == Kind::object && found.isA(type));
     });
   }
   Typed from = expression(*label.from);
@@ -168,20 +214,21 @@ ValueCode Checker::caseCode(const CaseLabel& label, const KnownVariable& subject
         .code;
   }
   Typed low = binary(Operator::greaterOrEqual, std::move(value), std::move(from), label.place);
-  Typed high = binary(Operator::lessOrEqual, variable(subject, label.place), expression(*label.to),
-                      label.place);
+  Typed high = binary(Operator::lessOrEqual, variableAt(subject, label.place),
+                      expression(*label.to), label.place);
   return binary(Operator::bothOf, std::move(low), std::move(high), label.place).code;
 }
 
 // --- leaving
 
 Action Checker::check(const Return& what, const Place& /*place*/) {
-  const Type result = method_ == nullptr ? kNothing : method_->result;
+  const Callable* const method = body_.method;
+  const Type result = method == nullptr ? kNothing : method->result;
   if (what.value == nullptr) return action([](Frame&) { return Flow::leave; });
-  if (result.kind == Kind::nothing) {
+  if (result.isNothing()) {
     refuse(what.value->place,
-           method_ == nullptr ? "The program itself returns no value." : "A Sub returns no value.",
-           method_ == nullptr ? std::vector<std::string>{} : std::vector{method_->text});
+           method == nullptr ? "The program itself returns no value." : "A Sub returns no value.",
+           method == nullptr ? std::vector<std::string>{} : std::vector{method->text});
   }
   Typed value = convert(expression(*what.value), result);
   return action([code = std::move(value.code)](Frame& frame) {
@@ -192,12 +239,11 @@ Action Checker::check(const Return& what, const Place& /*place*/) {
 
 Action Checker::check(const Raise& what, const Place& /*place*/) {
   Typed exception = expression(*what.exception);
-  const Type wanted = objectOf("RuntimeException");
-  if (!library_.types().distance(exception.type, wanted)) {
+  if (!distance(exception.type, kException)) {
     refuse(exception.place,
-           "Only exceptions can be raised, but this is " + nameOf(exception.type) + ".");
+           "Only exceptions can be raised, but this is " + exception.type.name() + ".");
   }
-  Typed converted = convert(std::move(exception), wanted);
+  Typed converted = convert(std::move(exception), kException);
   return action([code = std::move(converted.code)](Frame& frame) -> Flow {
     frame.machine.raise(std::get<ObjectRef>(code->run(frame)));
   });
@@ -206,7 +252,7 @@ Action Checker::check(const Raise& what, const Place& /*place*/) {
 namespace {
 
 struct CheckedCatch {
-  Type type;
+  Type type = kException;
   Action store;  // of the exception; nullable
   Action body;
 };
@@ -216,7 +262,7 @@ bool handled(Frame& frame, const std::vector<CheckedCatch>& catches, const HostT
              const KnownVariable& passed, Flow* flow) {
   const Type type = typeOf(frame.machine, thrown.exception);
   for (const CheckedCatch& clause : catches) {
-    if (!Types(frame.machine.host()).isA(type.className, clause.type.className)) continue;
+    if (!type.isA(clause.type)) continue;
     frame.slots[passed.slot] = thrown.exception;
     if (clause.store != nullptr) clause.store->run(frame);
     frame.slots[passed.slot] = ObjectRef();
@@ -229,33 +275,27 @@ bool handled(Frame& frame, const std::vector<CheckedCatch>& catches, const HostT
 }  // namespace
 
 Action Checker::check(const Try& what, const Place& /*place*/) {
-  const KnownVariable passed = hidden(objectOf("RuntimeException"));
-  scope_.enter();
-  Action body = block(what.body);
-  scope_.leave();
+  const KnownVariable passed = hidden(kException);
+  Action body = innerBlock(what.body);
   std::vector<CheckedCatch> catches;
   for (const Catch& clause : what.catches) {
     CheckedCatch checked;
-    checked.type = objectOf("RuntimeException");
-    scope_.enter();
-    guarded([&] {
-      if (clause.type) checked.type = typeNamed(*clause.type, clause.typePlace);
-      if (!library_.types().isA(checked.type.className, "RuntimeException")) {
-        refuse(clause.typePlace,
-               "Only exceptions can be caught, but this is " + nameOf(checked.type) + ".");
+    const Inner inner(body_);
+    context_.guarded([&] {
+      if (clause.type) checked.type = typeNamed(*clause.type);
+      if (!checked.type.isA(kException)) {
+        refuse(clause.type->place,
+               "Only exceptions can be caught, but this is " + checked.type.name() + ".");
       }
       if (clause.variable) {
-        checked.store =
-            store(declare(*clause.variable, checked.type), variable(passed, clause.typePlace).code);
+        const KnownVariable& known = declare(clause.variable->name, checked.type);
+        checked.store = store(known, variableAt(passed, clause.variable->name.place).code);
       }
     });
     checked.body = block(clause.body);
-    scope_.leave();
     catches.push_back(std::move(checked));
   }
-  scope_.enter();
-  Action finally = block(what.finally);
-  scope_.leave();
+  Action finally = innerBlock(what.finally);
   return action([body = std::move(body), catches = std::move(catches), finally = std::move(finally),
                  passed](Frame& frame) {
     Flow flow = Flow::next;

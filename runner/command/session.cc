@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "runner/run/values.h"
 #include "runner/syntax/parser.h"
 #include "runner/text/text.h"
 
@@ -76,15 +77,13 @@ std::string format(const Ending& ending, const std::string& file) {
 }
 
 Session::Session(host::Host& host, std::ostream& out, std::istream& in)
-    : machine_(host, out, in), library_(host) {}
+    : machine_(host, out, in), library_(machine_) {}
 
 Session::~Session() { machine_.clear(); }
 
 std::vector<Diagnostic> Session::check(const Source& source) {
-  Scope globals = globals_;
   try {
-    const Program program = parse(source);
-    return Checker(library_, machine_, globals, source).program(program).diagnostics;
+    return checkProgram(library_, machine_, source, parse(source), false).diagnostics;
   } catch (const Problem& problem) {
     return {diagnose(source, problem)};
   }
@@ -92,8 +91,7 @@ std::vector<Diagnostic> Session::check(const Source& source) {
 
 Ending Session::run(const Source& source) {
   try {
-    const Program program = parse(source);
-    return run(Checker(library_, machine_, globals_, source).program(program));
+    return run(checkProgram(library_, machine_, source, parse(source), true));
   } catch (const Problem& problem) {
     return {{diagnose(source, problem)}, std::nullopt, std::nullopt};
   }
@@ -111,7 +109,7 @@ std::optional<Ending> Session::enter(const Source& source) {
 std::optional<Ending> Session::show(const Source& source) {
   try {
     const ExpressionPtr expression = parseExpression(source);
-    return run(Checker(library_, machine_, globals_, source).shown(*expression));
+    return run(checkShown(library_, machine_, source, *expression));
   } catch (const Problem&) {
     return std::nullopt;
   }
@@ -130,7 +128,7 @@ Ending Session::run(Executable executable) {
     return {};
   } catch (const HostThrow& thrown) {
     Unhandled unhandled;
-    unhandled.className = nameOf(typeOf(machine_, thrown.exception));
+    unhandled.className = typeOf(machine_, thrown.exception).name();
     unhandled.message = textOf(machine_.host().property(thrown.exception, "Message"));
     unhandled.stack = thrown.stack;
     return {{}, std::move(unhandled), std::nullopt};
@@ -146,19 +144,18 @@ std::vector<std::string> Session::completions(const std::string& line) {
   if (start > 0 && line[start - 1] == '.') {
     const std::string before = line.substr(0, start - 1);
     const std::string object = before.substr(startOfObject(before));
-    names = library_.sharedNames(library_.types().className(object));
+    if (const std::optional<Type> type = machine_.types().find(folded(object)))
+      names = library_.sharedNames(*type);
     const Source source("", object);
     try {
-      Checker checker(library_, machine_, globals_, source);
-      if (const std::optional<Type> type = checker.typeOfExpression(*parseExpression(source)))
+      const ExpressionPtr expression = parseExpression(source);
+      if (const auto type = typeOfExpression(library_, machine_, source, *expression))
         names = library_.memberNames(*type);
     } catch (const Problem&) {
       // What stands before the point is no expression: no names.
     }
   } else {
-    names = globals_.names();
-    for (const auto& more : {library_.functionNames(), library_.types().names()})
-      names.insert(names.end(), more.begin(), more.end());
+    names = library_.session().names();
   }
   std::erase_if(names,
                 [&prefix](const std::string& name) { return !folded(name).starts_with(prefix); });

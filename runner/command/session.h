@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "runner/check/checker.h"
+#include "runner/check/program.h"
+#include "runner/library/library.h"
+#include "runner/run/machine.h"
 
 namespace runner {
 
@@ -61,7 +63,6 @@ class Session {
 
   Machine machine_;
   Library library_;
-  Scope globals_;
 };
 
 }  // namespace runner

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,31 +23,39 @@ struct UserMethod {
   std::size_t slotCount = 0;
   Action body;
   Value initialResult;
-  std::vector<bool> byRef;  // by parameter, which are the first slots
+};
+
+struct Parameter {
+  Type type;
+  bool byRef = false;
+  bool assigns = false;          // takes the value of an assignment; only the last one can
+  std::optional<Value> initial;  // of one that can be left out, as all behind it can
 };
 
 struct Callable {
+  std::string name;
   std::string text;  // the declaration as registered or written
-  host::Declaration declaration;
-  std::vector<Type> parameters;
+  std::vector<Parameter> parameters;
   Type result;
-  std::size_t required = 0;     // how many arguments can't be left out
-  std::vector<Value> defaults;  // of those that can, in order
-  bool extends = false;         // can be called on its first argument as well
-  bool onNil = false;           // can be called on Nil
+  bool extends = false;  // can be called on its first argument as well
+  bool onNil = false;    // can be called on Nil
 
   // One of these.
   Native native = nullptr;
   std::unique_ptr<host::PreparedCall> plugin;
   std::unique_ptr<UserMethod> method;
 
-  /// The value that an assignment passes last.
-  [[nodiscard]] bool assigns() const {
-    return !declaration.parameters.empty() && declaration.parameters.back().assigns;
-  }
+  /// Whether an assignment calls it.
+  [[nodiscard]] bool assigns() const { return !parameters.empty() && parameters.back().assigns; }
+  /// How many arguments can't be left out.
+  [[nodiscard]] std::size_t required() const;
+  /// Whether it takes just what another one takes.
+  [[nodiscard]] bool takesTheSame(const Callable& other) const;
 };
 
 using Callables = std::vector<std::unique_ptr<Callable>>;
+/// Those that a call can mean, the one to prefer among equals first.
+using Candidates = std::vector<const Callable*>;
 
 /// A function or method of the runner's own, as tables of them say it.
 struct NativeRow {

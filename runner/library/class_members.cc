@@ -35,7 +35,7 @@ Value constructNumbered(Machine& machine, const Value& self, const Value* a) {
   return setErrorNumber(machine, self, a + 1);
 }
 
-constexpr NativeRow kException[] = {
+constexpr NativeRow kExceptionMembers[] = {
     {"Constructor", [](Machine&, const Value&, const Value*) { return Value(); }},
     {"Constructor(message As String)", setMessage},
     {"Constructor(message As String, errorNumber As Integer)", constructNumbered},
@@ -160,7 +160,7 @@ Value isNumeric(Machine& machine, const Value& self, const Value*) {
   return booleanValue(typeOf(machine, self).isNumber());
 }
 Value isArray(Machine& machine, const Value& self, const Value*) {
-  return booleanValue(typeOf(machine, self).array);
+  return booleanValue(typeOf(machine, self).isArray());
 }
 template <const Type& to>
 Value as(Machine& machine, const Value& self, const Value*) {
@@ -185,7 +185,7 @@ constexpr NativeRow kVariantMembers[] = {
 
 }  // namespace
 
-std::span<const NativeRow> exceptionMembers() { return kException; }
+std::span<const NativeRow> exceptionMembers() { return kExceptionMembers; }
 std::span<const NativeRow> dictionaryMembers() { return kDictionary; }
 std::span<const NativeRow> folderItemMembers() { return kFolderItem; }
 std::span<const NativeRow> fileFunctions() { return kFileFunctions; }

@@ -1,9 +1,11 @@
 #include "runner/library/library.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "runner/library/natives.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {
@@ -18,27 +20,21 @@ constexpr FurtherClass kFurtherClasses[] = {
     {"InvalidArgumentException", "RuntimeException"},
     {"NilObjectException", "RuntimeException"},
     {"TypeMismatchException", "RuntimeException"},
+    {"System", ""},
 };
 
-bool isConstructor(const Callable& callable) {
-  return host::sameName(callable.declaration.name, "Constructor");
-}
+constexpr char kConstructor[] = "constructor";
 
-Candidates named(const Callables& callables, std::string_view name) {
-  Candidates found;
-  for (const auto& callable : callables)
-    if (host::sameName(callable->declaration.name, name)) found.push_back(callable.get());
-  return found;
-}
+bool isConstructor(const Callable& callable) { return folded(callable.name) == kConstructor; }
 
-void addNames(const Callables& callables, std::vector<std::string>& names) {
-  for (const auto& callable : callables) names.push_back(callable->declaration.name);
+void addNames(const Group& group, std::vector<std::string>& names) {
+  for (const auto& callable : group.all()) names.push_back(callable->name);
 }
 
 // A declaration for arrays of a type: "T" stands for the type of their elements.
-host::Declaration withElement(host::Declaration declaration, const Type& element) {
-  const auto replace = [&element](host::Type& type) {
-    if (type.name == "T") type.name = nameOf(element);
+host::Declaration withElement(host::Declaration declaration, Type element) {
+  const auto replace = [element](host::Type& type) {
+    if (type.name == "T") type.name = element.name();
   };
   for (host::Parameter& parameter : declaration.parameters) replace(parameter.type);
   if (declaration.result) replace(*declaration.result);
@@ -58,200 +54,201 @@ std::string textOfDeclaration(const host::Declaration& declaration) {
   return text;
 }
 
+// The declaration of what an assignment to a method calls.
+host::Declaration setterOf(host::Declaration declaration) {
+  declaration.parameters.push_back({"value", *declaration.result, false, true});
+  declaration.result = std::nullopt;
+  return declaration;
+}
+
 }  // namespace
 
-Library::Library(host::Host& host) : types_(host) {
-  addClasses(host);
+const Callable& Group::add(std::unique_ptr<Callable> callable) {
+  all_.push_back(std::move(callable));
+  const Callable& added = *all_.back();
+  byKey_[folded(added.name)].push_back(&added);
+  return added;
+}
+
+const Candidates& Group::named(const std::string& key) const {
+  static const Candidates kNone;
+  const auto found = byKey_.find(key);
+  return found == byKey_.end() ? kNone : found->second;
+}
+
+Library::Library(Machine& machine) : machine_(machine) {
+  addClasses();
   addFunctions(textFunctions(), true);
   addFunctions(numberFunctions(), true);
   addFunctions(hostFunctions(), false);
   addFunctions(fileFunctions(), false);
-  addNative("RuntimeException", exceptionMembers());
-  addNative("Dictionary", dictionaryMembers());
-  addNative("Date", dateMembers());
-  addNative("MemoryBlock", memoryBlockMembers());
-  addNative("FolderItem", folderItemMembers());
-  addNative("Variant", variantMembers());
-  for (const auto& member : members_["Variant"].methods) member->onNil = true;
-  addNative("System", systemMembers(), true);
-  for (const std::string& name : host.classNames()) readRecords(*host.findClass(name));
+  addMembers("RuntimeException", exceptionMembers());
+  addMembers("Dictionary", dictionaryMembers());
+  addMembers("Date", dateMembers());
+  addMembers("MemoryBlock", memoryBlockMembers());
+  addMembers("FolderItem", folderItemMembers());
+  addMembers("Variant", variantMembers());
+  Members& system = membersOf(*machine.types().find("system"));
+  for (const NativeRow& row : systemMembers()) {
+    auto callable = described(host::parseDeclaration(row.declaration), row.declaration);
+    callable->native = row.function;
+    system.shared.add(std::move(callable));
+  }
+  for (const std::string& name : machine.host().classNames())
+    readRecords(*machine.host().findClass(name));
 }
 
-void Library::addClasses(host::Host& host) {
+void Library::addClasses() {
   for (const FurtherClass& further : kFurtherClasses)
-    if (host.findClass(further.name) == nullptr) host.addClass(further.name, further.superName);
-  if (host.findClass("System") == nullptr) host.addClass("System", "");
+    machine_.types().addClass(further.name, further.superName);
+  for (const std::string& name : machine_.types().names())
+    language_.add(folded(name), {name, 0, *machine_.types().find(folded(name))});
 }
 
 std::unique_ptr<Callable> Library::described(const host::Declaration& declaration,
                                              std::string text) const {
   auto callable = std::make_unique<Callable>();
-  callable->declaration = declaration;
+  callable->name = declaration.name;
   callable->text = std::move(text);
   // A class that nobody has registered has no objects but Nil.
-  for (const host::Parameter& parameter : declaration.parameters)
-    callable->parameters.push_back(types_.find(parameter.type).value_or(kAnyObject));
-  if (declaration.result) callable->result = types_.find(*declaration.result).value_or(kAnyObject);
-  callable->required = declaration.parameters.size();
+  const auto typeOf = [this](const host::Type& type) {
+    return machine_.types().find(type).value_or(kAnyObject);
+  };
+  for (const host::Parameter& parameter : declaration.parameters) {
+    callable->parameters.push_back(
+        {typeOf(parameter.type), parameter.byRef, parameter.assigns, std::nullopt});
+  }
+  if (declaration.result) callable->result = typeOf(*declaration.result);
   return callable;
 }
 
-std::unique_ptr<Callable> Library::setterOf(const Callable& getter) const {
-  host::Declaration declaration = getter.declaration;
-  declaration.parameters.push_back({"value", *declaration.result, false, true});
-  declaration.result = std::nullopt;
-  return described(declaration, getter.text);
-}
-
 void Library::readRecords(const host::RegisteredClass& record) {
-  Members& members = members_[record.name];
-  const auto callableOf = [this](const host::RegisteredMethod& method, bool ofInstance) {
-    std::unique_ptr<Callable> callable = described(method.declaration, method.text);
-    callable->plugin =
-        std::make_unique<host::PreparedCall>(method.function, method.declaration, ofInstance);
+  Members& members = membersOf(machine_.types().of(record));
+  const auto callableOf = [this](const host::Declaration& declaration, const std::string& text,
+                                 host::PluginFunction function, bool ofInstance) {
+    std::unique_ptr<Callable> callable = described(declaration, text);
+    callable->plugin = std::make_unique<host::PreparedCall>(function, declaration, ofInstance);
     return callable;
   };
   for (const host::RegisteredMethod& method : record.methods) {
     if (method.function == nullptr) continue;
-    std::unique_ptr<Callable> callable = callableOf(method, true);
-    if (method.setter != nullptr && callable->declaration.result) {
-      members.setters.push_back(setterOf(*callable));
-      Callable& setter = *members.setters.back();
-      setter.plugin = std::make_unique<host::PreparedCall>(method.setter, setter.declaration, true);
+    if (method.setter != nullptr && method.declaration.result) {
+      members.setters.add(
+          callableOf(setterOf(method.declaration), method.text, method.setter, true));
     }
-    Callables& list = callable->assigns()        ? members.setters
-                      : isConstructor(*callable) ? members.constructors
-                                                 : members.methods;
-    list.push_back(std::move(callable));
+    auto callable = callableOf(method.declaration, method.text, method.function, true);
+    Group& group = callable->assigns()        ? members.setters
+                   : isConstructor(*callable) ? members.constructors
+                                              : members.methods;
+    group.add(std::move(callable));
   }
-  for (const host::RegisteredMethod& method : record.sharedMethods)
-    if (method.function != nullptr) members.sharedMethods.push_back(callableOf(method, false));
+  for (const host::RegisteredMethod& method : record.sharedMethods) {
+    if (method.function != nullptr)
+      members.shared.add(callableOf(method.declaration, method.text, method.function, false));
+  }
 }
 
 void Library::addRow(Members& members, const NativeRow& row) {
-  std::unique_ptr<Callable> callable =
-      described(host::parseDeclaration(row.declaration), row.declaration);
-  callable->native = row.function;
+  const host::Declaration declaration = host::parseDeclaration(row.declaration);
   if (row.setter != nullptr) {
-    members.setters.push_back(setterOf(*callable));
-    members.setters.back()->native = row.setter;
+    auto setter = described(setterOf(declaration), row.declaration);
+    setter->native = row.setter;
+    members.setters.add(std::move(setter));
   }
-  (isConstructor(*callable) ? members.constructors : members.methods)
-      .push_back(std::move(callable));
+  auto callable = described(declaration, row.declaration);
+  callable->native = row.function;
+  (isConstructor(*callable) ? members.constructors : members.methods).add(std::move(callable));
 }
 
-void Library::addNative(const std::string& className, std::span<const NativeRow> rows,
-                        bool shared) {
-  Members& members = members_[className];
+void Library::addMembers(const char* className, std::span<const NativeRow> rows) {
+  const Type type = *machine_.types().find(folded(className));
+  Members& members = membersOf(type);
   for (const NativeRow& row : rows) addRow(members, row);
-  if (shared) members.sharedMethods = std::move(members.methods);
+  if (type != kVariant) return;
+  for (const auto& member : members.methods.all()) member->onNil = true;
 }
 
 void Library::addFunctions(std::span<const NativeRow> rows, bool extends) {
-  Members members;
-  for (const NativeRow& row : rows) addRow(members, row);
-  for (std::unique_ptr<Callable>& function : members.methods) {
+  for (const NativeRow& row : rows) {
+    auto function = described(host::parseDeclaration(row.declaration), row.declaration);
+    function->native = row.function;
     function->extends = extends && !function->parameters.empty();
-    functions_.push_back(std::move(function));
+    const Callable& added = functions_.add(std::move(function));
+    language_.addFunction(folded(added.name), added, 0);
   }
 }
 
-void Library::add(std::unique_ptr<Callable> function) {
-  // Before the language's own and earlier ones, which it hides.
-  functions_.insert(functions_.begin(), std::move(function));
-  ++unsettled_;
+void Library::keep(Callables methods) {
+  kept_.insert(kept_.end(), std::make_move_iterator(methods.begin()),
+               std::make_move_iterator(methods.end()));
 }
 
-void Library::settle(bool keep) {
-  if (!keep) functions_.erase(functions_.begin(), functions_.begin() + unsettled_);
-  unsettled_ = 0;
+Members& Library::membersOf(Type type) {
+  const auto [found, isNew] = members_.try_emplace(type.operator->());
+  if (isNew && type.isArray()) addArrayMembers(type, found->second);
+  return found->second;
 }
 
-Candidates Library::functions(std::string_view name) const { return named(functions_, name); }
-
-Candidates Library::extensions(std::string_view name) const {
-  Candidates found = functions(name);
-  std::erase_if(found, [](const Callable* callable) { return !callable->extends; });
-  return found;
+void Library::addArrayMembers(Type array, Members& members) const {
+  for (const NativeRow& row : arrayMembers()) {
+    const host::Declaration declaration =
+        withElement(host::parseDeclaration(row.declaration), array.element());
+    std::unique_ptr<Callable> callable = described(declaration, textOfDeclaration(declaration));
+    callable->native = row.function;
+    members.methods.add(std::move(callable));
+  }
 }
 
-Candidates Library::inherited(const std::string& className, List list,
-                              std::string_view name) const {
+Candidates Library::inherited(Type type, Group Members::*group, const std::string& key) {
   Candidates found;
-  for (std::string c = className; !c.empty(); c = types_.superName(c)) {
-    const auto members = members_.find(c);
-    if (members == members_.end()) continue;
-    const Candidates own = named(members->second.*list, name);
+  for (const TypeRow* row = type.operator->(); row != nullptr; row = row->superClass) {
+    const Candidates& own = (membersOf(Type(row)).*group).named(key);
     found.insert(found.end(), own.begin(), own.end());
   }
   return found;
 }
 
-Candidates Library::methods(const std::string& className, std::string_view name) const {
-  return inherited(className, &Members::methods, name);
-}
-
-Candidates Library::setters(const std::string& className, std::string_view name) const {
-  return inherited(className, &Members::setters, name);
-}
-
-Candidates Library::sharedMethods(const std::string& className, std::string_view name) const {
-  return inherited(className, &Members::sharedMethods, name);
-}
-
-Candidates Library::constructors(const std::string& className) const {
-  return inherited(className, &Members::constructors, "Constructor");
-}
-
-Members& Library::arrayMembers(const Type& array) {
-  Members& members = arrays_[nameOf(array)];
-  if (!members.methods.empty()) return members;
-  for (const NativeRow& row : ::runner::arrayMembers()) {
-    const host::Declaration declaration =
-        withElement(host::parseDeclaration(row.declaration), array.element());
-    std::unique_ptr<Callable> callable = described(declaration, textOfDeclaration(declaration));
-    callable->native = row.function;
-    members.methods.push_back(std::move(callable));
+Candidates Library::methods(Type type, const std::string& key) {
+  Candidates found = inherited(type, &Members::methods, key);
+  // An object can be constructed again, if its class lets it.
+  if (found.empty() && type.isObject() && key == kConstructor) {
+    found = constructors(type);
+    std::erase_if(found, [](const Callable* c) { return !c->result.isNothing(); });
   }
-  return members;
+  return found;
 }
 
-Candidates Library::arrayMethods(const Type& array, std::string_view name) {
-  return named(arrayMembers(array).methods, name);
+Candidates Library::setters(Type type, const std::string& key) {
+  return inherited(type, &Members::setters, key);
 }
 
-std::vector<std::string> Library::functionNames() const {
+Candidates Library::shared(Type type, const std::string& key) {
+  return inherited(type, &Members::shared, key);
+}
+
+Candidates Library::constructors(Type type) {
+  return inherited(type, &Members::constructors, kConstructor);
+}
+
+std::vector<std::string> Library::memberNames(Type type) {
   std::vector<std::string> names;
-  addNames(functions_, names);
-  return names;
-}
-
-std::vector<std::string> Library::memberNames(const Type& type) {
-  std::vector<std::string> names;
-  if (type.array) {
-    addNames(arrayMembers(type).methods, names);
-    return names;
-  }
-  for (const auto& function : functions_) {
-    if (!function->extends || !types_.distance(type, function->parameters.front())) continue;
+  for (const auto& function : functions_.all()) {
+    if (!function->extends || type.isArray()) continue;
+    const Type receiver = function->parameters.front().type;
     // Those of any value are hardly looked for behind an object.
-    if (type.kind == Kind::object && function->parameters.front().kind != Kind::object) continue;
-    names.push_back(function->declaration.name);
+    if (type.isObject() && !receiver.isObject()) continue;
+    if (distance(type, receiver)) names.push_back(function->name);
   }
-  std::string name = type.kind == Kind::variant ? "Variant" : type.className;
-  for (; !name.empty(); name = types_.superName(name)) {
-    const auto members = members_.find(name);
-    if (members == members_.end()) continue;
-    addNames(members->second.methods, names);
-    addNames(members->second.setters, names);
+  for (const TypeRow* row = type.operator->(); row != nullptr; row = row->superClass) {
+    addNames(membersOf(Type(row)).methods, names);
+    addNames(membersOf(Type(row)).setters, names);
   }
   return names;
 }
 
-std::vector<std::string> Library::sharedNames(const std::string& className) const {
+std::vector<std::string> Library::sharedNames(Type type) {
   std::vector<std::string> names;
-  const auto members = members_.find(className);
-  if (members != members_.end()) addNames(members->second.sharedMethods, names);
+  addNames(membersOf(type).shared, names);
   return names;
 }
 

@@ -1,78 +1,78 @@
 // What there is to call, by name: filled from the host's records and the runner's own tables.
 #pragma once
 
-#include <cstddef>
-#include <map>
 #include <span>
 #include <string>
-#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "runner/library/callable.h"
+#include "runner/library/symbols.h"
 
 namespace runner {
 
-/// The methods of a class, without those of its super classes.
-struct Members {
-  Callables methods;  // properties are methods without parameters
-  Callables setters;  // their last parameter assigns
-  Callables sharedMethods;
-  Callables constructors;
+/// Callables by their folded names.
+class Group {
+ public:
+  /// Adds a callable behind others of its name.
+  const Callable& add(std::unique_ptr<Callable> callable);
+  [[nodiscard]] const Candidates& named(const std::string& key) const;
+  [[nodiscard]] const Callables& all() const { return all_; }
+
+ private:
+  Callables all_;
+  std::unordered_map<std::string, Candidates> byKey_;
 };
 
-using Candidates = std::vector<const Callable*>;
+/// The methods of a class, without those of its super classes.
+struct Members {
+  Group methods;  // properties are methods without parameters
+  Group setters;  // their last parameter assigns
+  Group shared;
+  Group constructors;
+};
 
 class Library {
  public:
   /// Adds the host's further classes and reads everything that is registered by now.
-  explicit Library(host::Host& host);
+  explicit Library(Machine& machine);
 
-  [[nodiscard]] const Types& types() const { return types_; }
+  /// The functions and types of the language and of plugins.
+  [[nodiscard]] const Scope& language() const { return language_; }
+  /// What programs that ran have left: their variables and methods.
+  [[nodiscard]] Scope& session() { return session_; }
+  /// Owns the methods of a program from now on.
+  void keep(Callables methods);
 
-  /// Functions that are no methods, the language's and the program's.
-  [[nodiscard]] Candidates functions(std::string_view name) const;
-  /// Functions that can be called on a value as if they were its methods.
-  [[nodiscard]] Candidates extensions(std::string_view name) const;
-  /// Of a class and those above it, those of the class itself first.
-  [[nodiscard]] Candidates methods(const std::string& className, std::string_view name) const;
-  [[nodiscard]] Candidates setters(const std::string& className, std::string_view name) const;
-  [[nodiscard]] Candidates sharedMethods(const std::string& className, std::string_view name) const;
-  [[nodiscard]] Candidates constructors(const std::string& className) const;
-  /// Methods of arrays of that type; made for it when it is asked for first.
-  [[nodiscard]] Candidates arrayMethods(const Type& array, std::string_view name);
+  /// Of a class and those above it, those of the class itself first; of arrays and Variants, too.
+  /// @param key the folded name.
+  [[nodiscard]] Candidates methods(Type type, const std::string& key);
+  [[nodiscard]] Candidates setters(Type type, const std::string& key);
+  [[nodiscard]] Candidates shared(Type type, const std::string& key);
+  [[nodiscard]] Candidates constructors(Type type);
 
   /// For suggestions and completion.
-  [[nodiscard]] std::vector<std::string> functionNames() const;
-  [[nodiscard]] std::vector<std::string> memberNames(const Type& type);
-  [[nodiscard]] std::vector<std::string> sharedNames(const std::string& className) const;
-
-  /// Adds a method of the program that is being checked.
-  void add(std::unique_ptr<Callable> function);
-  /// The program has been checked: keeps its methods, which then hide earlier ones of the same
-  /// parameters, or forgets them.
-  void settle(bool keep);
+  [[nodiscard]] std::vector<std::string> memberNames(Type type);
+  [[nodiscard]] std::vector<std::string> sharedNames(Type type);
 
  private:
-  using List = Callables Members::*;
-
-  void addClasses(host::Host& host);
+  void addClasses();
   void readRecords(const host::RegisteredClass& record);
   void addRow(Members& members, const NativeRow& row);
-  void addNative(const std::string& className, std::span<const NativeRow> rows,
-                 bool shared = false);
+  void addMembers(const char* className, std::span<const NativeRow> rows);
   void addFunctions(std::span<const NativeRow> rows, bool extends);
   [[nodiscard]] std::unique_ptr<Callable> described(const host::Declaration& declaration,
                                                     std::string text) const;
-  [[nodiscard]] std::unique_ptr<Callable> setterOf(const Callable& getter) const;
-  [[nodiscard]] Candidates inherited(const std::string& className, List list,
-                                     std::string_view name) const;
-  [[nodiscard]] Members& arrayMembers(const Type& array);
+  [[nodiscard]] Members& membersOf(Type type);
+  void addArrayMembers(Type array, Members& members) const;
+  [[nodiscard]] Candidates inherited(Type type, Group Members::*group, const std::string& key);
 
-  Types types_;
-  Callables functions_;
-  std::ptrdiff_t unsettled_ = 0;            // how many of the first functions may be forgotten yet
-  std::map<std::string, Members> members_;  // by the name of the class
-  std::map<std::string, Members> arrays_;   // by the name of the type
+  Machine& machine_;
+  Scope language_{nullptr};
+  Scope session_{&language_};
+  Group functions_;
+  Callables kept_;
+  std::unordered_map<const TypeRow*, Members> members_;
 };
 
 }  // namespace runner

@@ -45,8 +45,8 @@ void setElement(Machine& machine, const Value& array, const Value& index, const 
   found.replace(checkedIndex(machine, found, index), value);
 }
 
-Value newArray(Machine& machine, const Type& type, const std::vector<Value>& elements) {
-  return machine.host().array(arrayCode(type), elements);
+Value newArray(Machine& machine, Type type, const std::vector<Value>& elements) {
+  return machine.host().array(type->element->arrayCode, elements);
 }
 
 void resizeArray(Machine& machine, const Value& array, const Value& bound) {

@@ -20,7 +20,7 @@ std::size_t checkedIndex(Machine& machine, const host::Array& array, const Value
 Value elementOf(Machine& machine, const Value& array, const Value& index);
 void setElement(Machine& machine, const Value& array, const Value& index, const Value& value);
 /// A new array. @param type of arrays.
-Value newArray(Machine& machine, const Type& type, const std::vector<Value>& elements);
+Value newArray(Machine& machine, Type type, const std::vector<Value>& elements);
 /// Redim: lets an array end at an index; raises OutOfBoundsException for one that none can end at.
 void resizeArray(Machine& machine, const Value& array, const Value& bound);
 

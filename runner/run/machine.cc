@@ -18,6 +18,7 @@ Frame::~Frame() { machine.frame_ = caller; }
 
 Machine::Machine(host::Host& host, std::ostream& out, std::istream& in)
     : host_(host),
+      types_(host),
       out_(out),
       in_(in),
       stackStart_(static_cast<const char*>(__builtin_frame_address(0))) {}

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "host/host.h"
+#include "runner/run/types.h"
 
 namespace runner {
 
@@ -61,6 +62,7 @@ class Machine {
   Machine(host::Host& host, std::ostream& out, std::istream& in);
 
   host::Host& host() { return host_; }
+  Types& types() { return types_; }
   std::ostream& out() { return out_; }
   std::istream& in() { return in_; }
 
@@ -106,6 +108,7 @@ class Machine {
   void pauseNow();
 
   host::Host& host_;
+  Types types_;
   std::ostream& out_;
   std::istream& in_;
   std::deque<Value> globals_;

@@ -18,29 +18,26 @@ bool isArithmetic(Operator op) { return op <= Operator::power; }
 bool isComparison(Operator op) { return op >= Operator::equal && op <= Operator::greaterOrEqual; }
 bool isEquality(Operator op) { return op == Operator::equal || op == Operator::different; }
 
-bool isVariant(const Type& type) { return type == kVariant; }
-bool isDate(const Type& type) { return type == kDate; }
-
-Type wholeType(const Type& left, const Type& right) {
+Type wholeType(Type left, Type right) {
   const Type common = commonNumber(left, right);
   return common.isInteger() ? common : kInt64;
 }
 
-Type arithmeticResult(Operator op, const Type& left, const Type& right) {
+Type arithmeticResult(Operator op, Type left, Type right) {
   if (op == Operator::divide || op == Operator::power) return kDouble;
   if (op == Operator::divideWhole || op == Operator::modulo) return wholeType(left, right);
   return commonNumber(left, right);
 }
 
-bool comparable(const Types& types, Operator op, const Type& left, const Type& right) {
-  if (isVariant(left) || isVariant(right)) return true;
+bool comparable(Operator op, Type left, Type right) {
+  if (left == kVariant || right == kVariant) return true;
   if (left.isNumber() && right.isNumber()) return true;
   if (left == right && left == kString) return true;
-  if (isDate(left) && isDate(right)) return true;
+  if (left == kDate && right == kDate) return true;
   if (!isEquality(op)) return false;
   if (left == right) return true;
   return left.isReference() && right.isReference() &&
-         (types.distance(left, right) || types.distance(right, left));
+         (distance(left, right) || distance(right, left));
 }
 
 // --- at run time
@@ -88,7 +85,7 @@ Value calculate(Machine& machine, Operator op, const Value& left, const Value& r
   if (op == Operator::divide) return numberOf<double>(left) / numberOf<double>(right);
   if (op == Operator::power) return std::pow(numberOf<double>(left), numberOf<double>(right));
   const Type type = arithmeticResult(op, typeOf(machine, left), typeOf(machine, right));
-  switch (type.kind) {
+  switch (type->kind) {
     case Kind::int32:
       return calculateAs<std::int32_t>(machine, op, left, right);
     case Kind::uint64:
@@ -137,7 +134,7 @@ std::partial_ordering compare(Machine& machine, const Value& left, const Value& 
   const Type leftType = typeOf(machine, left);
   const Type rightType = typeOf(machine, right);
   if (leftType == kString && rightType == kString) return compareText(textOf(left), textOf(right));
-  if (isDate(leftType) && isDate(rightType)) return compareDates(machine, left, right);
+  if (leftType == kDate && rightType == kDate) return compareDates(machine, left, right);
   // A text out of a Variant beside a number is taken as the number in it.
   if ((isNumber(left) && rightType == kString) || (leftType == kString && isNumber(right)))
     return compareNumbers(converted(machine, left, kDouble), converted(machine, right, kDouble));
@@ -175,31 +172,30 @@ Value combineValues(Machine& machine, Operator op, const Value& left, const Valu
 
 }  // namespace
 
-std::optional<Type> resultOf(const Types& types, Operator op, const Type& left, const Type& right) {
-  if (left.kind == Kind::nothing || right.kind == Kind::nothing) return std::nullopt;
+std::optional<Type> resultOf(Operator op, Type left, Type right) {
+  if (left.isNothing() || right.isNothing()) return std::nullopt;
   if (op == Operator::is)
     return left.isReference() && right.isReference() ? std::optional(kBoolean) : std::nullopt;
-  if (isComparison(op))
-    return comparable(types, op, left, right) ? std::optional(kBoolean) : std::nullopt;
-  const bool variants = isVariant(left) || isVariant(right);
+  if (isComparison(op)) return comparable(op, left, right) ? std::optional(kBoolean) : std::nullopt;
+  const bool variants = left == kVariant || right == kVariant;
   if (isArithmetic(op)) {
     if (left.isNumber() && right.isNumber()) return arithmeticResult(op, left, right);
     if (op == Operator::add && left == kString && right == kString) return kString;
-    const auto fits = [op](const Type& type) {
-      return isVariant(type) || type.isNumber() || (op == Operator::add && type == kString);
+    const auto fits = [op](Type type) {
+      return type == kVariant || type.isNumber() || (op == Operator::add && type == kString);
     };
     return variants && fits(left) && fits(right) ? std::optional(kVariant) : std::nullopt;
   }
   if (left == kBoolean && right == kBoolean) return kBoolean;
   if (left.isInteger() && right.isInteger()) return commonNumber(left, right);
-  const auto fits = [](const Type& type) {
-    return isVariant(type) || type == kBoolean || type.isInteger();
+  const auto fits = [](Type type) {
+    return type == kVariant || type == kBoolean || type.isInteger();
   };
   return variants && fits(left) && fits(right) ? std::optional(kVariant) : std::nullopt;
 }
 
-std::optional<Type> resultOf(Operator op, const Type& operand) {
-  if (isVariant(operand)) return kVariant;
+std::optional<Type> resultOf(Operator op, Type operand) {
+  if (operand == kVariant) return kVariant;
   if (op == Operator::negate) return operand.isNumber() ? std::optional(operand) : std::nullopt;
   return operand == kBoolean || operand.isInteger() ? std::optional(operand) : std::nullopt;
 }

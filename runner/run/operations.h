@@ -9,8 +9,8 @@
 namespace runner {
 
 /// The type of what an operator gives; nullopt when it doesn't take such operands.
-std::optional<Type> resultOf(const Types& types, Operator op, const Type& left, const Type& right);
-std::optional<Type> resultOf(Operator op, const Type& operand);
+std::optional<Type> resultOf(Operator op, Type left, Type right);
+std::optional<Type> resultOf(Operator op, Type operand);
 
 /// Raises TypeMismatchException for operands out of Variants that it doesn't take.
 Value operate(Machine& machine, Operator op, const Value& left, const Value& right);

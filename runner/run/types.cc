@@ -1,37 +1,109 @@
 #include "runner/run/types.h"
 
-#include <algorithm>
-#include <cstdint>
+#include <array>
 #include <iterator>
+#include <utility>
 
-#include "host/declaration.h"
+#include "runner/run/values.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {
 
+constexpr std::int32_t kOfObjects = host::kArrayType + host::kObjectType;
+
+Value noValue() { return {}; }
+Value noObject() { return ObjectRef(); }
+Value noText() { return std::string(); }
+Value isFalse() { return booleanValue(false); }
+template <class Number>
+Value zero() {
+  return Number{};
+}
+template <class Number>
+Value convertTo(const Value& value) {
+  return numberOf<Number>(value);
+}
+
+// A row of the table below, which both its type and arrays of it are made of.
 struct SimpleType {
+  Simple simple;
+  Kind kind;
   std::string_view name;
-  Kind kind;
+  std::string_view arrayName;
+  std::int32_t elementCode;
+  int room;
+  NumberConversion convert;
+  Value (*initial)();
 };
 
-// The first of a kind is what messages call it.
+template <class Number>
+constexpr SimpleType number(Simple simple, Kind kind, std::string_view name,
+                            std::string_view arrayName, std::int32_t elementCode, int room) {
+  return {simple, kind, name, arrayName, elementCode, room, convertTo<Number>, zero<Number>};
+}
+
+// As Simple counts. Numbers have more room from row to row.
 constexpr SimpleType kSimpleTypes[] = {
-    {"Boolean", Kind::boolean}, {"Integer", Kind::int32}, {"Int32", Kind::int32},
-    {"Int64", Kind::int64},     {"UInt32", Kind::uint32}, {"UInt64", Kind::uint64},
-    {"Single", Kind::single},   {"Double", Kind::real},   {"String", Kind::text},
-    {"Variant", Kind::variant},
+    {Simple::nothing, Kind::nothing, "nothing", "", host::kObjectType, 0, nullptr, noValue},
+    {Simple::nil, Kind::nil, "Nil", "", host::kObjectType, 0, nullptr, noObject},
+    {Simple::boolean, Kind::boolean, "Boolean", "Boolean()", host::kBooleanType, 0, nullptr,
+     isFalse},
+    number<std::int32_t>(Simple::int32, Kind::int32, "Integer", "Integer()", host::kInt32Type, 1),
+    number<std::int64_t>(Simple::int64, Kind::int64, "Int64", "Int64()", host::kInt64Type, 3),
+    number<std::uint32_t>(Simple::uint32, Kind::uint32, "UInt32", "UInt32()", host::kObjectType, 2),
+    number<std::uint64_t>(Simple::uint64, Kind::uint64, "UInt64", "UInt64()", host::kObjectType, 4),
+    number<float>(Simple::single, Kind::single, "Single", "Single()", host::kSingleType, 5),
+    number<double>(Simple::real, Kind::real, "Double", "Double()", host::kDoubleType, 6),
+    {Simple::text, Kind::text, "String", "String()", host::kStringType, 0, nullptr, noText},
+    {Simple::variant, Kind::variant, "Variant", "Variant()", host::kObjectType, 0, nullptr,
+     noValue},
+    {Simple::object, Kind::object, "Object", "Object()", host::kObjectType, 0, nullptr, noObject},
+    {Simple::date, Kind::object, "Date", "Date()", host::kDateType, 0, nullptr, noObject},
+    {Simple::exception, Kind::object, "RuntimeException", "RuntimeException()", host::kObjectType,
+     0, nullptr, noObject},
+    {Simple::memoryBlock, Kind::object, "MemoryBlock", "MemoryBlock()", host::kObjectType, 0,
+     nullptr, noObject},
 };
 
-struct ElementCode {
-  Kind kind;
-  std::int32_t code;  // of a variant
+constexpr bool areInOrder() {
+  for (std::size_t i = 0; i < kSimpleCount; ++i)
+    if (static_cast<std::size_t>(kSimpleTypes[i].simple) != i) return false;
+  return std::size(kSimpleTypes) == kSimpleCount;
+}
+static_assert(areInOrder());
+
+extern const std::array<TypeRow, kSimpleCount> kArrayRows;
+
+constexpr TypeRow row(std::size_t i) {
+  const SimpleType& simple = kSimpleTypes[i];
+  return {simple.kind,   simple.name,
+          nullptr,       simple.arrayName.empty() ? nullptr : &kArrayRows[i],
+          nullptr,       host::kArrayType + simple.elementCode,
+          simple.room,   simple.convert,
+          simple.initial};
+}
+constexpr TypeRow arrayRow(std::size_t i) {
+  const SimpleType& simple = kSimpleTypes[i];
+  return {simple.kind, simple.arrayName, &kSimpleRows[i], nullptr, nullptr, kOfObjects,
+          0,           nullptr,          noObject};
+}
+
+template <std::size_t... i>
+constexpr std::array<TypeRow, kSimpleCount> rows(TypeRow (*make)(std::size_t),
+                                                 std::index_sequence<i...> /*all*/) {
+  return {make(i)...};
+}
+constexpr auto kAll = std::make_index_sequence<kSimpleCount>();
+
+constinit const std::array<TypeRow, kSimpleCount> kArrayRows = rows(arrayRow, kAll);
+
+// Names that mean a type which has another one.
+struct Alias {
+  std::string_view name;
+  Type type;
 };
-// What arrays of the host keep as it is, beside Dates.
-constexpr ElementCode kElementCodes[] = {
-    {Kind::int32, host::kInt32Type},   {Kind::int64, host::kInt64Type},
-    {Kind::single, host::kSingleType}, {Kind::real, host::kDoubleType},
-    {Kind::text, host::kStringType},   {Kind::boolean, host::kBooleanType},
-};
+constexpr Alias kAliases[] = {{"Int32", kInteger}};
 
 // Distances; what is nearer is preferred among overloads.
 constexpr int kSame = 0;
@@ -42,131 +114,117 @@ constexpr int kConverted = 30;
 constexpr int kToVariant = 40;
 constexpr int kFromVariant = 50;
 
-// Numbers from those that have the least room.
-constexpr Kind kNumbers[] = {Kind::int32,  Kind::uint32, Kind::int64,
-                             Kind::uint64, Kind::single, Kind::real};
-
-int room(Kind kind) {
-  const auto* const found = std::find(std::begin(kNumbers), std::end(kNumbers), kind);
-  return static_cast<int>(found - std::begin(kNumbers));
-}
-
-int numberDistance(Kind from, Kind to) {
-  const int steps = room(to) - room(from);
+int numberDistance(Type from, Type to) {
+  constexpr int kKindsOfNumbers = 6;
+  const int steps = to->room - from->room;
   // A Single is nearer to an integer than nothing, but a Double has all of them.
-  if (steps > 0 && to == Kind::single) return kWider + static_cast<int>(std::size(kNumbers));
+  if (steps > 0 && to == kSingle) return kWider + kKindsOfNumbers;
   return steps > 0 ? kWider + steps : kNarrower - steps;
 }
 
-}  // namespace
-
-bool Type::isNumber() const {
-  return !array && std::find(std::begin(kNumbers), std::end(kNumbers), kind) != std::end(kNumbers);
-}
-
-bool Type::isInteger() const { return isNumber() && kind != Kind::single && kind != Kind::real; }
-
-bool Type::isReference() const {
-  return array || kind == Kind::object || kind == Kind::variant || kind == Kind::nil;
-}
-
-std::string nameOf(const Type& type) {
-  const std::string suffix = type.array ? "()" : "";
-  if (type.kind == Kind::object) return type.className + suffix;
-  if (type.kind == Kind::nil) return "Nil";
-  const auto* const found =
-      std::find_if(std::begin(kSimpleTypes), std::end(kSimpleTypes),
-                   [&type](const SimpleType& simple) { return simple.kind == type.kind; });
-  return found == std::end(kSimpleTypes) ? "nothing" : std::string(found->name) + suffix;
-}
-
-std::int32_t arrayCode(const Type& array) {
-  if (array == kDate.arrayOf()) return host::kArrayType + host::kDateType;
-  for (const ElementCode& element : kElementCodes)
-    if (element.kind == array.kind) return host::kArrayType + element.code;
-  return host::kArrayType + host::kObjectType;
-}
-
-Type arrayType(std::int32_t code) {
-  if (code == host::kArrayType + host::kDateType) return kDate.arrayOf();
-  for (const ElementCode& element : kElementCodes)
-    if (host::kArrayType + element.code == code) return {element.kind, "", true};
-  return kVariant.arrayOf();
-}
-
-std::vector<std::string> simpleTypeNames() {
-  std::vector<std::string> names;
-  for (const SimpleType& simple : kSimpleTypes) names.emplace_back(simple.name);
-  names.emplace_back("Object");
-  return names;
-}
-
-std::optional<Type> Types::find(const host::Type& written) const {
-  for (const SimpleType& simple : kSimpleTypes) {
-    if (host::sameName(simple.name, written.name)) return Type{simple.kind, "", written.array};
-  }
-  if (host::sameName("Object", written.name)) return Type{Kind::object, "Object", written.array};
-  std::string name = className(written.name);
-  if (name.empty()) return std::nullopt;
-  return Type{Kind::object, std::move(name), written.array};
-}
-
-std::string Types::className(std::string_view written) const {
-  for (const std::string& name : host_.classNames())
-    if (host::sameName(name, written)) return name;
-  return "";
-}
-
-std::vector<std::string> Types::names() const {
-  std::vector<std::string> names = simpleTypeNames();
-  for (const std::string& name : host_.classNames()) names.push_back(name);
-  return names;
-}
-
-std::string Types::superName(const std::string& className) const {
-  const host::RegisteredClass* const found = host_.findClass(className);
-  return found == nullptr ? "" : found->superName;
-}
-
-bool Types::isA(const std::string& className, const std::string& other) const {
-  if (other == "Object") return true;
-  for (std::string name = className; !name.empty(); name = superName(name))
-    if (name == other) return true;
-  return false;
-}
-
-std::optional<int> Types::distance(const Type& from, const Type& to) const {
-  if (from == to) return from.kind == Kind::nothing ? std::nullopt : std::optional(kSame);
-  if (from.kind == Kind::nothing || to.kind == Kind::nothing) return std::nullopt;
-  if (from.isNumber() && to.isNumber()) return numberDistance(from.kind, to.kind);
-  if (to.kind == Kind::variant && !to.array) return kToVariant;
-  if (from.kind == Kind::nil) return to.isReference() ? std::optional(kNear) : std::nullopt;
-  if (from.kind == Kind::variant && !from.array) return kFromVariant;
-  return objectDistance(from, to);
-}
-
-std::optional<int> Types::objectDistance(const Type& from, const Type& to) const {
-  if (to == kAnyObject && (from.array || from.kind == Kind::object)) return kConverted;
-  if (from.array || to.array) return std::nullopt;
-  const Type block = objectOf("MemoryBlock");
-  if ((from == kString && to == block) || (from == block && to == kString)) return kConverted;
-  if (from.kind != Kind::object || to.kind != Kind::object) return std::nullopt;
+std::optional<int> objectDistance(Type from, Type to) {
+  if (to == kAnyObject && (from.isArray() || from.isObject())) return kConverted;
+  if (from.isArray() || to.isArray()) return std::nullopt;
+  if ((from == kString && to == kMemoryBlock) || (from == kMemoryBlock && to == kString))
+    return kConverted;
+  if (!from.isObject() || !to.isObject()) return std::nullopt;
   int steps = kNear;
-  for (std::string name = superName(from.className); !name.empty(); name = superName(name)) {
-    if (name == to.className) return steps;
+  for (const TypeRow* above = from->superClass; above != nullptr; above = above->superClass) {
+    if (Type(above) == to) return steps;
     ++steps;
   }
   return std::nullopt;
 }
 
-Type commonNumber(const Type& left, const Type& right) {
-  if (left == right && left.kind != Kind::uint32) return left;
-  const auto isReal = [](const Type& type) {
-    return type.kind == Kind::real || type.kind == Kind::single;
-  };
-  if (isReal(left) || isReal(right)) return kDouble;
-  if (left.kind == Kind::uint64 || right.kind == Kind::uint64) return kUInt64;
-  return kInt64;
+}  // namespace
+
+constinit const std::array<TypeRow, kSimpleCount> kSimpleRows = rows(row, kAll);
+
+bool Type::isReference() const {
+  return isArray() || row_->kind == Kind::object || row_->kind == Kind::variant ||
+         row_->kind == Kind::nil;
+}
+
+bool Type::isA(Type other) const {
+  if (other == kAnyObject) return true;
+  for (const TypeRow* row = row_; row != nullptr; row = row->superClass)
+    if (Type(row) == other) return true;
+  return false;
+}
+
+Type arrayType(std::int32_t code) {
+  for (const TypeRow& row : kSimpleRows)
+    if (row.arrayCode == code && code != kOfObjects) return Type(row.array);
+  return kVariant.arrayOf();
+}
+
+std::optional<int> distance(Type from, Type to) {
+  if (from == to) return from.isNothing() ? std::nullopt : std::optional(kSame);
+  if (from.isNothing() || to.isNothing()) return std::nullopt;
+  if (from.isNumber() && to.isNumber()) return numberDistance(from, to);
+  if (to == kVariant) return kToVariant;
+  if (from == kNil) return to.isReference() ? std::optional(kNear) : std::nullopt;
+  if (from == kVariant) return kFromVariant;
+  return objectDistance(from, to);
+}
+
+Type commonNumber(Type left, Type right) {
+  if (left == right && left != kUInt32) return left;
+  if (!left.isInteger() || !right.isInteger()) return kDouble;
+  return left == kUInt64 || right == kUInt64 ? kUInt64 : kInt64;
+}
+
+// --- by name
+
+Types::Types(host::Host& host) : host_(host) {
+  for (const TypeRow& row : kSimpleRows)
+    if (row.array != nullptr) add(std::string(row.name), Type(&row));
+  for (const Alias& alias : kAliases) add(std::string(alias.name), alias.type);
+  for (const std::string& name : host.classNames()) enter(*host.findClass(name));
+}
+
+void Types::add(const std::string& name, Type type) {
+  if (byKey_.insert_or_assign(folded(name), type).second) names_.push_back(name);
+}
+
+Type Types::enter(const host::RegisteredClass& known) {
+  const std::string key = folded(known.name);
+  if (const auto found = byKey_.find(key); found != byKey_.end())
+    return byClass_[&known] = found->second;
+  const TypeRow* super = nullptr;
+  if (const auto* const above = host_.findClass(known.superName); above != nullptr)
+    super = enter(*above).operator->();
+  auto rows = std::make_unique<ClassRows>();
+  rows->name = known.name;
+  rows->arrayName = known.name + "()";
+  rows->row = {Kind::object, rows->name, nullptr, &rows->array, super,
+               kOfObjects,   0,          nullptr, noObject};
+  rows->array = {Kind::object, rows->arrayName, &rows->row, nullptr, nullptr, kOfObjects, 0,
+                 nullptr,      noObject};
+  rows_.push_back(std::move(rows));
+  const Type type(&rows_.back()->row);
+  add(known.name, type);
+  return byClass_[&known] = type;
+}
+
+std::optional<Type> Types::find(const std::string& key) const {
+  const auto found = byKey_.find(key);
+  return found == byKey_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<Type> Types::find(const host::Type& written) const {
+  const std::optional<Type> found = find(folded(written.name));
+  return found && written.array ? found->arrayOf() : found;
+}
+
+Type Types::of(const host::RegisteredClass& known) const {
+  const auto found = byClass_.find(&known);
+  return found == byClass_.end() ? kAnyObject : found->second;
+}
+
+void Types::addClass(const std::string& name, const std::string& superName) {
+  if (host_.findClass(name) == nullptr) host_.addClass(name, superName);
+  enter(*host_.findClass(name));
 }
 
 }  // namespace runner

@@ -1,10 +1,13 @@
 // The types of the language, as a program's text is checked by.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/host.h"
@@ -26,74 +29,142 @@ enum class Kind {
   object,
 };
 
-struct Type {
-  Kind kind = Kind::nothing;
-  std::string className;  // of an object, as registered; "Object": any
-  bool array = false;     // of elements of the kind
+/// What makes a number another type of number; 0 of what is none.
+using NumberConversion = host::Value (*)(const host::Value& number);
 
+/// All that is known about a type. There is one row for each type, so that types are the same when
+/// their rows are.
+struct TypeRow {
+  Kind kind;                  // of the elements, for an array
+  std::string_view name;      // as messages call it: "Integer", "String()"
+  const TypeRow* element;     // of an array; else null
+  const TypeRow* array;       // arrays of it; null for an array
+  const TypeRow* superClass;  // of a class; null for none
+  std::int32_t arrayCode;     // the type code that arrays of it have in the host
+  int room;                   // of a number: how much has room in it; 0 for what is none
+  NumberConversion convert;   // from any number; null for what is none
+  host::Value (*initial)();   // what a variable of the type holds at first
+};
+
+class Type {
+ public:
+  constexpr Type();
+  constexpr explicit Type(const TypeRow* row) : row_(row) {}
+
+  const TypeRow* operator->() const { return row_; }
   friend bool operator==(const Type&, const Type&) = default;
-  [[nodiscard]] bool isNumber() const;
-  [[nodiscard]] bool isInteger() const;
+
+  [[nodiscard]] bool isNumber() const { return row_->room != 0; }
+  [[nodiscard]] bool isInteger() const { return isNumber() && row_->kind < Kind::single; }
+  [[nodiscard]] bool isArray() const { return row_->element != nullptr; }
+  [[nodiscard]] bool isObject() const { return row_->kind == Kind::object && !isArray(); }
+  /// Whether it gives no value at all.
+  [[nodiscard]] bool isNothing() const { return row_->kind == Kind::nothing; }
   /// Whether Nil is a value of the type.
   [[nodiscard]] bool isReference() const;
   /// The type of an array's elements.
-  [[nodiscard]] Type element() const { return {kind, className, false}; }
-  [[nodiscard]] Type arrayOf() const { return {kind, className, true}; }
-};
-
-inline const Type kNothing = {};
-inline const Type kNil = {Kind::nil, "", false};
-inline const Type kBoolean = {Kind::boolean, "", false};
-inline const Type kInteger = {Kind::int32, "", false};
-inline const Type kInt64 = {Kind::int64, "", false};
-inline const Type kUInt64 = {Kind::uint64, "", false};
-inline const Type kSingle = {Kind::single, "", false};
-inline const Type kDouble = {Kind::real, "", false};
-inline const Type kString = {Kind::text, "", false};
-inline const Type kVariant = {Kind::variant, "", false};
-inline const Type kDate = {Kind::object, "Date", false};
-inline const Type kAnyObject = {Kind::object, "Object", false};
-inline Type objectOf(std::string_view className) {
-  return {Kind::object, std::string(className), false};
-}
-
-/// The type code that arrays of a type have in the host, and their type by that code. Variants and
-/// objects other than Dates are kept alike: their arrays are those of Variants.
-std::int32_t arrayCode(const Type& array);
-Type arrayType(std::int32_t code);
-
-/// As programs write it: "Integer", "String()".
-std::string nameOf(const Type& type);
-/// The names of all types that aren't classes.
-std::vector<std::string> simpleTypeNames();
-
-/// The types of the running host: its classes come from its own and the plugins' records.
-class Types {
- public:
-  explicit Types(const host::Host& host) : host_(host) {}
-
-  /// nullopt when there is no such type.
-  [[nodiscard]] std::optional<Type> find(const host::Type& written) const;
-  /// The class of that name in any case, as registered; "" when there is none.
-  [[nodiscard]] std::string className(std::string_view written) const;
-  /// The names of classes and simple types, for suggestions.
-  [[nodiscard]] std::vector<std::string> names() const;
-  /// "" for none.
-  [[nodiscard]] std::string superName(const std::string& className) const;
-  /// Whether a class is another or below it. Any class is below "Object".
-  [[nodiscard]] bool isA(const std::string& className, const std::string& other) const;
-
-  /// How far a value of a type is from another one's: 0 for the same, nullopt when it can't stand
-  /// there. What loses something costs more.
-  [[nodiscard]] std::optional<int> distance(const Type& from, const Type& to) const;
+  [[nodiscard]] Type element() const { return Type(row_->element); }
+  [[nodiscard]] Type arrayOf() const { return Type(row_->array); }
+  /// Whether a class is another or below it; of what isn't a class, whether it is the same. Any
+  /// class is below "Object".
+  [[nodiscard]] bool isA(Type other) const;
+  /// Its name, for texts that are put together.
+  [[nodiscard]] std::string name() const { return std::string(row_->name); }
 
  private:
-  [[nodiscard]] std::optional<int> objectDistance(const Type& from, const Type& to) const;
-
-  const host::Host& host_;
+  const TypeRow* row_;
 };
 
+// The rows of the types that are always there; classes have theirs in Types.
+enum class Simple {
+  nothing,
+  nil,
+  boolean,
+  int32,
+  int64,
+  uint32,
+  uint64,
+  single,
+  real,
+  text,
+  variant,
+  object,
+  date,
+  exception,
+  memoryBlock,
+  count
+};
+inline constexpr auto kSimpleCount = static_cast<std::size_t>(Simple::count);
+extern const std::array<TypeRow, kSimpleCount> kSimpleRows;
+constexpr Type simpleType(Simple simple) {
+  return Type(&kSimpleRows[static_cast<std::size_t>(simple)]);
+}
+
+inline constexpr Type kNothing = simpleType(Simple::nothing);
+inline constexpr Type kNil = simpleType(Simple::nil);
+inline constexpr Type kBoolean = simpleType(Simple::boolean);
+inline constexpr Type kInteger = simpleType(Simple::int32);
+inline constexpr Type kInt64 = simpleType(Simple::int64);
+inline constexpr Type kUInt32 = simpleType(Simple::uint32);
+inline constexpr Type kUInt64 = simpleType(Simple::uint64);
+inline constexpr Type kSingle = simpleType(Simple::single);
+inline constexpr Type kDouble = simpleType(Simple::real);
+inline constexpr Type kString = simpleType(Simple::text);
+inline constexpr Type kVariant = simpleType(Simple::variant);
+inline constexpr Type kAnyObject = simpleType(Simple::object);
+inline constexpr Type kDate = simpleType(Simple::date);
+inline constexpr Type kException = simpleType(Simple::exception);
+inline constexpr Type kMemoryBlock = simpleType(Simple::memoryBlock);
+
+constexpr Type::Type() : row_(kNothing.row_) {}
+
+/// The type of an array by its type code in the host. Variants and objects other than Dates are
+/// kept alike: their arrays are those of Variants.
+Type arrayType(std::int32_t code);
+
+/// How far a value of a type is from another one's: 0 for the same, nullopt when it can't stand
+/// there. What loses something costs more.
+std::optional<int> distance(Type from, Type to);
+
 /// The number type in which numbers of two types are added, subtracted and multiplied.
-Type commonNumber(const Type& left, const Type& right);
+Type commonNumber(Type left, Type right);
+
+/// The types of the running host by their names: its classes come from its own and the plugins'
+/// records.
+class Types {
+ public:
+  /// Knows the classes that the host has by now.
+  explicit Types(host::Host& host);
+
+  /// nullopt when there is no such type. @param key its name, folded.
+  [[nodiscard]] std::optional<Type> find(const std::string& key) const;
+  /// The same for a type in a declaration.
+  [[nodiscard]] std::optional<Type> find(const host::Type& written) const;
+  /// The class of objects that the host describes so.
+  [[nodiscard]] Type of(const host::RegisteredClass& known) const;
+  /// For suggestions.
+  [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
+
+  /// Adds a class to the host, unless it has one of that name.
+  void addClass(const std::string& name, const std::string& superName);
+
+ private:
+  /// The rows of a class and of its arrays, and the names in them.
+  struct ClassRows {
+    std::string name;
+    std::string arrayName;
+    TypeRow row;
+    TypeRow array;
+  };
+
+  Type enter(const host::RegisteredClass& known);
+  void add(const std::string& name, Type type);
+
+  host::Host& host_;
+  std::unordered_map<std::string, Type> byKey_;
+  std::unordered_map<const host::RegisteredClass*, Type> byClass_;
+  std::vector<std::unique_ptr<ClassRows>> rows_;
+  std::vector<std::string> names_;
+};
 
 }  // namespace runner

@@ -29,35 +29,18 @@ To cut(From number) {
   }
 }
 
-template <class Number>
-Value asNumber(const Value& value) {
-  return numberOf<Number>(value);
-}
-
-struct Conversion {
-  Kind kind;
-  NumberConversion convert;
-};
-constexpr Conversion kNumberConversions[] = {
-    {Kind::int32, asNumber<std::int32_t>},   {Kind::int64, asNumber<std::int64_t>},
-    {Kind::uint32, asNumber<std::uint32_t>}, {Kind::uint64, asNumber<std::uint64_t>},
-    {Kind::single, asNumber<float>},         {Kind::real, asNumber<double>},
-};
-
-Value toNumber(const Value& value, Kind kind) { return numberConversion(kind)(value); }
-
-[[noreturn]] void failToConvert(Machine& machine, const Value& value, const Type& to) {
+[[noreturn]] void failToConvert(Machine& machine, const Value& value, Type to) {
   machine.raise("TypeMismatchException", "A value of type " + typeName(machine, value) +
-                                             " can't be used as " + nameOf(to) + ".");
+                                             " can't be used as " + to.name() + ".");
 }
 
 // What a Variant gives as a type that it doesn't hold.
-Value toSimple(Machine& machine, const Value& value, const Type& from, const Type& to) {
-  if (from.kind == Kind::nil) return initialValue(to);
+Value toSimple(Machine& machine, const Value& value, Type from, Type to) {
+  if (from == kNil) return to->initial();
   if (to.isNumber()) {
-    if (from.isNumber()) return toNumber(value, to.kind);
-    if (from == kString) return toNumber(textNumber(textOf(value)), to.kind);
-    if (from == kBoolean) return toNumber(std::int32_t{isTrue(value)}, to.kind);
+    if (from.isNumber()) return to->convert(value);
+    if (from == kString) return to->convert(textNumber(textOf(value)));
+    if (from == kBoolean) return to->convert(std::int32_t{isTrue(value)});
   }
   if (to == kString) {
     if (from.isNumber()) return numberText(value);
@@ -70,16 +53,7 @@ Value toSimple(Machine& machine, const Value& value, const Type& from, const Typ
   failToConvert(machine, value, to);
 }
 
-bool isBlock(const Type& type) { return type == objectOf("MemoryBlock"); }
-
 }  // namespace
-
-Value initialValue(const Type& type) {
-  if (type.array || type.kind == Kind::object) return ObjectRef();
-  if (type.kind == Kind::text) return std::string();
-  if (type.kind == Kind::boolean) return booleanValue(false);
-  return type.isNumber() ? toNumber(std::int32_t{}, type.kind) : Value();
-}
 
 bool isNil(const Value& value) {
   const auto* const object = std::get_if<ObjectRef>(&value);
@@ -128,21 +102,18 @@ template std::uint8_t numberOf(const Value&);
 template std::uint16_t numberOf(const Value&);
 
 Type typeOf(Machine& machine, const Value& value) {
-  static const Type kByPosition[] = {kNil,    kInteger, kSingle, kDouble, kBoolean,
-                                     kString, kNil,     kString, kInt64,  {Kind::uint32, "", false},
-                                     kUInt64};
+  constexpr Type kByPosition[] = {kNil, kInteger, kSingle, kDouble, kBoolean, kString,
+                                  kNil, kString,  kInt64,  kUInt32, kUInt64};
   static_assert(std::size(kByPosition) == std::variant_size_v<host::AnyValue>);
   const auto* const object = std::get_if<ObjectRef>(&value);
   if (object == nullptr || !*object) return kByPosition[value.index()];
   if (const host::RegisteredClass* const found = machine.host().classOf(*object))
-    return objectOf(found->name);
+    return machine.types().of(*found);
   const std::optional<host::Array> array = machine.host().findArray(*object);
   return array ? arrayType(array->type()) : kAnyObject;
 }
 
-std::string typeName(Machine& machine, const Value& value) {
-  return nameOf(typeOf(machine, value));
-}
+std::string typeName(Machine& machine, const Value& value) { return typeOf(machine, value).name(); }
 
 std::string numberText(const Value& number) {
   const auto shown = [](const auto& held) -> std::string {
@@ -191,36 +162,30 @@ double textNumber(const std::string& text) {
   return value;
 }
 
-NumberConversion numberConversion(Kind to) {
-  for (const Conversion& conversion : kNumberConversions)
-    if (conversion.kind == to) return conversion.convert;
-  return nullptr;
-}
-
-Value converted(Machine& machine, const Value& value, const Type& to) {
-  if (to.kind == Kind::variant && !to.array) return isNil(value) ? Value() : value;
+Value converted(Machine& machine, const Value& value, Type to) {
+  if (to == kVariant) return isNil(value) ? Value() : value;
   const Type from = typeOf(machine, value);
   if (from == to) return value;
-  if (!to.array && to.kind != Kind::object) {
-    if (to == kString && isBlock(from)) return machine.host().bytesOf(std::get<ObjectRef>(value));
+  if (!to.isReference()) {
+    if (to == kString && from == kMemoryBlock)
+      return machine.host().bytesOf(std::get<ObjectRef>(value));
     return toSimple(machine, value, from, to);
   }
-  if (from.kind == Kind::nil) return ObjectRef();
-  if (isBlock(to) && from == kString) return machine.host().memoryBlock(textOf(value));
-  const bool objects = to.array && to.kind == Kind::object && from == kVariant.arrayOf();
-  if (objects || Types(machine.host()).distance(from, to)) return value;
+  if (from == kNil) return ObjectRef();
+  if (to == kMemoryBlock && from == kString) return machine.host().memoryBlock(textOf(value));
+  const bool objects = to.isArray() && to->kind == Kind::object && from == kVariant.arrayOf();
+  if (objects || distance(from, to)) return value;
   failToConvert(machine, value, to);
 }
 
-Value cast(Machine& machine, const Value& value, const Type& to) {
+Value cast(Machine& machine, const Value& value, Type to) {
   const Type from = typeOf(machine, value);
-  if (from.kind == Kind::nil ||
-      (!from.array && from.kind == Kind::object && to.kind == Kind::object &&
-       !Types(machine.host()).isA(from.className, to.className) &&
-       !(isBlock(from) || isBlock(to)))) {
-    if (from.kind == Kind::nil) return ObjectRef();
+  if (from == kNil) return ObjectRef();
+  const bool objects =
+      from.isObject() && to->kind == Kind::object && from != kMemoryBlock && to != kMemoryBlock;
+  if (objects && !from.isA(to)) {
     machine.raise("IllegalCastException",
-                  "An object of class " + nameOf(from) + " is no " + nameOf(to) + ".");
+                  "An object of class " + from.name() + " is no " + to.name() + ".");
   }
   return converted(machine, value, to);
 }

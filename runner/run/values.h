@@ -14,9 +14,6 @@ namespace runner {
 template <class T>
 inline constexpr bool kIsNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, std::int8_t>;
 
-/// What a variable of the type holds at first.
-Value initialValue(const Type& type);
-
 bool isNil(const Value& value);
 bool isText(const Value& value);
 /// The bytes of a text; "" for what is none.
@@ -39,14 +36,10 @@ std::string numberText(const Value& number);
 /// The number that a text starts with, as Val gives it.
 double textNumber(const std::string& text);
 
-/// What makes a number another type of number; null for what isn't one.
-using NumberConversion = Value (*)(const Value& number);
-NumberConversion numberConversion(Kind to);
-
 /// The value as a type that it can have: whether it can was seen when the program was checked,
 /// unless it comes out of a Variant. Raises TypeMismatchException when it can't.
-Value converted(Machine& machine, const Value& value, const Type& to);
+Value converted(Machine& machine, const Value& value, Type to);
 /// An object as one of a class; raises IllegalCastException when it isn't.
-Value cast(Machine& machine, const Value& value, const Type& to);
+Value cast(Machine& machine, const Value& value, Type to);
 
 }  // namespace runner

@@ -7,12 +7,18 @@
 #include <variant>
 #include <vector>
 
-#include "host/declaration.h"
 #include "host/value.h"
 #include "runner/text/operators.h"
 #include "runner/text/source.h"
 
 namespace runner {
+
+/// A type as it was written, with its parentheses if it is an array.
+struct TypeName {
+  Word word;
+  bool array = false;
+  Place place;
+};
 
 // --- expressions
 
@@ -24,13 +30,12 @@ struct Literal {
   host::Value value;
 };
 struct Name {
-  std::string name;
+  Word word;
 };
 /// object.name
 struct Member {
   ExpressionPtr object;
-  std::string name;
-  Place namePlace;
+  Word name;
 };
 /// A call, an element of an array, or a cast: what stands before the parentheses tells.
 struct Call {
@@ -50,13 +55,11 @@ struct Binary {
 /// object IsA class
 struct TypeTest {
   ExpressionPtr object;
-  host::Type type;
-  Place typePlace;
+  TypeName type;
 };
 /// New class(arguments)
 struct Creation {
-  host::Type type;
-  Place typePlace;
+  TypeName type;
   std::vector<ExpressionPtr> arguments;
 };
 
@@ -73,16 +76,14 @@ using Block = std::vector<Statement>;
 
 /// A variable of a Dim or a constant.
 struct Variable {
-  std::string name;
-  Place place;
+  Word name;
   bool array = false;                // name()
   std::vector<ExpressionPtr> bound;  // name(bound); one at most
 };
 struct Declare {
   std::vector<Variable> variables;
-  std::optional<host::Type> type;  // nullopt: that of the initial value
-  Place typePlace;
-  ExpressionPtr initial;  // nullable; of every variable
+  std::optional<TypeName> type;  // nullopt: that of the initial value
+  ExpressionPtr initial;         // nullable; of every variable
   bool constant = false;
 };
 struct Assign {
@@ -104,16 +105,14 @@ struct If {
 };
 struct For {
   Variable counter;
-  std::optional<host::Type> type;  // of a counter of the loop's own
-  Place typePlace;
+  std::optional<TypeName> type;  // of a counter of the loop's own
   ExpressionPtr from, to, step;  // step is nullable
   bool down = false;
   Block body;
 };
 struct ForEach {
   Variable element;
-  std::optional<host::Type> type;
-  Place typePlace;
+  std::optional<TypeName> type;
   ExpressionPtr list;
   Block body;
 };
@@ -126,10 +125,10 @@ struct Loop {
   Block body;
 };
 struct CaseLabel {
-  ExpressionPtr from;              // a value, the start of a range, or what is compared with
-  ExpressionPtr to;                // the end of the range; nullable
-  std::optional<Operator> op;      // of "Is > value"
-  std::optional<host::Type> type;  // of "IsA class"; everything else is null then
+  ExpressionPtr from;            // a value, the start of a range, or what is compared with
+  ExpressionPtr to;              // the end of the range; nullable
+  std::optional<Operator> op;    // of "Is > value"
+  std::optional<TypeName> type;  // of "IsA class"; everything else is null then
   Place place;
 };
 struct Case {
@@ -153,8 +152,7 @@ struct Return {
 };
 struct Catch {
   std::optional<Variable> variable;
-  std::optional<host::Type> type;  // nullopt: every exception
-  Place typePlace;
+  std::optional<TypeName> type;  // nullopt: every exception
   Block body;
 };
 struct Try {
@@ -180,18 +178,17 @@ struct Statement {
 // --- programs
 
 struct FormalParameter {
-  host::Parameter declared;
-  Place place;
-  Place typePlace;
+  Word name;
+  TypeName type;
+  bool byRef = false;
+  bool assigns = false;   // takes the value of an assignment; only the last one can
   ExpressionPtr initial;  // of one that may be left out; nullable
 };
 /// A Sub or Function.
 struct Method {
-  std::string name;
-  Place place;  // of the name
+  Word name;
   std::vector<FormalParameter> parameters;
-  std::optional<host::Type> result;
-  Place resultPlace;
+  std::optional<TypeName> result;
   Block body;
   std::string text;  // its first line
 };

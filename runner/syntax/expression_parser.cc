@@ -29,7 +29,7 @@ const std::array<Level, 5>& levels() {
 
 std::optional<Operator> operatorAt(const Token& token, const Level& level) {
   const auto found = std::find_if(level.begin(), level.end(),
-                                  [&token](Operator op) { return token.is(signOf(op)); });
+                                  [&token](Operator op) { return token.is(keyOf(op)); });
   if (found == level.end()) return std::nullopt;
   return *found;
 }
@@ -57,7 +57,7 @@ bool beginsExpression(const Token& token) {
   if (token.kind == Kind::sign) return token.is("(") || token.is("-");
   constexpr std::string_view kStarts[] = {"not", "new", "nil", "true", "false"};
   return token.kind == Kind::word &&
-         (!isReserved(token.text) ||
+         (!isReserved(token.key) ||
           std::any_of(std::begin(kStarts), std::end(kStarts),
                       [&token](std::string_view start) { return token.is(start); }));
 }
@@ -120,10 +120,9 @@ ExpressionPtr ExpressionParser::power() {
 ExpressionPtr ExpressionParser::typeTest() {
   ExpressionPtr object = postfix();
   while (reader_.accept("isa")) {
-    Place typePlace;
-    host::Type type = reader_.type(&typePlace);
-    const Place place = span(object->place, typePlace);
-    object = make(place, TypeTest{std::move(object), std::move(type), typePlace});
+    TypeName type = reader_.type();
+    const Place place = span(object->place, type.place);
+    object = make(place, TypeTest{std::move(object), std::move(type)});
   }
   return object;
 }
@@ -135,9 +134,9 @@ ExpressionPtr ExpressionParser::postfix() {
       std::vector<ExpressionPtr> arguments = argumentsUntil(")");
       object = makeCall(std::move(object), std::move(arguments));
     } else if (reader_.accept(".")) {
-      const Token word = reader_.anyWord("the name of a method or property");
+      Word word = reader_.anyWord("the name of a method or property");
       const Place place = span(object->place, word.place);
-      object = make(place, Member{std::move(object), word.text, word.place});
+      object = make(place, Member{std::move(object), std::move(word)});
     } else {
       return object;
     }
@@ -192,18 +191,17 @@ ExpressionPtr ExpressionParser::primary() {
     inner->place = span(first.place, reader_.lastPlace());
     return inner;
   }
-  if (first.kind != Kind::word || isReserved(first.text)) reader_.fail("an expression");
+  if (first.kind != Kind::word || isReserved(first.key)) reader_.fail("an expression");
   reader_.advance();
-  return make(first.place, Name{first.text});
+  return make(first.place, Name{first.word()});
 }
 
 ExpressionPtr ExpressionParser::creation() {
   const Place begin = reader_.current().place;
   reader_.advance();
   Creation creation;
-  const Token word = reader_.name("the name of a class");
-  creation.type.name = word.text;
-  creation.typePlace = word.place;
+  creation.type.word = reader_.name("the name of a class");
+  creation.type.place = creation.type.word.place;
   if (reader_.accept("(")) creation.arguments = argumentsUntil(")");
   return make(span(begin, reader_.lastPlace()), std::move(creation));
 }

@@ -6,7 +6,6 @@
 #include <limits>
 #include <utility>
 
-#include "host/declaration.h"
 #include "runner/text/diagnostic.h"
 #include "runner/text/text.h"
 
@@ -101,7 +100,7 @@ class Lexer {
     const std::string_view found = text_.substr(begin, at_ - begin);
     if (found == "_") {
       continueLine(begin);
-    } else if (host::sameName(found, "rem")) {
+    } else if (folded(found) == "rem") {
       skipLine();
     } else {
       add(Kind::word, begin, std::string(found));
@@ -211,7 +210,8 @@ class Lexer {
   }
 
   void add(Kind kind, std::size_t begin, std::string text = "", Value value = {}) {
-    tokens_.push_back({kind, {begin, at_}, std::move(text), std::move(value)});
+    std::string key = kind == Kind::word || kind == Kind::sign ? folded(text) : std::string();
+    tokens_.push_back({kind, {begin, at_}, std::move(text), std::move(key), std::move(value)});
   }
 
   std::string_view text_;
@@ -220,10 +220,6 @@ class Lexer {
 };
 
 }  // namespace
-
-bool Token::is(std::string_view wanted) const {
-  return (kind == Kind::word || kind == Kind::sign) && host::sameName(text, wanted);
-}
 
 std::vector<Token> tokens(const Source& source) { return Lexer(source).run(); }
 

@@ -16,10 +16,12 @@ struct Token {
   Kind kind = Kind::end;
   Place place;
   std::string text;   // of a word or a sign as written; of a text what it says
+  std::string key;    // of a word or a sign: as names are compared, folded; else ""
   host::Value value;  // of a number
 
-  /// Whether it is this sign or, in any case, this word.
-  [[nodiscard]] bool is(std::string_view wanted) const;
+  /// Whether it is this sign or, in any case, this word. @param wanted folded.
+  [[nodiscard]] bool is(std::string_view wanted) const { return key == wanted; }
+  [[nodiscard]] Word word() const { return {text, key, place}; }
 };
 
 /// All tokens of a program; comments and continued line ends are gone, the last one is Kind::end.

@@ -19,7 +19,7 @@ void ProgramParser::forStatement(Statement& statement) {
 void ProgramParser::counted(Statement& statement, const Place& begin) {
   For loop;
   loop.counter = variable("the name of a variable");
-  loop.type = optionalType(&loop.typePlace);
+  loop.type = optionalType();
   reader_.expect("=", "\"=\"");
   loop.from = expressions_.expression();
   loop.down = reader_.accept("downto");
@@ -30,9 +30,9 @@ void ProgramParser::counted(Statement& statement, const Place& begin) {
   loop.body = block();
   close(begin, "For", "Next");
   if (!reader_.atEndOfLine()) {
-    const Token word = reader_.name("the end of the line");
-    if (!host::sameName(word.text, loop.counter.name))
-      refuse(word.place, "This loop's variable is \"" + loop.counter.name + "\".");
+    const Word word = reader_.name("the end of the line");
+    if (word.key != loop.counter.name.key)
+      refuse(word.place, "This loop's variable is \"" + loop.counter.name.text + "\".");
   }
   statement.what = std::move(loop);
 }
@@ -40,7 +40,7 @@ void ProgramParser::counted(Statement& statement, const Place& begin) {
 void ProgramParser::forEach(Statement& statement, const Place& begin) {
   ForEach loop;
   loop.element = variable("the name of a variable");
-  loop.type = optionalType(&loop.typePlace);
+  loop.type = optionalType();
   reader_.expect("in", "\"In\"");
   loop.list = expressions_.expression();
   endOfLine();

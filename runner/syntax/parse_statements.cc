@@ -37,7 +37,7 @@ void ProgramParser::declare(Statement& statement) {
     reader_.advance();
     declare.initial = expressions_.expression();
   } else {
-    declare.type = optionalType(&declare.typePlace);
+    declare.type = optionalType();
     initialValue(declare);
   }
   statement.what = std::move(declare);
@@ -52,24 +52,22 @@ void ProgramParser::constant(Statement& statement) {
   Declare declare;
   declare.constant = true;
   declare.variables.push_back(variable("the name of a constant"));
-  declare.type = optionalType(&declare.typePlace);
+  declare.type = optionalType();
   if (!reader_.current().is("=")) reader_.fail("\"=\" and the constant's value");
   initialValue(declare);
   statement.what = std::move(declare);
 }
 
 Variable ProgramParser::variable(const std::string& expected) {
-  const Token word = reader_.name(expected);
   Variable variable;
-  variable.name = word.text;
-  variable.place = word.place;
+  variable.name = reader_.name(expected);
   variable.array = reader_.emptyParentheses();
   return variable;
 }
 
-std::optional<host::Type> ProgramParser::optionalType(Place* place) {
+std::optional<TypeName> ProgramParser::optionalType() {
   if (!reader_.accept("as")) return std::nullopt;
-  return reader_.type(place);
+  return reader_.type();
 }
 
 void ProgramParser::ifStatement(Statement& statement) {
@@ -135,14 +133,13 @@ CaseLabel ProgramParser::caseLabel() {
   CaseLabel label;
   label.place = reader_.current().place;
   if (reader_.accept("isa")) {
-    Place place;
-    label.type = reader_.type(&place);
-    label.place = place;
+    label.type = reader_.type();
+    label.place = label.type->place;
     return label;
   }
   if (reader_.accept("is")) {
     for (const Operator op : kComparisons)
-      if (!label.op && reader_.accept(signOf(op))) label.op = op;
+      if (!label.op && reader_.accept(keyOf(op))) label.op = op;
     if (!label.op) reader_.fail("a comparison such as \">\"");
   }
   label.from = expressions_.expression();
@@ -170,7 +167,7 @@ Catch ProgramParser::catchClause() {
   Catch clause;
   if (!reader_.atEndOfLine()) {
     clause.variable = variable("the name of a variable");
-    clause.type = optionalType(&clause.typePlace);
+    clause.type = optionalType();
   }
   endOfLine();
   clause.body = block();

@@ -6,6 +6,7 @@
 
 #include "runner/syntax/program_parser.h"
 #include "runner/text/diagnostic.h"
+#include "runner/text/text.h"
 
 namespace runner {
 namespace {
@@ -99,15 +100,16 @@ std::string ProgramParser::opener(const Place& begin, std::string_view what) {
 }
 
 void ProgramParser::close(const Place& begin, std::string_view what, std::string_view closing) {
-  reader_.expect(closing, "\"" + std::string(closing) + "\"" + opener(begin, what));
+  reader_.expect(folded(closing), "\"" + std::string(closing) + "\"" + opener(begin, what));
 }
 
 void ProgramParser::closeEnd(const Place& begin, std::string_view what) {
   const std::string whole = "\"End " + std::string(what) + "\"";
-  if (reader_.current().is("end") && !reader_.ahead().is(what) &&
+  const std::string key = folded(what);
+  if (reader_.current().is("end") && !reader_.ahead().is(key) &&
       reader_.ahead().kind == Kind::word) {
     reader_.advance();
-  } else if (reader_.accept("end") && (reader_.accept(what) || reader_.atEndOfLine())) {
+  } else if (reader_.accept("end") && (reader_.accept(key) || reader_.atEndOfLine())) {
     return;
   }
   reader_.fail(whole + opener(begin, what));
@@ -121,9 +123,7 @@ std::unique_ptr<Method> ProgramParser::method() {
   const std::string_view what = function ? "Function" : "Sub";
   reader_.advance();
   auto method = std::make_unique<Method>();
-  const Token word = reader_.name("the name of a method");
-  method->name = word.text;
-  method->place = word.place;
+  method->name = reader_.name("the name of a method");
   if (reader_.accept("(") && !reader_.accept(")")) {
     do method->parameters.push_back(parameter());
     while (reader_.accept(","));
@@ -131,7 +131,7 @@ std::unique_ptr<Method> ProgramParser::method() {
   }
   if (function) {
     if (!reader_.current().is("as")) reader_.fail("\"As\" and the type of the result");
-    method->result = optionalType(&method->resultPlace);
+    method->result = optionalType();
   }
   method->text = source_.text(span(begin, reader_.lastPlace()));
   endOfLine();
@@ -143,15 +143,14 @@ std::unique_ptr<Method> ProgramParser::method() {
 
 FormalParameter ProgramParser::parameter() {
   FormalParameter parameter;
-  parameter.declared.assigns = reader_.accept("assigns");
-  parameter.declared.byRef = reader_.accept("byref");
-  if (!parameter.declared.byRef) reader_.accept("byval");
+  parameter.assigns = reader_.accept("assigns");
+  parameter.byRef = reader_.accept("byref");
+  if (!parameter.byRef) reader_.accept("byval");
   const Variable named = variable("the name of a parameter");
-  parameter.declared.name = named.name;
-  parameter.place = named.place;
+  parameter.name = named.name;
   reader_.expect("as", "\"As\" and the parameter's type");
-  parameter.declared.type = reader_.type(&parameter.typePlace);
-  parameter.declared.type.array = parameter.declared.type.array || named.array;
+  parameter.type = reader_.type();
+  parameter.type.array = parameter.type.array || named.array;
   if (reader_.accept("=")) parameter.initial = expressions_.expression();
   return parameter;
 }

@@ -59,7 +59,7 @@ class ProgramParser {
   void forEach(Statement& statement, const Place& begin);
   void singleLine(If& branches);
   Variable variable(const std::string& expected);
-  std::optional<host::Type> optionalType(Place* place);
+  std::optional<TypeName> optionalType();
   void initialValue(Declare& declare);
   CaseLabel caseLabel();
   Catch catchClause();

@@ -57,8 +57,8 @@ void TokenReader::expect(std::string_view wanted, const std::string& expected) {
   if (!accept(wanted)) fail(expected);
 }
 
-Token TokenReader::name(const std::string& expected) {
-  if (current().kind == Kind::word && isReserved(current().text)) {
+Word TokenReader::name(const std::string& expected) {
+  if (current().kind == Kind::word && isReserved(current().key)) {
     refuse(current().place, "\"" + current().text +
                                 "\" has a meaning of its own and can't be used as a name; "
                                 "expected " +
@@ -67,17 +67,18 @@ Token TokenReader::name(const std::string& expected) {
   return anyWord(expected);
 }
 
-Token TokenReader::anyWord(const std::string& expected) {
+Word TokenReader::anyWord(const std::string& expected) {
   if (current().kind != Kind::word) fail(expected);
-  Token found = current();
+  Word found = current().word();
   advance();
   return found;
 }
 
-host::Type TokenReader::type(Place* place) {
-  const Token word = name("the name of a type");
-  host::Type type{word.text, emptyParentheses()};
-  *place = span(word.place, lastPlace());
+TypeName TokenReader::type() {
+  TypeName type;
+  type.word = name("the name of a type");
+  type.array = emptyParentheses();
+  type.place = span(type.word.place, lastPlace());
   return type;
 }
 
@@ -104,9 +105,8 @@ void checkDepth(int depth, const Place& place) {
   if (depth > kDeepest) refuse(place, "This is nested too deeply.");
 }
 
-bool isReserved(std::string_view word) {
-  return std::any_of(std::begin(kReserved), std::end(kReserved),
-                     [word](std::string_view reserved) { return host::sameName(word, reserved); });
+bool isReserved(std::string_view key) {
+  return std::find(std::begin(kReserved), std::end(kReserved), key) != std::end(kReserved);
 }
 
 }  // namespace runner

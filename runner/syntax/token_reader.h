@@ -27,12 +27,12 @@ class TokenReader {
   /// @param expected how messages call it, such as "\")\"".
   void expect(std::string_view wanted, const std::string& expected);
   /// A word that can be a name. @param expected such as "the name of a variable".
-  Token name(const std::string& expected);
+  Word name(const std::string& expected);
   /// Any word: behind a point even those with a meaning of their own are names.
-  Token anyWord(const std::string& expected);
+  Word anyWord(const std::string& expected);
 
   /// A type, with its parentheses if it is an array.
-  host::Type type(Place* place);
+  TypeName type();
   /// "()".
   bool emptyParentheses();
 
@@ -60,7 +60,7 @@ class Nesting {
 /// Throws Problem when a tree is too deep.
 void checkDepth(int depth, const Place& place);
 
-/// The words that can't be names.
-bool isReserved(std::string_view word);
+/// Whether a word can't be a name. @param key of the word.
+bool isReserved(std::string_view key);
 
 }  // namespace runner

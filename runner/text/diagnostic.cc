@@ -31,11 +31,12 @@ std::string format(const Diagnostic& diagnostic) {
   const std::string margin(number.size(), ' ');
   // Tabs stay tabs, so that the mark stands below what it marks.
   std::string indent;
-  const std::size_t before =
-      byteOffset(diagnostic.lineText, static_cast<std::size_t>(diagnostic.column) - 1);
-  const std::string_view prefix = std::string_view(diagnostic.lineText).substr(0, before);
-  for (std::size_t i = 0; i < characters(prefix); ++i)
-    indent += middle(prefix, i, 1) == "\t" ? '\t' : ' ';
+  std::string_view rest = diagnostic.lineText;
+  for (int column = 1; column < diagnostic.column && !rest.empty(); ++column) {
+    const std::size_t size = byteOffset(rest, 1);
+    indent += rest.front() == '\t' ? '\t' : ' ';
+    rest.remove_prefix(size);
+  }
   std::string text = diagnostic.file + ":" + number + ":" + std::to_string(diagnostic.column) +
                      ": error: " + diagnostic.message + "\n";
   text += "  " + number + " | " + diagnostic.lineText + "\n";

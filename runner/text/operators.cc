@@ -9,19 +9,20 @@ namespace {
 struct Sign {
   Operator op;
   std::string_view sign;
+  std::string_view key;
 };
 // As the operators are numbered.
 constexpr Sign kSigns[] = {
-    {Operator::add, "+"},          {Operator::subtract, "-"},
-    {Operator::multiply, "*"},     {Operator::divide, "/"},
-    {Operator::divideWhole, "\\"}, {Operator::modulo, "Mod"},
-    {Operator::power, "^"},        {Operator::negate, "-"},
-    {Operator::equal, "="},        {Operator::different, "<>"},
-    {Operator::less, "<"},         {Operator::greater, ">"},
-    {Operator::lessOrEqual, "<="}, {Operator::greaterOrEqual, ">="},
-    {Operator::is, "Is"},          {Operator::bothOf, "And"},
-    {Operator::eitherOf, "Or"},    {Operator::oneOf, "Xor"},
-    {Operator::opposite, "Not"},
+    {Operator::add, "+", "+"},           {Operator::subtract, "-", "-"},
+    {Operator::multiply, "*", "*"},      {Operator::divide, "/", "/"},
+    {Operator::divideWhole, "\\", "\\"}, {Operator::modulo, "Mod", "mod"},
+    {Operator::power, "^", "^"},         {Operator::negate, "-", "-"},
+    {Operator::equal, "=", "="},         {Operator::different, "<>", "<>"},
+    {Operator::less, "<", "<"},          {Operator::greater, ">", ">"},
+    {Operator::lessOrEqual, "<=", "<="}, {Operator::greaterOrEqual, ">=", ">="},
+    {Operator::is, "Is", "is"},          {Operator::bothOf, "And", "and"},
+    {Operator::eitherOf, "Or", "or"},    {Operator::oneOf, "Xor", "xor"},
+    {Operator::opposite, "Not", "not"},
 };
 
 constexpr bool areInOrder() {
@@ -34,5 +35,7 @@ static_assert(areInOrder());
 }  // namespace
 
 std::string_view signOf(Operator op) { return kSigns[static_cast<std::size_t>(op)].sign; }
+
+std::string_view keyOf(Operator op) { return kSigns[static_cast<std::size_t>(op)].key; }
 
 }  // namespace runner

@@ -29,5 +29,7 @@ enum class Operator {
 
 /// The sign or word that programs write for it.
 std::string_view signOf(Operator op);
+/// The same as names are compared: folded.
+std::string_view keyOf(Operator op);
 
 }  // namespace runner

@@ -17,6 +17,13 @@ struct Place {
 /// From the start of one place to the end of another.
 inline Place span(const Place& from, const Place& to) { return {from.begin, to.end}; }
 
+/// A name: as it was written, and as names are compared, without regard to case.
+struct Word {
+  std::string text;
+  std::string key;  // folded
+  Place place;
+};
+
 class Source {
  public:
   /// @param name what messages call it: the file as it was given.

@@ -172,7 +172,7 @@ TEST_F(StatementsTest, AllMistakesAreSaidAtOnce) {
             "  declared: Print(text As String)\n"
             "  declared: Print\n"
             "  Did you mean \"Print\"?\n"
-            "test:3:1: error: There is no variable \"a\".\n"
+            "test:3:1: error: There is no variable or method \"a\".\n"
             "  3 | a = 5\n"
             "    | ^\n");
 }

@@ -1,0 +1,39 @@
+#include "runner/check/context.h"
+
+#include <algorithm>
+
+#include "runner/check/suggest.h"
+#include "runner/text/text.h"
+
+namespace runner {
+
+void Context::report(const Problem& problem) {
+  constexpr std::size_t kMostDiagnostics = 20;
+  if (diagnostics.size() < kMostDiagnostics) diagnostics.push_back(diagnose(source, problem));
+}
+
+Type Context::typeNamed(const TypeName& written, const Scope& scope) const {
+  const Type* const found = scope.type(written.word.key);
+  if (found != nullptr) return written.array ? found->arrayOf() : *found;
+  refuse(written.place, "There is no type \"" + written.word.text + "\".", {},
+         nearest(written.word.text, machine.types().names()));
+}
+
+void Context::failToFind(const Word& name, const Scope& scope, const char* what) const {
+  std::vector<std::string> names = scope.names();
+  std::sort(names.begin(), names.end());
+  const std::string suggestion = nearest(name.text, names);
+  refuse(name.place, std::string("There is no ") + what + " \"" + name.text + "\".",
+         textsOf(scope.functions(folded(suggestion))), suggestion);
+}
+
+std::vector<std::string> textsOf(const Candidates& candidates) {
+  std::vector<std::string> texts;
+  for (const Callable* const candidate : candidates) {
+    if (std::find(texts.begin(), texts.end(), candidate->text) == texts.end())
+      texts.push_back(candidate->text);
+  }
+  return texts;
+}
+
+}  // namespace runner

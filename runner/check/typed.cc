@@ -1,0 +1,47 @@
+#include "runner/check/typed.h"
+
+#include <utility>
+
+namespace runner {
+
+using Where = KnownVariable::Where;
+
+ReferenceCode referenceTo(const KnownVariable& variable) {
+  const auto code = [](auto function) -> ReferenceCode {
+    return std::make_unique<CodeOf<Value*, decltype(function)>>(std::move(function));
+  };
+  const std::size_t slot = variable.slot;
+  switch (variable.where) {
+    case Where::global:
+      return code([place = variable.global](Frame&) { return place; });
+    case Where::slot:
+      return code([slot](Frame& frame) { return &frame.slots[slot]; });
+    case Where::reference:
+      return code([slot](Frame& frame) { return frame.references[slot]; });
+    case Where::constant:
+      break;
+  }
+  return nullptr;
+}
+
+Typed constantAt(Type type, Value value, const Place& place) {
+  return {type, valueCode([value](Frame&) { return value; }), place, value};
+}
+
+Typed variableAt(const KnownVariable& variable, const Place& place) {
+  if (variable.where == Where::constant) return constantAt(variable.type, variable.value, place);
+  return {variable.type, valueCode([reference = referenceTo(variable)](Frame& frame) {
+            return *reference->run(frame);
+          }),
+          place, std::nullopt, variable};
+}
+
+Action store(const KnownVariable& variable, ValueCode value) {
+  return action([place = referenceTo(variable), value = std::move(value)](Frame& frame) {
+    Value fresh = value->run(frame);
+    std::swap(*place->run(frame), fresh);
+    return Flow::next;
+  });
+}
+
+}  // namespace runner

@@ -80,8 +80,11 @@ Typed Checker::convert(Typed value, Type to) {
     refuse(value.place, "Expected " + to.name() + ", but " + found + ".",
            value.method == nullptr ? std::vector<std::string>() : std::vector{value.method->text});
   }
-  if (value.constant && to->kind != Kind::object)
-    return constantAt(to, runner::converted(machine_, *value.constant, to), value.place);
+  if (value.constant && to->kind != Kind::object) {
+    const auto compute = [&] { return runner::converted(machine_, *value.constant, to); };
+    if (const std::optional<Value> found = folded(compute))
+      return constantAt(to, *found, value.place);
+  }
   if (from == kNil) return constantAt(to, ObjectRef(), value.place);
   const bool upwards = from->kind == Kind::object && to->kind == Kind::object;
   if (upwards || to == kVariant || (from.isArray() && to == kAnyObject))
@@ -124,8 +127,11 @@ Typed Checker::check(const Unary& what, const Place& place) {
     refuse(place,
            "\"" + std::string(signOf(what.op)) + "\" doesn't take " + operand.type.name() + ".");
   }
-  if (operand.constant) {
-    Value value = operate(machine_, what.op, *operand.constant);
+  std::optional<Value> known;
+  if (operand.constant)
+    known = folded([&] { return operate(machine_, what.op, *operand.constant); });
+  if (known) {
+    const Value& value = *known;
     // The lowest Integer is written as the negative of a number that is none.
     const bool fits =
         *type == kInt64 && numberOf<std::int64_t>(value) == numberOf<std::int32_t>(value);

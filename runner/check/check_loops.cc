@@ -68,6 +68,8 @@ Action Checker::loopBody(const Block& body, LoopKind kind) {
 KnownVariable Checker::loopVariable(const Variable& variable, const std::optional<TypeName>& type) {
   if (type) return declare(variable.name, typeNamed(*type));
   const KnownVariable* const known = scope().variable(variable.name.key);
+  const Symbol* const symbol = scope().find(variable.name.key);
+  if (symbol != nullptr && symbol->as<Broken>() != nullptr) giveUp();
   if (known == nullptr) context_.failToFind(variable.name, scope(), "variable");
   if (known->where == KnownVariable::Where::constant) {
     refuse(variable.name.place,

@@ -52,9 +52,14 @@ Action Checker::innerBlock(const Block& statements) {
 
 // --- declarations
 
+void Checker::declareBroken(const Word& name) {
+  body_.scope->add(name.key, {name.text, context_.source.line(name.place), Broken()});
+}
+
 KnownVariable& Checker::declare(const Word& name, Type type) {
   const Symbol* const earlier = scope().findHere(name.key);
   if (earlier != nullptr && earlier->line != 0) {
+    if (earlier->as<Broken>() != nullptr) giveUp();
     refuse(name.place, "\"" + name.text + "\" is declared already, in line " +
                            std::to_string(earlier->line) + ".");
   }
@@ -75,7 +80,9 @@ KnownVariable& Checker::declare(const Word& name, Type type) {
 Action Checker::check(const Declare& what, const Place& /*place*/) {
   std::vector<Action> all;
   for (const Variable& variable : what.variables) {
-    if (Action one = declareOne(what, variable)) all.push_back(std::move(one));
+    context_.guarded([&] {
+      if (Action one = declareOne(what, variable)) all.push_back(std::move(one));
+    });
   }
   return action([all = std::move(all)](Frame& frame) {
     for (const Action& one : all) one->run(frame);
@@ -85,12 +92,10 @@ Action Checker::check(const Declare& what, const Place& /*place*/) {
 
 Action Checker::declareOne(const Declare& what, const Variable& variable) {
   std::optional<Type> type;
-  if (what.type) {
-    type = typeNamed(*what.type);
-    if (variable.array && !type->isArray()) type = type->arrayOf();
-  }
   std::optional<Typed> initial;
   try {
+    if (what.type) type = typeNamed(*what.type);
+    if (type && variable.array && !type->isArray()) type = type->arrayOf();
     if (what.initial != nullptr) initial = expression(*what.initial);
     if (initial && !type) {
       if (initial->type == kNil || initial->type.isNothing())
@@ -100,7 +105,11 @@ Action Checker::declareOne(const Declare& what, const Variable& variable) {
     if (initial) initial = convert(std::move(*initial), *type);
   } catch (const Problem&) {
     // The variable is there all the same: what follows isn't wrong because of it.
-    declare(variable.name, type.value_or(kVariant));
+    if (!type || what.constant) {
+      declareBroken(variable.name);
+    } else {
+      declare(variable.name, *type);
+    }
     throw;
   }
   if (what.constant && !initial->constant)
@@ -306,8 +315,10 @@ Action Checker::check(const Try& what, const Place& /*place*/) {
         if (!handled(frame, catches, thrown, passed, &flow)) throw;
       }
     } catch (const HostThrow&) {
-      if (finally->run(frame) == Flow::next) throw;
-      return Flow::leave;
+      // However that ends, the exception goes on.
+      finally->run(frame);
+      frame.loopsToLeave = 0;
+      throw;
     }
     const Flow last = finally->run(frame);
     return last == Flow::next ? flow : last;

@@ -78,6 +78,7 @@ Target Checker::ofName(const Word& name, const Arguments& arguments, const Place
     return valueTarget(std::move(*found));
   const Symbol* const symbol = scope().find(name.key);
   if (symbol == nullptr) context_.failToFind(name, scope(), "variable or method");
+  if (symbol->as<Broken>() != nullptr) giveUp();
   if (const Type* const type = symbol->as<Type>()) {
     if (arguments.size() == 1) return valueTarget(castTo(*type, arguments, place));
     refuse(name.place, "\"" + name.text + "\" is a type, which is no value.");

@@ -32,6 +32,8 @@ class Checker {
   Typed convert(Typed value, Type to);
   /// A variable in the innermost scope: of the whole program where that is the program's.
   KnownVariable& declare(const Word& name, Type type);
+  /// A name that is declared, but wrongly.
+  void declareBroken(const Word& name);
   [[nodiscard]] std::size_t slotCount() const { return body_.slotCount; }
 
  private:
@@ -115,6 +117,16 @@ class Checker {
   Typed check(const Binary& what, const Place& place);
   Typed check(const TypeTest& what, const Place& place);
   Typed check(const Creation& what, const Place& place);
+  /// What a computation of constants gives; nullopt when it raises an exception, as it then does
+  /// when the program runs.
+  template <class Compute>
+  static std::optional<Value> folded(const Compute& compute) {
+    try {
+      return compute();
+    } catch (const HostThrow&) {
+      return std::nullopt;
+    }
+  }
   Typed binary(Operator op, Typed left, Typed right, const Place& place);
   Typed castTo(Type type, const Arguments& arguments, const Place& place);
   /// What looks like a call and takes what no declaration can say.

@@ -9,17 +9,20 @@ namespace runner {
 
 void Context::report(const Problem& problem) {
   constexpr std::size_t kMostDiagnostics = 20;
+  if (problem.message.empty()) return;
   if (diagnostics.size() < kMostDiagnostics) diagnostics.push_back(diagnose(source, problem));
 }
 
-Type Context::typeNamed(const TypeName& written, const Scope& scope) const {
+Type Context::typeNamed(const TypeName& written, const Scope& scope) {
   const Type* const found = scope.type(written.word.key);
   if (found != nullptr) return written.array ? found->arrayOf() : *found;
+  if (!unknown.insert(written.word.key).second) giveUp();
   refuse(written.place, "There is no type \"" + written.word.text + "\".", {},
          nearest(written.word.text, machine.types().names()));
 }
 
-void Context::failToFind(const Word& name, const Scope& scope, const char* what) const {
+void Context::failToFind(const Word& name, const Scope& scope, const char* what) {
+  if (!unknown.insert(name.key).second) giveUp();
   std::vector<std::string> names = scope.names();
   std::sort(names.begin(), names.end());
   const std::string suggestion = nearest(name.text, names);

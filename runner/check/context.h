@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "runner/library/library.h"
@@ -22,14 +23,16 @@ struct Context {
   }
   void report(const Problem& problem);
 
-  [[nodiscard]] Type typeNamed(const TypeName& written, const Scope& scope) const;
+  [[nodiscard]] Type typeNamed(const TypeName& written, const Scope& scope);
+  /// A name that is unknown is said to be so once.
   /// @param what the kind of thing that was expected: "variable".
-  [[noreturn]] void failToFind(const Word& name, const Scope& scope, const char* what) const;
+  [[noreturn]] void failToFind(const Word& name, const Scope& scope, const char* what);
 
   Library& library;
   Machine& machine;
   const Source& source;
   std::vector<Diagnostic> diagnostics = {};
+  std::unordered_set<std::string> unknown = {};  // names that were said to be so
 };
 
 /// The declarations of candidates, each once.

@@ -15,7 +15,17 @@ class ProgramChecker {
       : context_{library, machine, source}, scope_(&library.session()) {}
 
   Executable run(const Program& program, bool keep) {
-    for (const auto& method : program.methods) context_.guarded([&] { signature(*method); });
+    for (const auto& method : program.methods) {
+      context_.guarded([&] {
+        try {
+          signature(*method);
+        } catch (const Problem&) {
+          if (scope_.findHere(method->name.key) == nullptr)
+            scope_.add(method->name.key, {method->name.text, 0, Broken()});
+          throw;
+        }
+      });
+    }
     Executable executable;
     Checker checker(context_, scope_, nullptr);
     executable.body = checker.block(program.body);
@@ -95,7 +105,7 @@ class ProgramChecker {
     if (method.result) callable->result = context_.typeNamed(*method.result, scope_);
     callable->method->initialResult = callable->result->initial();
     const Symbol* const before = scope_.findHere(method.name.key);
-    if (before != nullptr) {
+    if (before != nullptr && before->as<Candidates>() != nullptr) {
       for (const Callable* const other : *before->as<Candidates>()) {
         if (other->takesTheSame(*callable))
           refuse(method.name.place, "\"" + method.name.text + "\" is declared already.",

@@ -1,6 +1,7 @@
 // Members of the host's own classes: exceptions, Dictionary, FolderItem and Variant.
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "runner/library/natives.h"
@@ -48,6 +49,14 @@ constexpr NativeRow kExceptionMembers[] = {
 Value count(Machine& machine, const Value& self, const Value*) {
   return machine.host().property(objectIn(self), "Count");
 }
+[[noreturn]] void failToFindKey(Machine& machine, const Value& key) {
+  machine.raise("KeyNotFoundException",
+                "The Dictionary has no key " + machine.host().describe(key) + ".");
+}
+Value valueOfKey(Machine& machine, const Value& self, const Value* a) {
+  if (std::optional<Value> found = machine.host().lookUp(objectIn(self), a[0])) return *found;
+  failToFindKey(machine, a[0]);
+}
 Value hasKey(Machine& machine, const Value& self, const Value* a) {
   return booleanValue(machine.host().hasKey(objectIn(self), a[0]));
 }
@@ -55,8 +64,7 @@ Value lookup(Machine& machine, const Value& self, const Value* a) {
   return machine.host().lookUp(objectIn(self), a[0]).value_or(a[1]);
 }
 Value remove(Machine& machine, const Value& self, const Value* a) {
-  if (!machine.host().removeKey(objectIn(self), a[0]))
-    machine.raise("KeyNotFoundException", "The dictionary has no such key.");
+  if (!machine.host().removeKey(objectIn(self), a[0])) failToFindKey(machine, a[0]);
   return {};
 }
 Value removeAll(Machine& machine, const Value& self, const Value*) {
@@ -79,6 +87,7 @@ using Entry = host::Entries::value_type;
 constexpr NativeRow kDictionary[] = {
     {"Count As Integer", count},
     {"KeyCount As Integer", count},
+    {"Value(key As Variant) As Variant", valueOfKey},
     {"HasKey(key As Variant) As Boolean", hasKey},
     {"Lookup(key As Variant, default As Variant) As Variant", lookup},
     {"Remove(key As Variant)", remove},

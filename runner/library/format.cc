@@ -136,7 +136,7 @@ std::string withExponent(double number, const Layout& layout) {
 }  // namespace
 
 std::string formatted(double number, std::string_view pattern) {
-  if (!std::isfinite(number)) return std::isnan(number) ? "NaN" : number < 0 ? "-Inf" : "Inf";
+  if (!std::isfinite(number)) return std::isnan(number) ? "NaN" : number < 0 ? "-INF" : "INF";
   const std::vector<std::string_view> parts = sections(pattern);
   const bool negative = number < 0;
   const std::size_t wanted = number == 0 ? 2 : static_cast<std::size_t>(negative ? 1 : 0);

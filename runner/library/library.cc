@@ -140,7 +140,12 @@ void Library::readRecords(const host::RegisteredClass& record) {
     Group& group = callable->assigns()        ? members.setters
                    : isConstructor(*callable) ? members.constructors
                                               : members.methods;
-    group.add(std::move(callable));
+    // What the runner has a function of its own for says more when it fails.
+    const Candidates& own = group.named(folded(callable->name));
+    const bool known = std::any_of(own.begin(), own.end(), [&callable](const Callable* one) {
+      return one->native != nullptr && one->takesTheSame(*callable);
+    });
+    if (!known) group.add(std::move(callable));
   }
   for (const host::RegisteredMethod& method : record.sharedMethods) {
     if (method.function != nullptr)

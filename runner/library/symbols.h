@@ -22,10 +22,13 @@ struct KnownVariable {
   Value value;              // of a constant
 };
 
+/// What stands for a name whose declaration is wrong: nothing that uses it is looked at.
+struct Broken {};
+
 struct Symbol {
   std::string name;  // as it was declared
   int line = 0;      // where, in the program that is being checked; 0: not in that one
-  std::variant<KnownVariable, Candidates, Type> what;
+  std::variant<KnownVariable, Candidates, Type, Broken> what;
 
   /// What it stands for, if that is one; else null.
   template <class What>

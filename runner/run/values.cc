@@ -123,6 +123,8 @@ std::string numberText(const Value& number) {
       std::array<char, kEnough> digits{};
       std::to_chars_result end{};
       if constexpr (std::is_floating_point_v<Held>) {
+        if (std::isnan(held)) return "NaN";
+        if (std::isinf(held)) return held < 0 ? "-INF" : "INF";
         constexpr double kLargest = 1e15;
         constexpr double kSmallest = 1e-5;
         const double size = std::abs(static_cast<double>(held));

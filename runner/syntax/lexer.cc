@@ -34,6 +34,14 @@ constexpr Prefix kPrefixes[] = {{'h', 16, "hexadecimal"}, {'b', 2, "binary"}, {'
 constexpr std::string_view kSigns[] = {"<=", ">=", "<>", "+=", "-=", "*=", "/=", "(", ")", ",", ".",
                                        "+",  "-",  "*",  "/",  "\\", "^",  "=",  "<", ">", ":"};
 
+// What text processors make of straight quotes.
+constexpr std::string_view kCurlyQuotes[] = {"“", "”", "„", "‘", "’", "«", "»"};
+
+bool isCurlyQuote(std::string_view character) {
+  return std::find(std::begin(kCurlyQuotes), std::end(kCurlyQuotes), character) !=
+         std::end(kCurlyQuotes);
+}
+
 // The narrowest type that has the number, none below the language's own integer.
 Value wholeNumber(std::uint64_t number) {
   if (number <= static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()))
@@ -75,7 +83,7 @@ class Lexer {
       number();
     } else if (c == '&') {
       prefixedNumber();
-    } else if (beginsWord(c)) {
+    } else if (continuesWord(at_)) {
       word();
     } else {
       sign();
@@ -84,6 +92,12 @@ class Lexer {
 
   [[nodiscard]] char peek(std::size_t offset) const {
     return at_ + offset < text_.size() ? text_[at_ + offset] : '\0';
+  }
+
+  // Whether a letter stands there; among the signs beyond ASCII are quotes.
+  [[nodiscard]] bool continuesWord(std::size_t at) const {
+    if (!beginsWord(text_[at])) return false;
+    return (text_[at] & 0x80) == 0 || !isCurlyQuote(middle(text_.substr(at, 4), 0, 1));
   }
 
   void skipLine() { at_ = std::min(text_.find_first_of("\r\n", at_), text_.size()); }
@@ -96,7 +110,7 @@ class Lexer {
 
   void word() {
     const std::size_t begin = at_;
-    while (at_ < text_.size() && (beginsWord(text_[at_]) || isDigit(text_[at_]))) ++at_;
+    while (at_ < text_.size() && (continuesWord(at_) || isDigit(text_[at_]))) ++at_;
     const std::string_view found = text_.substr(begin, at_ - begin);
     if (found == "_") {
       continueLine(begin);
@@ -203,6 +217,10 @@ class Lexer {
     const std::size_t begin = at_;
     if (found == std::end(kSigns)) {
       const std::string_view bad = middle(rest, 0, 1);
+      if (isCurlyQuote(bad)) {
+        refuse({begin, begin + bad.size()}, "This is a curly quote (" + std::string(bad) +
+                                                "). Texts stand in straight ones (\").");
+      }
       refuse({begin, begin + bad.size()}, "The language has no sign \"" + std::string(bad) + "\".");
     }
     at_ += found->size();

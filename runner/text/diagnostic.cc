@@ -11,6 +11,8 @@ void refuse(const Place& place, std::string message, std::vector<std::string> de
   throw Problem{place, std::move(message), std::move(declarations), std::move(suggestion)};
 }
 
+void giveUp() { throw Problem{}; }
+
 Diagnostic diagnose(const Source& source, const Problem& problem) {
   Diagnostic diagnostic;
   diagnostic.file = source.name();

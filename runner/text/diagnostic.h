@@ -13,7 +13,7 @@ namespace runner {
 /// it.
 struct Problem {
   Place place;
-  std::string message;                    // a whole sentence, without the place
+  std::string message;                    // a whole sentence, without the place; "": said before
   std::vector<std::string> declarations;  // what the program was held against; may be empty
   std::string suggestion;                 // a name that may have been meant; "" for none
 };
@@ -21,6 +21,9 @@ struct Problem {
 /// Throws a problem.
 [[noreturn]] void refuse(const Place& place, std::string message,
                          std::vector<std::string> declarations = {}, std::string suggestion = "");
+
+/// Gives up what is being checked without another word: what is wrong with it was said before.
+[[noreturn]] void giveUp();
 
 struct Diagnostic {
   std::string file;

@@ -20,7 +20,7 @@ TEST_F(ClassesTest, Dictionaries) {
                 "d.Remove \"a\"\nPrint Str(d.Count)\nd.Clear\nPrint Str(d.Count)"),
             "2two\n2TrueFalse\nnonetwo\na\n2\n2\n1\n0\n");
   EXPECT_EQ(run("Dim d As New Dictionary\nPrint d.Value(\"gone\")"),
-            "Unhandled KeyNotFoundException\n  at test:2\n");
+            "Unhandled KeyNotFoundException: The Dictionary has no key \"gone\".\n  at test:2\n");
   EXPECT_EQ(run("Dim d As Dictionary\nd.Value(\"a\") = 1"),
             "Unhandled NilObjectException: \"Value\" was called on Nil.\n  at test:2\n");
 }

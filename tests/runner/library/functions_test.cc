@@ -68,6 +68,8 @@ TEST_F(FunctionsTest, NumbersAndTexts) {
       {"Str(1e20)", "\"1e+20\""},
       {"Str(1234567.5)", "\"1234567.5\""},
       {"Str(2147483648)", "\"2147483648\""},
+      {"Str(0 / 0)", "\"NaN\""},
+      {"Str(1 / 0) + Str(-1 / 0)", "\"INF-INF\""},
       {"Str(True)", "\"True\""},
       {"(5).ToString", "\"5\""},
       {"Val(\"12.5abc\")", "Double 12.5"},

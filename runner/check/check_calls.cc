@@ -57,6 +57,37 @@ TypedList Checker::checkAll(const Arguments& arguments) {
 
 namespace {
 
+ValueCode arrayCode(Type array, std::vector<ValueCode> codes) {
+  return valueCode([codes = std::move(codes), array](Frame& frame) {
+    std::vector<Value> values;
+    for (const ValueCode& code : codes) values.push_back(code->run(frame));
+    return newArray(frame.machine, array, values);
+  });
+}
+
+bool gathers(const Callable& callable) {
+  return !callable.parameters.empty() && callable.parameters.back().paramArray;
+}
+
+// Whether the arguments of a ParamArray are given one by one, and not as the array.
+bool oneByOne(const Callable& callable, const TypedList& arguments) {
+  return gathers(callable) && (arguments.size() != callable.parameters.size() ||
+                               arguments.back().type != callable.parameters.back().type);
+}
+
+bool fitsInNumber(const Callable& callable, const TypedList& arguments) {
+  const std::size_t given = arguments.size();
+  if (gathers(callable)) return given + 1 >= callable.parameters.size();
+  return given >= callable.required() && given <= callable.parameters.size();
+}
+
+// The type of an argument.
+Type wantedBy(const Callable& callable, const TypedList& arguments, std::size_t i) {
+  const std::size_t last = callable.parameters.size() - 1;
+  if (i >= last && oneByOne(callable, arguments)) return callable.parameters[last].type.element();
+  return callable.parameters[i].type;
+}
+
 // For the only one that can have been meant.
 [[noreturn]] void failToFit(const Word& name, const Callable& only, const TypedList& arguments) {
   const std::vector<std::string> declarations = {only.text};
@@ -64,7 +95,7 @@ namespace {
   const std::size_t assigned = only.assigns() ? 1 : 0;
   const std::size_t most = only.parameters.size() - assigned;
   const std::size_t given = arguments.size() - std::min(assigned, arguments.size());
-  if (given > most || arguments.size() < only.required()) {
+  if (!fitsInNumber(only, arguments)) {
     refuse(name.place,
            "\"" + name.text + "\" takes " + counted(most, "argument") + ", but " +
                (given == 0 ? "none" : std::to_string(given)) + (given == 1 ? " is" : " are") +
@@ -72,7 +103,7 @@ namespace {
            declarations);
   }
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const Type wanted = only.parameters[i].type;
+    const Type wanted = wantedBy(only, arguments, i);
     if (distance(arguments[i].type, wanted)) continue;
     const bool isValue = assigned == 1 && i + 1 == arguments.size();
     const std::string which =
@@ -93,8 +124,7 @@ namespace {
   // Those of another number of arguments were hardly meant.
   Candidates meant = candidates;
   std::erase_if(meant, [&arguments](const Callable* candidate) {
-    return arguments.size() < candidate->required() ||
-           arguments.size() > candidate->parameters.size();
+    return !fitsInNumber(*candidate, arguments);
   });
   if (candidates.size() > 1 && meant.size() != 1) {
     std::string types;
@@ -109,11 +139,10 @@ namespace {
 }  // namespace
 
 std::optional<int> Checker::fit(const Callable& callable, const TypedList& arguments) {
-  if (arguments.size() < callable.required() || arguments.size() > callable.parameters.size())
-    return std::nullopt;
+  if (!fitsInNumber(callable, arguments)) return std::nullopt;
   int sum = 0;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::optional<int> far = distance(arguments[i].type, callable.parameters[i].type);
+    const std::optional<int> far = distance(arguments[i].type, wantedBy(callable, arguments, i));
     if (!far) return std::nullopt;
     sum += *far;
   }
@@ -132,12 +161,25 @@ Checker::Match Checker::resolve(const Word& name, const Candidates& candidates,
   }
   if (best == nullptr) failToMatch(name, candidates, arguments);
   const std::vector<Parameter>& parameters = best->parameters;
+  arguments = gathered(*best, std::move(arguments));
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     if (!parameters[i].byRef) arguments[i] = convert(std::move(arguments[i]), parameters[i].type);
   }
   for (std::size_t i = arguments.size(); i < parameters.size(); ++i)
     arguments.push_back(constantAt(parameters[i].type, *parameters[i].initial, name.place));
   return {best, std::move(arguments)};
+}
+
+TypedList Checker::gathered(const Callable& callable, TypedList arguments) {
+  if (!oneByOne(callable, arguments)) return arguments;
+  const std::size_t last = callable.parameters.size() - 1;
+  const Type array = callable.parameters[last].type;
+  std::vector<ValueCode> codes;
+  for (std::size_t i = last; i < arguments.size(); ++i)
+    codes.push_back(convert(std::move(arguments[i]), array.element()).code);
+  arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(last), arguments.end());
+  arguments.push_back({array, arrayCode(array, std::move(codes)), {}});
+  return arguments;
 }
 
 // --- what looks like a call
@@ -167,16 +209,16 @@ Typed Checker::arrayOf(const Arguments& arguments, const Place& place) {
   std::vector<ValueCode> codes;
   for (Typed& element : elements) codes.push_back(convert(std::move(element), type).code);
   const Type array = type.arrayOf();
-  return {array, valueCode([codes = std::move(codes), array](Frame& frame) {
-            std::vector<Value> values;
-            for (const ValueCode& code : codes) values.push_back(code->run(frame));
-            return newArray(frame.machine, array, values);
-          }),
-          place};
+  return {array, arrayCode(array, std::move(codes)), place};
 }
 
 Typed Checker::castTo(Type type, const Arguments& arguments, const Place& place) {
   Typed value = expression(*arguments.front());
+  const bool isEnum = type->kind == Kind::enumeration && value.type.isInteger();
+  const bool ofEnum = value.type->kind == Kind::enumeration && type.isInteger();
+  if (isEnum || ofEnum)
+    return {type, convert({kInteger, std::move(value.code), place}, isEnum ? kInteger : type).code,
+            place};
   if (!distance(value.type, type) && !distance(type, value.type))
     refuse(place, value.type.name() + " can't be cast to " + type.name() + ".");
   return {type, valueCode([code = std::move(value.code), type](Frame& frame) {
@@ -187,9 +229,9 @@ Typed Checker::castTo(Type type, const Arguments& arguments, const Place& place)
 
 // --- the call itself
 
-Typed Checker::makeCall(Match match, ValueCode self, const Place& place) {
+Typed Checker::makeCall(Match match, ValueCode self, const Place& place, bool direct) {
   const Callable& callable = *match.callable;
-  return {callable.result, callCode(std::move(match), std::move(self)),
+  return {callable.result, callCode(std::move(match), std::move(self), direct),
           place,           std::nullopt,
           std::nullopt,    &callable};
 }
@@ -214,37 +256,77 @@ Passed passed(Typed argument, const Parameter& parameter, const Callable& callab
   return {nullptr, referenceTo(*argument.variable)};
 }
 
-ValueCode userCall(const Callable& callable, TypedList arguments) {
+// Runs a method of the program. @param self nullable: the object that becomes its first slot.
+Value runMethod(Frame& caller, const UserMethod& method, const std::vector<Passed>& all,
+                const Value* self) {
+  const std::size_t first = self == nullptr ? 0 : 1;
+  std::vector<Value> values(all.size());
+  std::vector<Value*> references(all.size());
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    if (all[i].value != nullptr) {
+      values[i] = all[i].value->run(caller);
+    } else {
+      references[i] = all[i].reference->run(caller);
+    }
+  }
+  Frame frame(caller.machine, method.name, method.slotCount);
+  if (self != nullptr) frame.slots.front() = *self;
+  const auto offset = static_cast<std::ptrdiff_t>(first);
+  std::move(values.begin(), values.end(), frame.slots.begin() + offset);
+  std::copy(references.begin(), references.end(), frame.references.begin() + offset);
+  frame.result = method.initialResult;
+  method.body->run(frame);
+  return std::move(frame.result);
+}
+
+ValueCode userCall(const Callable& callable, TypedList arguments, ValueCode self, bool direct) {
   std::vector<Passed> all;
   for (std::size_t i = 0; i < arguments.size(); ++i)
     all.push_back(passed(std::move(arguments[i]), callable.parameters[i], callable));
-  return valueCode([method = callable.method.get(), all = std::move(all)](Frame& caller) {
-    std::vector<Value> values(all.size());
-    std::vector<Value*> references(all.size());
-    for (std::size_t i = 0; i < all.size(); ++i) {
-      if (all[i].value != nullptr) {
-        values[i] = all[i].value->run(caller);
-      } else {
-        references[i] = all[i].reference->run(caller);
-      }
-    }
-    Frame frame(caller.machine, method->name, method->slotCount);
-    std::move(values.begin(), values.end(), frame.slots.begin());
-    std::copy(references.begin(), references.end(), frame.references.begin());
-    frame.result = method->initialResult;
-    method->body->run(frame);
-    return std::move(frame.result);
+  const UserMethod* const method = callable.method.get();
+  if (self == nullptr) {
+    return valueCode([method, all = std::move(all)](Frame& caller) {
+      return runMethod(caller, *method, all, nullptr);
+    });
+  }
+  const std::optional<std::size_t> slot = direct ? std::nullopt : callable.slot;
+  return valueCode([method, all = std::move(all), self = std::move(self), slot,
+                    name = callable.name](Frame& caller) {
+    const Value object = selfOf(caller, self, name, true);
+    const UserMethod& meant = slot ? *classOf(object).methods[*slot] : *method;
+    return runMethod(caller, meant, all, &object);
   });
 }
 
-}  // namespace
+// Reads or sets a property that is kept in an object, or shared.
+ValueCode fieldCall(std::size_t slot, const std::string& name, ValueCode self, ValueCode value) {
+  if (value == nullptr) {
+    return valueCode([slot, name, self = std::move(self)](Frame& frame) {
+      return fieldOf(selfOf(frame, self, name, true), slot);
+    });
+  }
+  return valueCode([slot, name, self = std::move(self), value = std::move(value)](Frame& frame) {
+    Value fresh = value->run(frame);
+    const Value object = selfOf(frame, self, name, true);
+    std::swap(fieldOf(object, slot), fresh);
+    return Value();
+  });
+}
 
-ValueCode Checker::callCode(Match match, ValueCode self) {
-  const Callable& callable = *match.callable;
-  if (callable.method != nullptr) return userCall(callable, std::move(match.arguments));
+ValueCode globalCall(Value* global, ValueCode value) {
+  if (value == nullptr) return valueCode([global](Frame&) { return *global; });
+  return valueCode([global, value = std::move(value)](Frame& frame) {
+    Value fresh = value->run(frame);
+    std::swap(*global, fresh);
+    return Value();
+  });
+}
+
+// A function of a plugin or of the runner.
+ValueCode outsideCall(const Callable& callable, TypedList given, ValueCode self) {
   std::vector<ValueCode> arguments;
   std::vector<std::unique_ptr<host::ReadyText>> ready;
-  for (Typed& argument : match.arguments) {
+  for (Typed& argument : given) {
     const bool known = argument.type == kString && argument.constant;
     const std::string text = known ? textOf(*argument.constant) : std::string();
     ready.push_back(text.empty() ? nullptr : std::make_unique<host::ReadyText>(text));
@@ -268,6 +350,21 @@ ValueCode Checker::callCode(Match match, ValueCode self) {
       return native(frame.machine, object, values);
     });
   });
+}
+
+}  // namespace
+
+ValueCode Checker::callCode(Match match, ValueCode self, bool direct) {
+  const Callable& callable = *match.callable;
+  if (callable.method != nullptr)
+    return userCall(callable, std::move(match.arguments), std::move(self), direct);
+  ValueCode value;
+  if (!match.arguments.empty()) value = std::move(match.arguments.front().code);
+  if (callable.field)
+    return fieldCall(*callable.field, callable.name, std::move(self), std::move(value));
+  if (callable.global != nullptr) return globalCall(callable.global, std::move(value));
+  if (value != nullptr) match.arguments.front().code = std::move(value);
+  return outsideCall(callable, std::move(match.arguments), std::move(self));
 }
 
 }  // namespace runner

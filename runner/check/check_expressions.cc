@@ -55,8 +55,16 @@ ValueCode shortCircuit(Operator op, ValueCode left, ValueCode right) {
 }  // namespace
 
 Typed Checker::expression(const Expression& expression) {
-  Typed typed =
-      std::visit([&](const auto& what) { return check(what, expression.place); }, expression.what);
+  const auto checked = [&](const auto& what) -> Typed {
+    using What = std::decay_t<decltype(what)>;
+    if constexpr (std::is_same_v<What, Name> || std::is_same_v<What, Member> ||
+                  std::is_same_v<What, Call>) {
+      return read(target(expression));
+    } else {
+      return check(what, expression.place);
+    }
+  };
+  Typed typed = std::visit(checked, expression.what);
   typed.place = expression.place;
   return typed;
 }
@@ -103,21 +111,6 @@ Typed Checker::convert(Typed value, Type to) {
 
 Typed Checker::check(const Literal& what, const Place& place) {
   return constantAt(typeOf(machine_, what.value), what.value, place);
-}
-
-Typed Checker::check(const Name& what, const Place& place) { return read(target(what, {}, place)); }
-
-Typed Checker::check(const Member& what, const Place& place) {
-  return read(target(what, {}, place));
-}
-
-Typed Checker::check(const Call& what, const Place& place) {
-  if (const auto* const member = std::get_if<Member>(&what.callee->what))
-    return read(target(*member, what.arguments, place));
-  const auto* const name = std::get_if<Name>(&what.callee->what);
-  if (name != nullptr && scope().variable(name->word.key) == nullptr)
-    return read(target(*name, what.arguments, place));
-  return read(elementOf(expression(*what.callee), what.arguments, place));
 }
 
 Typed Checker::check(const Unary& what, const Place& place) {
@@ -193,26 +186,58 @@ Typed Checker::check(const Creation& what, const Place& place) {
   const Type type = typeNamed(what.type);
   if (!type.isObject() || type == kAnyObject)
     refuse(what.type.place, "New makes objects, and " + type.name() + " is no class.");
-  const Candidates constructors = library_.constructors(type);
-  if (constructors.empty() && what.arguments.empty()) {
-    return {type, valueCode([name = type.name()](Frame& frame) -> Value {
-              return frame.machine.host().make(name);
-            }),
-            place};
-  }
-  Match match = resolve({type.name(), "", what.type.place}, constructors, checkAll(what.arguments));
+  return construct(type, {type.name(), "", what.type.place}, checkAll(what.arguments), place);
+}
+
+Typed Checker::construct(Type type, const Word& name, TypedList arguments, const Place& place) {
+  const auto make = [type](Frame& frame) -> Value {
+    if (type->own != nullptr) return newInstance(frame.machine, *type->own);
+    return frame.machine.host().make(type.name());
+  };
+  Candidates constructors = reachable(library_.constructors(type), name);
+  // Those that make the object themselves make none of a class below theirs.
+  if (type->own != nullptr)
+    std::erase_if(constructors, [](const Callable* one) { return !one->result.isNothing(); });
+  if (constructors.empty() && arguments.empty()) return {type, valueCode(make), place};
+  Match match = resolve(name, constructors, std::move(arguments));
   if (!match.callable->result.isNothing())
     return {type, callCode(std::move(match), nullptr), place};
   const KnownVariable made = hidden(type);
   ValueCode construct = callCode(std::move(match), variableAt(made, place).code);
-  return {type,
-          valueCode([construct = std::move(construct), name = type.name(),
-                     slot = made.slot](Frame& frame) {
-            frame.slots[slot] = frame.machine.host().make(name);
+  return {type, valueCode([construct = std::move(construct), make, slot = made.slot](Frame& frame) {
+            frame.slots[slot] = make(frame);
             construct->run(frame);
             return std::exchange(frame.slots[slot], Value());
           }),
           place};
+}
+
+Typed Checker::check(const Choice& what, const Place& place) {
+  ValueCode condition = this->condition(*what.condition).code;
+  Typed yes = expression(*what.yes);
+  Typed no = expression(*what.no);
+  Type type = yes.type;
+  if (yes.type.isNumber() && no.type.isNumber()) {
+    type = commonNumber(yes.type, no.type);
+  } else if (type == kNil || !distance(no.type, type)) {
+    type = no.type;
+  }
+  yes = convert(std::move(yes), type);
+  no = convert(std::move(no), type);
+  return {type,
+          valueCode([condition = std::move(condition), yes = std::move(yes.code),
+                     no = std::move(no.code)](Frame& frame) {
+            return isTrue(condition->run(frame)) ? yes->run(frame) : no->run(frame);
+          }),
+          place};
+}
+
+Typed Checker::check(const PairOf& what, const Place& place) {
+  TypedList both;
+  both.push_back(expression(*what.left));
+  both.push_back(expression(*what.right));
+  const Type pair = *machine_.types().find("pair");
+  return construct(pair, {"Pair", "pair", place}, std::move(both), place);
 }
 
 }  // namespace runner

@@ -17,6 +17,13 @@ Checker::Checker(Context& context, Scope& scope, const Callable* method)
       program_(method == nullptr ? &scope : nullptr),
       body_{method, &scope} {}
 
+Checker::Checker(Context& context, Scope& scope, const Callable* method, Type owner, bool ofObjects)
+    : Checker(context, scope, method) {
+  program_ = nullptr;
+  body_.owner = owner;
+  if (ofObjects) body_.self = hidden(owner);
+}
+
 namespace {
 
 struct Step {
@@ -115,6 +122,7 @@ Action Checker::declareOne(const Declare& what, const Variable& variable) {
   if (what.constant && !initial->constant)
     refuse(initial->place, "A constant's value is a number, a text or a boolean.");
   ValueCode value = initial ? std::move(initial->code) : freshValue(variable, *type);
+  if (what.lasting) return declareLasting(variable, *type, std::move(value));
   KnownVariable& known = declare(variable.name, *type);
   if (what.constant) {
     known.where = KnownVariable::Where::constant;
@@ -122,6 +130,34 @@ Action Checker::declareOne(const Declare& what, const Variable& variable) {
     return nullptr;
   }
   return store(known, std::move(value));
+}
+
+Action Checker::propertyValue(const Declare& declared, const Variable& variable) {
+  const bool isArray = variable.array || declared.type->array;
+  if (declared.initial == nullptr && !isArray) return nullptr;
+  Type type = typeNamed(*declared.type);
+  if (isArray && !type.isArray()) type = type.arrayOf();
+  Typed value = {type, nullptr, variable.name.place};
+  if (declared.initial != nullptr) {
+    value = converted(*declared.initial, type);
+  } else {
+    value.code = freshValue(variable, type);
+  }
+  return assign(ofMember(*body_.owner, variable.name, {}, variable.name.place), std::move(value));
+}
+
+// A Static variable: its value is set when the program comes by for the first time.
+Action Checker::declareLasting(const Variable& variable, Type type, ValueCode value) {
+  KnownVariable& known = declare(variable.name, type);
+  known.where = KnownVariable::Where::global;
+  known.global = &machine_.addGlobal();
+  *known.global = type->initial();
+  Value* const isSet = &machine_.addGlobal();
+  return action([isSet, set = store(known, std::move(value))](Frame& frame) {
+    if (isNil(*isSet)) set->run(frame);
+    *isSet = booleanValue(true);
+    return Flow::next;
+  });
 }
 
 ValueCode Checker::freshValue(const Variable& variable, Type type) {
@@ -150,7 +186,16 @@ Action Checker::check(const Perform& what, const Place& place) {
   Target called = target(*what.call);
   if (called.what != Target::What::method && !(called.value && called.value->method != nullptr))
     refuse(place, "This does nothing: a statement is an assignment, a call or a keyword's.");
-  return action([code = read(std::move(called)).code](Frame& frame) {
+  const Word name = called.name;
+  Typed given = read(std::move(called));
+  if (!what.discards && !given.type.isNothing()) {
+    refuse(place,
+           "The value that \"" + name.text +
+               "\" gives isn't used. \"Call\" in front says that it "
+               "isn't wanted.",
+           given.method == nullptr ? std::vector<std::string>() : std::vector{given.method->text});
+  }
+  return action([code = std::move(given.code)](Frame& frame) {
     code->run(frame);
     return Flow::next;
   });

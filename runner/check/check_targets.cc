@@ -62,48 +62,135 @@ Target Checker::target(const Expression& expression) {
 }
 
 Target Checker::target(const Name& name, const Arguments& arguments, const Place& place) {
-  if (const KnownVariable* const known = scope().variable(name.word.key)) {
-    Target target;
-    target.what = What::variable;
-    target.place = place;
-    target.name = name.word;
-    target.variable = *known;
-    return target;
-  }
-  return ofName(name.word, arguments, place);
+  const Word& word = name.word;
+  if (const KnownVariable* const known = scope().variable(word.key))
+    return ofVariable(*known, word, arguments, place);
+  if (std::optional<Typed> self = selfNamed({place, name})) return valueTarget(std::move(*self));
+  if (std::optional<Typed> found = special(word, arguments, place))
+    return valueTarget(std::move(*found));
+  const Symbol* const symbol = scope().find(word.key);
+  if (symbol == nullptr) context_.failToFind(word, scope(), "variable or method");
+  if (symbol->as<Candidates>() != nullptr)
+    return ofFunctions(scope().functions(word.key), word, arguments, place);
+  return ofSymbol(*symbol, word, arguments, place);
 }
 
-Target Checker::ofName(const Word& name, const Arguments& arguments, const Place& place) {
-  if (std::optional<Typed> found = special(name, arguments, place))
-    return valueTarget(std::move(*found));
-  const Symbol* const symbol = scope().find(name.key);
-  if (symbol == nullptr) context_.failToFind(name, scope(), "variable or method");
-  if (symbol->as<Broken>() != nullptr) giveUp();
-  if (const Type* const type = symbol->as<Type>()) {
-    if (arguments.size() == 1) return valueTarget(castTo(*type, arguments, place));
-    refuse(name.place, "\"" + name.text + "\" is a type, which is no value.");
-  }
+std::optional<Typed> Checker::selfNamed(const Expression& expression) const {
+  const auto* const name = std::get_if<Name>(&expression.what);
+  const bool named = name != nullptr && (name->word.key == "self" || name->word.key == "me");
+  if (!named || !body_.self) return std::nullopt;
+  Typed self = variableAt(*body_.self, expression.place);
+  self.variable.reset();  // nothing can be assigned to it
+  return self;
+}
+
+Target Checker::ofSymbol(const Symbol& symbol, const Word& name, const Arguments& arguments,
+                         const Place& place) {
+  if (symbol.as<Broken>() != nullptr) giveUp();
+  if (const auto* const functions = symbol.as<Candidates>())
+    return ofFunctions(*functions, name, arguments, place);
+  if (const auto* const known = symbol.as<KnownVariable>())
+    return ofVariable(*known, name, arguments, place);
+  if (const auto* const member = symbol.as<MemberOf>())
+    return ofMember(member->type, name, arguments, place);
+  const auto* const type = symbol.as<Type>();
+  if (type != nullptr && arguments.size() == 1) return valueTarget(castTo(*type, arguments, place));
+  refuse(name.place, "\"" + name.text + "\" is a " + (type != nullptr ? "type" : "module") +
+                         ", which is no value.");
+}
+
+Target Checker::ofVariable(const KnownVariable& variable, const Word& name,
+                           const Arguments& arguments, const Place& place) {
+  if (!arguments.empty()) return elementOf(variableAt(variable, name.place), arguments, place);
+  Target target;
+  target.what = What::variable;
+  target.place = place;
+  target.name = name;
+  target.variable = variable;
+  return target;
+}
+
+Target Checker::ofFunctions(Candidates functions, const Word& name, const Arguments& arguments,
+                            const Place& place) {
   Target method;
   method.what = What::method;
   method.place = place;
   method.name = name;
-  method.getters = scope().functions(name.key);
-  method.setters = settersAmong(method.getters);
+  method.setters = settersAmong(functions);
+  method.getters = std::move(functions);
   return methodOrElement(std::move(method), arguments);
 }
 
-std::optional<Type> Checker::classNamed(const Expression& expression) {
-  const auto* const name = std::get_if<Name>(&expression.what);
-  if (name == nullptr) return std::nullopt;
-  const Symbol* const symbol = scope().find(name->word.key);
-  const Type* const type = symbol == nullptr ? nullptr : symbol->as<Type>();
-  return type != nullptr && type->isObject() ? std::optional(*type) : std::nullopt;
+// Within a class a member's name stands alone.
+Target Checker::ofMember(Type type, const Word& name, const Arguments& arguments,
+                         const Place& place) {
+  if (!library_.shared(type, name.key).empty()) return ofClass(type, name, arguments, place);
+  if (!body_.self) {
+    refuse(name.place, "\"" + name.text + "\" belongs to objects of " + type.name() +
+                           ", and a shared method has none.");
+  }
+  return ofObject(variableAt(*body_.self, name.place), name, arguments, place);
+}
+
+const Symbol* Checker::spaceNamed(const Expression& expression) const {
+  const Symbol* symbol = nullptr;
+  if (const auto* const name = std::get_if<Name>(&expression.what)) {
+    symbol = scope().find(name->word.key);
+  } else if (const auto* const member = std::get_if<Member>(&expression.what)) {
+    const Symbol* const around = spaceNamed(*member->object);
+    symbol = around == nullptr ? nullptr : context_.memberOf(*around, member->name.key);
+  }
+  const bool isSpace =
+      symbol != nullptr && (symbol->as<Module>() != nullptr || symbol->as<Type>() != nullptr);
+  return isSpace ? symbol : nullptr;
+}
+
+Target Checker::ofSpace(const Symbol& space, const Word& name, const Arguments& arguments,
+                        const Place& place) {
+  const auto* const module = space.as<Module>();
+  if (const Symbol* const found = context_.memberOf(space, name.key)) {
+    const bool hidden = found->reach != Reach::everybody && module != nullptr &&
+                        !scope().isWithin(*module->members);
+    if (hidden) refuse(name.place, "\"" + name.text + "\" is private to " + space.name + ".");
+    return ofSymbol(*found, name, arguments, place);
+  }
+  if (module == nullptr) return ofClass(*space.as<Type>(), name, arguments, place);
+  refuse(name.place, space.name + " has no member \"" + name.text + "\".", {},
+         nearest(name.text, module->members->ownNames()));
 }
 
 Target Checker::target(const Member& member, const Arguments& arguments, const Place& place) {
-  if (const std::optional<Type> type = classNamed(*member.object))
-    return ofClass(*type, member.name, arguments, place);
-  return ofObject(expression(*member.object), member.name, arguments, place);
+  if (const Symbol* const space = spaceNamed(*member.object))
+    return ofSpace(*space, member.name, arguments, place);
+  const auto* const name = std::get_if<Name>(&member.object->what);
+  const bool isSuper = name != nullptr && name->word.key == "super" && body_.self &&
+                       scope().find(name->word.key) == nullptr;
+  if (!isSuper) return ofObject(expression(*member.object), member.name, arguments, place);
+  if (body_.owner.value()->superClass == nullptr)
+    refuse(name->word.place, body_.owner->name() + " has no super class.");
+  Typed object = variableAt(*body_.self, member.object->place);
+  object.type = Type(body_.owner.value()->superClass);
+  Target method = ofObject(std::move(object), member.name, arguments, place);
+  method.direct = true;
+  return method;
+}
+
+Candidates Checker::reachable(Candidates candidates, const Word& name) const {
+  const Candidates all = candidates;
+  std::erase_if(candidates, [this](const Callable* one) {
+    if (one->reach == Reach::everybody) return false;
+    if (!body_.owner) return true;
+    return one->reach == Reach::owner ? *body_.owner != *one->owner
+                                      : !body_.owner->isA(*one->owner);
+  });
+  if (candidates.empty() && !all.empty()) {
+    refuse(name.place,
+           "\"" + name.text + "\" is " +
+               (all.front()->reach == Reach::owner ? "private" : "protected") + " to " +
+               all.front()->owner->name() + ".",
+           textsOf(all));
+  }
+  return candidates;
 }
 
 Target Checker::ofClass(Type type, const Word& name, const Arguments& arguments,
@@ -112,8 +199,9 @@ Target Checker::ofClass(Type type, const Word& name, const Arguments& arguments,
   method.what = What::method;
   method.place = place;
   method.name = name;
-  method.getters = library_.shared(type, name.key);
+  method.getters = reachable(library_.shared(type, name.key), name);
   if (method.getters.empty()) failToFindMember(library_, name, type, true);
+  method.setters = settersAmong(method.getters);
   return methodOrElement(std::move(method), arguments);
 }
 
@@ -125,8 +213,8 @@ Target Checker::ofObject(Typed object, const Word& name, const Arguments& argume
   method.what = What::method;
   method.place = place;
   method.name = name;
-  method.getters = library_.methods(type, name.key);
-  method.setters = library_.setters(type, name.key);
+  method.getters = reachable(library_.methods(type, name.key), name);
+  method.setters = reachable(library_.setters(type, name.key), name);
   if (!method.getters.empty() || !method.setters.empty()) {
     method.self = std::move(object);
     return methodOrElement(std::move(method), arguments);
@@ -190,7 +278,7 @@ Typed Checker::read(Target target) {
     refuse(target.name.place, "\"" + target.name.text + "\" can only be assigned to.",
            textsOf(target.setters));
   Match match = resolve(target.name, target.getters, std::move(target.arguments));
-  return makeCall(std::move(match), self(), target.place);
+  return makeCall(std::move(match), self(), target.place, target.direct);
 }
 
 Action Checker::assign(Target target, Typed value) {
@@ -220,7 +308,7 @@ Action Checker::assign(Target target, Typed value) {
   target.arguments.push_back(std::move(value));
   Match match = resolve(target.name, target.setters, std::move(target.arguments));
   ValueCode self = target.self ? std::move(target.self->code) : nullptr;
-  return action([code = callCode(std::move(match), std::move(self))](Frame& frame) {
+  return action([code = callCode(std::move(match), std::move(self), target.direct)](Frame& frame) {
     code->run(frame);
     return Flow::next;
   });
@@ -253,6 +341,7 @@ Action Checker::check(const Assign& what, const Place& place) {
   before.variable = wanted.variable;
   before.getters = wanted.getters;
   before.setters = wanted.setters;
+  before.direct = wanted.direct;
   if (wanted.self) before.self = again(*wanted.self);
   for (const Typed& argument : wanted.arguments) before.arguments.push_back(again(argument));
   if (wanted.what == What::value) refuse(wanted.place, "Nothing can be assigned to this.");

@@ -16,8 +16,10 @@ namespace runner {
 
 /// The body that is being checked: a method's or the program's own.
 struct Body {
-  const Callable* method = nullptr;  // null: the program
-  Scope* scope = nullptr;            // the innermost one
+  const Callable* method = nullptr;        // null: the program
+  Scope* scope = nullptr;                  // the innermost one
+  std::optional<Type> owner = {};          // the class that it stands in
+  std::optional<KnownVariable> self = {};  // of a method of objects
   std::size_t slotCount = 0;
   std::vector<LoopKind> loops = {};  // around the statement
 };
@@ -26,10 +28,21 @@ class Checker {
  public:
   /// @param scope that of the program or of the method's parameters.
   Checker(Context& context, Scope& scope, const Callable* method);
+  /// For the body of a class. @param ofObjects whether it has a Self, which is the first slot.
+  Checker(Context& context, Scope& scope, const Callable* method, Type owner, bool ofObjects);
 
   Action block(const Block& statements);
   Typed expression(const Expression& expression);
   Typed convert(Typed value, Type to);
+  /// An expression that has a value of that type.
+  Typed converted(const Expression& expression, Type type);
+  /// What a new variable holds that has no value of its own.
+  ValueCode freshValue(const Variable& variable, Type type);
+  Type typeNamed(const TypeName& written) const { return context_.typeNamed(written, scope()); }
+  /// A declaration of variables or a constant.
+  Action declaration(const Declare& what) { return check(what, {}); }
+  /// What sets a property of a class at first; null where the value of its type is good.
+  Action propertyValue(const Declare& declared, const Variable& variable);
   /// A variable in the innermost scope: of the whole program where that is the program's.
   KnownVariable& declare(const Word& name, Type type);
   /// A name that is declared, but wrongly.
@@ -81,7 +94,7 @@ class Checker {
   Action check(const Continue& what, const Place& place);
   Action innerBlock(const Block& statements);
   Action declareOne(const Declare& what, const Variable& variable);
-  ValueCode freshValue(const Variable& variable, Type type);
+  Action declareLasting(const Variable& variable, Type type, ValueCode value);
   ValueCode caseCode(const CaseLabel& label, const KnownVariable& subject);
   KnownVariable loopVariable(const Variable& variable, const std::optional<TypeName>& type);
   Action loopBody(const Block& body, LoopKind kind);
@@ -93,14 +106,25 @@ class Checker {
   Target target(const Expression& expression);
   Target target(const Name& name, const Arguments& arguments, const Place& place);
   Target target(const Member& member, const Arguments& arguments, const Place& place);
-  Target ofName(const Word& name, const Arguments& arguments, const Place& place);
+  Target ofSymbol(const Symbol& symbol, const Word& name, const Arguments& arguments,
+                  const Place& place);
+  Target ofMember(Type type, const Word& name, const Arguments& arguments, const Place& place);
+  Target ofSpace(const Symbol& space, const Word& name, const Arguments& arguments,
+                 const Place& place);
+  Target ofFunctions(Candidates functions, const Word& name, const Arguments& arguments,
+                     const Place& place);
+  Target ofVariable(const KnownVariable& variable, const Word& name, const Arguments& arguments,
+                    const Place& place);
+  /// Without those that may not be used here; refuses when none is left.
+  Candidates reachable(Candidates candidates, const Word& name) const;
+  std::optional<Typed> selfNamed(const Expression& expression) const;
   Target ofClass(Type type, const Word& name, const Arguments& arguments, const Place& place);
   Target ofObject(Typed object, const Word& name, const Arguments& arguments, const Place& place);
   Target elementOf(Typed array, const Arguments& arguments, const Place& place);
   /// Elements of the array that a method without parameters gives are called like the method.
   Target methodOrElement(Target method, const Arguments& arguments);
-  /// The class that a name stands for; nullopt for any other expression.
-  std::optional<Type> classNamed(const Expression& expression);
+  /// The module or type that an expression names; null for any other expression.
+  const Symbol* spaceNamed(const Expression& expression) const;
   Typed read(Target target);
   Action assign(Target target, Typed value);
   /// Makes what a target stands on be computed once, by the actions, and read as often as need be.
@@ -108,15 +132,14 @@ class Checker {
 
   // --- expressions (check_expressions.cc)
   Typed condition(const Expression& expression);
-  Typed converted(const Expression& expression, Type type);
   Typed check(const Literal& what, const Place& place);
-  Typed check(const Name& what, const Place& place);
-  Typed check(const Member& what, const Place& place);
-  Typed check(const Call& what, const Place& place);
   Typed check(const Unary& what, const Place& place);
   Typed check(const Binary& what, const Place& place);
   Typed check(const TypeTest& what, const Place& place);
   Typed check(const Creation& what, const Place& place);
+  Typed check(const Choice& what, const Place& place);
+  Typed check(const PairOf& what, const Place& place);
+  Typed construct(Type type, const Word& name, TypedList arguments, const Place& place);
   /// What a computation of constants gives; nullopt when it raises an exception, as it then does
   /// when the program runs.
   template <class Compute>
@@ -137,10 +160,12 @@ class Checker {
   TypedList checkAll(const Arguments& arguments);
   static std::optional<int> fit(const Callable& callable, const TypedList& arguments);
   Match resolve(const Word& name, const Candidates& candidates, TypedList arguments);
-  Typed makeCall(Match match, ValueCode self, const Place& place);
-  ValueCode callCode(Match match, ValueCode self);
+  /// Takes the arguments of a ParamArray together.
+  TypedList gathered(const Callable& callable, TypedList arguments);
+  /// @param direct whether it is just that method, though the object's class may have another.
+  Typed makeCall(Match match, ValueCode self, const Place& place, bool direct = false);
+  static ValueCode callCode(Match match, ValueCode self, bool direct = false);
 
-  Type typeNamed(const TypeName& written) const { return context_.typeNamed(written, scope()); }
   [[nodiscard]] const Scope& scope() const { return *body_.scope; }
 
   Context& context_;

@@ -14,18 +14,31 @@ void Context::report(const Problem& problem) {
 }
 
 Type Context::typeNamed(const TypeName& written, const Scope& scope) {
-  const Type* const found = scope.type(written.word.key);
+  const Type* found = nullptr;
+  if (written.space) {
+    const Symbol* const space = scope.find(written.space->key);
+    const Symbol* const member = space == nullptr ? nullptr : memberOf(*space, written.word.key);
+    if (member != nullptr) found = member->as<Type>();
+  } else {
+    found = scope.type(written.word.key);
+  }
   if (found != nullptr) return written.array ? found->arrayOf() : *found;
   if (!unknown.insert(written.word.key).second) giveUp();
   refuse(written.place, "There is no type \"" + written.word.text + "\".", {},
          nearest(written.word.text, machine.types().names()));
 }
 
+const Symbol* Context::memberOf(const Symbol& space, const std::string& key) const {
+  if (const auto* const module = space.as<Module>()) return module->members->findHere(key);
+  const auto* const type = space.as<Type>();
+  const Scope* const members = type == nullptr ? nullptr : library.spaceOf(*type);
+  const Symbol* const found = members == nullptr ? nullptr : members->findHere(key);
+  return found == nullptr || found->as<MemberOf>() != nullptr ? nullptr : found;
+}
+
 void Context::failToFind(const Word& name, const Scope& scope, const char* what) {
   if (!unknown.insert(name.key).second) giveUp();
-  std::vector<std::string> names = scope.names();
-  std::sort(names.begin(), names.end());
-  const std::string suggestion = nearest(name.text, names);
+  const std::string suggestion = nearest(name.text, scope.names());
   refuse(name.place, std::string("There is no ") + what + " \"" + name.text + "\".",
          textsOf(scope.functions(folded(suggestion))), suggestion);
 }

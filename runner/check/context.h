@@ -24,6 +24,8 @@ struct Context {
   void report(const Problem& problem);
 
   [[nodiscard]] Type typeNamed(const TypeName& written, const Scope& scope);
+  /// What a name means behind a module or type and a point; null when it means nothing there.
+  [[nodiscard]] const Symbol* memberOf(const Symbol& space, const std::string& key) const;
   /// A name that is unknown is said to be so once.
   /// @param what the kind of thing that was expected: "variable".
   [[noreturn]] void failToFind(const Word& name, const Scope& scope, const char* what);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "runner/check/checker.h"
+#include "runner/check/declarations.h"
 
 namespace runner {
 namespace {
@@ -12,29 +13,28 @@ namespace {
 class ProgramChecker {
  public:
   ProgramChecker(Library& library, Machine& machine, const Source& source)
-      : context_{library, machine, source}, scope_(&library.session()) {}
+      : context_{library, machine, source}, types_(&library.session()), scope_(&types_) {}
 
   Executable run(const Program& program, bool keep) {
-    for (const auto& method : program.methods) {
-      context_.guarded([&] {
-        try {
-          signature(*method);
-        } catch (const Problem&) {
-          if (scope_.findHere(method->name.key) == nullptr)
-            scope_.add(method->name.key, {method->name.text, 0, Broken()});
-          throw;
-        }
-      });
-    }
+    Declarations declarations(context_, types_, scope_);
+    declarations.types(program);
+    declarations.signatures(program);
     Executable executable;
     Checker checker(context_, scope_, nullptr);
-    executable.body = checker.block(program.body);
-    executable.slotCount = checker.slotCount();
-    for (const Declared& declared : declared_) context_.guarded([&] { body(declared); });
+    Action body = checker.block(program.body);
+    declarations.bodies();
+    std::vector<Action> all = declarations.takePrelude();
+    all.push_back(std::move(body));
+    executable.body = action([all = std::move(all)](Frame& frame) {
+      for (const Action& one : all) one->run(frame);
+      return Flow::next;
+    });
+    executable.slotCount = std::max(checker.slotCount(), declarations.slotCount());
     executable.diagnostics = sorted();
     if (keep && executable.diagnostics.empty()) {
+      context_.library.sessionTypes().take(std::move(types_));
       context_.library.session().take(std::move(scope_));
-      context_.library.keep(std::move(methods_));
+      declarations.keep();
     }
     return executable;
   }
@@ -65,12 +65,6 @@ class ProgramChecker {
   }
 
  private:
-  /// A method of the program, and what is called for it.
-  struct Declared {
-    const Method* method;
-    Callable* callable;
-  };
-
   std::vector<Diagnostic> sorted() {
     const auto earlier = [](const Diagnostic& a, const Diagnostic& b) {
       return std::pair(a.line, a.column) < std::pair(b.line, b.column);
@@ -79,61 +73,9 @@ class ProgramChecker {
     return std::move(context_.diagnostics);
   }
 
-  Parameter parameter(const FormalParameter& written, const Callable& before) {
-    Parameter parameter{context_.typeNamed(written.type, scope_), written.byRef, written.assigns,
-                        std::nullopt};
-    if (written.initial != nullptr) {
-      Checker checker(context_, scope_, nullptr);
-      const Typed value = checker.convert(checker.expression(*written.initial), parameter.type);
-      if (!value.constant)
-        refuse(value.place, "The value of a parameter that may be left out is a constant.");
-      parameter.initial = value.constant;
-    } else if (before.required() < before.parameters.size()) {
-      refuse(written.name.place, "A parameter behind one that may be left out needs a value, too.");
-    }
-    return parameter;
-  }
-
-  void signature(const Method& method) {
-    auto callable = std::make_unique<Callable>();
-    callable->text = method.text;
-    callable->name = method.name.text;
-    callable->method = std::make_unique<UserMethod>();
-    callable->method->name = method.name.text;
-    for (const FormalParameter& written : method.parameters)
-      callable->parameters.push_back(parameter(written, *callable));
-    if (method.result) callable->result = context_.typeNamed(*method.result, scope_);
-    callable->method->initialResult = callable->result->initial();
-    const Symbol* const before = scope_.findHere(method.name.key);
-    if (before != nullptr && before->as<Candidates>() != nullptr) {
-      for (const Callable* const other : *before->as<Candidates>()) {
-        if (other->takesTheSame(*callable))
-          refuse(method.name.place, "\"" + method.name.text + "\" is declared already.",
-                 {other->text});
-      }
-    }
-    scope_.addFunction(method.name.key, *callable, context_.source.line(method.name.place));
-    declared_.push_back({&method, callable.get()});
-    methods_.push_back(std::move(callable));
-  }
-
-  void body(const Declared& declared) {
-    Callable& callable = *declared.callable;
-    Scope scope(&scope_);
-    Checker checker(context_, scope, &callable);
-    for (std::size_t i = 0; i < callable.parameters.size(); ++i) {
-      KnownVariable& known =
-          checker.declare(declared.method->parameters[i].name, callable.parameters[i].type);
-      if (callable.parameters[i].byRef) known.where = KnownVariable::Where::reference;
-    }
-    callable.method->body = checker.block(declared.method->body);
-    callable.method->slotCount = checker.slotCount();
-  }
-
   Context context_;
+  Scope types_;
   Scope scope_;
-  Callables methods_;
-  std::vector<Declared> declared_;
 };
 
 }  // namespace

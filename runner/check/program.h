@@ -1,4 +1,4 @@
-// Whole programs, checked in phases: the signatures of methods, then bodies.
+// Whole programs, checked in phases: types, signatures, bodies.
 #pragma once
 
 #include <optional>

@@ -37,6 +37,7 @@ struct Target {
   TypedList arguments = {};         // the index of an element; the arguments of a method
   Candidates getters = {};          // of a method, as are
   Candidates setters = {};
+  bool direct = false;  // a method of Super: just that one
 };
 
 /// How a place of a program is read: its variable's address. Null when it isn't a variable.

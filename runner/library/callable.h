@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/prepared_call.h"
+#include "runner/run/instances.h"
 #include "runner/run/machine.h"
 #include "runner/run/types.h"
 
@@ -17,20 +18,16 @@ namespace runner {
 /// nothing. @param arguments as many as are declared, of the declared types.
 using Native = Value (*)(Machine& machine, const Value& self, const Value* arguments);
 
-/// A Sub or Function of the program, as it runs.
-struct UserMethod {
-  std::string name;
-  std::size_t slotCount = 0;
-  Action body;
-  Value initialResult;
-};
-
 struct Parameter {
   Type type;
   bool byRef = false;
-  bool assigns = false;          // takes the value of an assignment; only the last one can
-  std::optional<Value> initial;  // of one that can be left out, as all behind it can
+  bool assigns = false;               // takes the value of an assignment; only the last one can
+  bool paramArray = false;            // takes all further arguments; only the last one can
+  std::optional<Value> initial = {};  // of one that can be left out, as all behind it can
 };
+
+/// Who may use a member of a class: everybody, its class and those below, or its class alone.
+enum class Reach { everybody, family, owner };
 
 struct Callable {
   std::string name;
@@ -39,12 +36,19 @@ struct Callable {
   Type result;
   bool extends = false;  // can be called on its first argument as well
   bool onNil = false;    // can be called on Nil
+  Reach reach = Reach::everybody;
+  std::optional<Type> owner;  // of a member of a program's class
 
   // One of these.
   Native native = nullptr;
   std::unique_ptr<host::PreparedCall> plugin;
   std::unique_ptr<UserMethod> method;
+  std::optional<std::size_t> field;  // a property of objects: reads or sets what is in that slot
+  Value* global = nullptr;           // a shared property: reads or sets it
 
+  /// Of a method of objects: its slot among the methods of the class, which the classes below it
+  /// may fill anew.
+  std::optional<std::size_t> slot;
   /// Whether an assignment calls it.
   [[nodiscard]] bool assigns() const { return !parameters.empty() && parameters.back().assigns; }
   /// How many arguments can't be left out.

@@ -82,9 +82,18 @@ Value clone(Machine& machine, const Value& self, const Value*) {
   return machine.host().dictionary(machine.host().entries(objectIn(self)));
 }
 
+Value ofPairs(Machine& machine, const Value&, const Value* a) {
+  host::Entries entries;
+  for (const Value& pair : machine.host().elements(std::get<ObjectRef>(a[0])))
+    entries.emplace_back(fieldOf(pair, 0), fieldOf(pair, 1));
+  return machine.host().dictionary(entries);
+}
+
 using Entry = host::Entries::value_type;
 
 constexpr NativeRow kDictionary[] = {
+    {"Constructor", [](Machine&, const Value&, const Value*) { return Value(); }},
+    {"Constructor(ParamArray entries As Pair) As Dictionary", ofPairs},
     {"Count As Integer", count},
     {"KeyCount As Integer", count},
     {"Value(key As Variant) As Variant", valueOfKey},
@@ -96,6 +105,24 @@ constexpr NativeRow kDictionary[] = {
     {"Keys As Variant()", list<&Entry::first>},
     {"Values As Variant()", list<&Entry::second>},
     {"Clone As Dictionary", clone},
+};
+
+// --- Pair
+
+template <std::size_t part>
+Value partOfPair(Machine&, const Value& self, const Value*) {
+  return fieldOf(self, part);
+}
+Value setPair(Machine&, const Value& self, const Value* a) {
+  fieldOf(self, 0) = a[0];
+  fieldOf(self, 1) = a[1];
+  return {};
+}
+
+constexpr NativeRow kPair[] = {
+    {"Constructor(left As Variant, right As Variant)", setPair},
+    {"Left As Variant", partOfPair<0>},
+    {"Right As Variant", partOfPair<1>},
 };
 
 // --- FolderItem
@@ -196,6 +223,7 @@ constexpr NativeRow kVariantMembers[] = {
 
 std::span<const NativeRow> exceptionMembers() { return kExceptionMembers; }
 std::span<const NativeRow> dictionaryMembers() { return kDictionary; }
+std::span<const NativeRow> pairMembers() { return kPair; }
 std::span<const NativeRow> folderItemMembers() { return kFolderItem; }
 std::span<const NativeRow> fileFunctions() { return kFileFunctions; }
 std::span<const NativeRow> variantMembers() { return kVariantMembers; }

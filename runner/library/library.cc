@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "runner/library/natives.h"
+#include "runner/run/values.h"
+#include "runner/text/targets.h"
 #include "runner/text/text.h"
 
 namespace runner {
@@ -24,6 +26,8 @@ constexpr FurtherClass kFurtherClasses[] = {
 };
 
 constexpr char kConstructor[] = "constructor";
+
+constexpr std::string_view kParamArray = "ParamArray ";
 
 bool isConstructor(const Callable& callable) { return folded(callable.name) == kConstructor; }
 
@@ -78,6 +82,8 @@ const Candidates& Group::named(const std::string& key) const {
 
 Library::Library(Machine& machine) : machine_(machine) {
   addClasses();
+  addConstants();
+  addOwnClass("Pair", {kVariant, kVariant}, pairMembers());
   addFunctions(textFunctions(), true);
   addFunctions(numberFunctions(), true);
   addFunctions(hostFunctions(), false);
@@ -98,6 +104,22 @@ Library::Library(Machine& machine) : machine_(machine) {
     readRecords(*machine.host().findClass(name));
 }
 
+Library::~Library() {
+  host::Host& host = machine_.host();
+  for (const auto& own : keptClasses_)
+    if (host.findClass(own->type->name) != nullptr) host.removeClass(own->type.name());
+}
+
+void Library::addConstants() {
+  for (const PlatformConstant& constant : platformConstants()) {
+    KnownVariable known;
+    known.type = kBoolean;
+    known.where = KnownVariable::Where::constant;
+    known.value = booleanValue(constant.value);
+    language_.add(folded(constant.name), {std::string(constant.name), 0, std::move(known)});
+  }
+}
+
 void Library::addClasses() {
   for (const FurtherClass& further : kFurtherClasses)
     machine_.types().addClass(further.name, further.superName);
@@ -115,8 +137,7 @@ std::unique_ptr<Callable> Library::described(const host::Declaration& declaratio
     return machine_.types().find(type).value_or(kAnyObject);
   };
   for (const host::Parameter& parameter : declaration.parameters) {
-    callable->parameters.push_back(
-        {typeOf(parameter.type), parameter.byRef, parameter.assigns, std::nullopt});
+    callable->parameters.push_back({typeOf(parameter.type), parameter.byRef, parameter.assigns});
   }
   if (declaration.result) callable->result = typeOf(*declaration.result);
   return callable;
@@ -154,7 +175,12 @@ void Library::readRecords(const host::RegisteredClass& record) {
 }
 
 void Library::addRow(Members& members, const NativeRow& row) {
-  const host::Declaration declaration = host::parseDeclaration(row.declaration);
+  // Those of plugins have none of these words.
+  std::string text = row.declaration;
+  const std::size_t paramArray = text.find(kParamArray);
+  const bool gathers = paramArray != std::string::npos;
+  if (gathers) text.erase(paramArray, kParamArray.size());
+  const host::Declaration declaration = host::parseDeclaration(text);
   if (row.setter != nullptr) {
     auto setter = described(setterOf(declaration), row.declaration);
     setter->native = row.setter;
@@ -162,6 +188,11 @@ void Library::addRow(Members& members, const NativeRow& row) {
   }
   auto callable = described(declaration, row.declaration);
   callable->native = row.function;
+  if (gathers) {
+    Parameter& last = callable->parameters.back();
+    last.type = last.type.arrayOf();
+    last.paramArray = true;
+  }
   (isConstructor(*callable) ? members.constructors : members.methods).add(std::move(callable));
 }
 
@@ -171,6 +202,18 @@ void Library::addMembers(const char* className, std::span<const NativeRow> rows)
   for (const NativeRow& row : rows) addRow(members, row);
   if (type != kVariant) return;
   for (const auto& member : members.methods.all()) member->onNil = true;
+}
+
+void Library::addOwnClass(const char* name, std::vector<Type> fields,
+                          std::span<const NativeRow> rows) {
+  auto added = std::make_unique<ProgramClass>();
+  added->type = machine_.types().addClass(name, "");
+  added->fields = std::move(fields);
+  establish(machine_, *added);
+  machine_.types().setSuper(added->type, std::nullopt, *added);
+  language_.add(folded(name), {name, 0, added->type});
+  for (const NativeRow& row : rows) addRow(membersOf(added->type), row);
+  keep(std::move(added));
 }
 
 void Library::addFunctions(std::span<const NativeRow> rows, bool extends) {
@@ -186,6 +229,31 @@ void Library::addFunctions(std::span<const NativeRow> rows, bool extends) {
 void Library::keep(Callables methods) {
   kept_.insert(kept_.end(), std::make_move_iterator(methods.begin()),
                std::make_move_iterator(methods.end()));
+}
+
+void Library::keep(std::unique_ptr<ProgramClass> added) {
+  keptClasses_.push_back(std::move(added));
+}
+
+const Scope* Library::spaceOf(Type type) const {
+  const auto found = spaces_.find(type.operator->());
+  return found == spaces_.end() ? nullptr : found->second.get();
+}
+
+Scope& Library::addSpace(Type type, const Scope* outer) {
+  auto& space = spaces_[type.operator->()];
+  space = type.isObject() ? std::make_unique<Scope>(outer, *this, type)
+                          : std::make_unique<Scope>(outer);
+  return *space;
+}
+
+bool Library::hasMember(Type type, const std::string& key) {
+  for (const TypeRow* row = type.operator->(); row != nullptr; row = row->superClass) {
+    const Members& members = membersOf(Type(row));
+    for (const Group* const group : {&members.methods, &members.setters, &members.shared})
+      if (!group->named(key).empty()) return true;
+  }
+  return false;
 }
 
 Members& Library::membersOf(Type type) {
@@ -232,7 +300,13 @@ Candidates Library::shared(Type type, const std::string& key) {
 }
 
 Candidates Library::constructors(Type type) {
-  return inherited(type, &Members::constructors, kConstructor);
+  // Those of a program's class hide those of the classes above it.
+  for (const TypeRow* row = type.operator->(); row != nullptr; row = row->superClass) {
+    const Candidates& own = membersOf(Type(row)).constructors.named(kConstructor);
+    if (row->own == nullptr) return inherited(Type(row), &Members::constructors, kConstructor);
+    if (!own.empty()) return own;
+  }
+  return {};
 }
 
 std::vector<std::string> Library::memberNames(Type type) {

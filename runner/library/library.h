@@ -36,13 +36,29 @@ class Library {
  public:
   /// Adds the host's further classes and reads everything that is registered by now.
   explicit Library(Machine& machine);
+  /// The host forgets the classes of programs.
+  ~Library();
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
 
   /// The functions and types of the language and of plugins.
   [[nodiscard]] const Scope& language() const { return language_; }
   /// What programs that ran have left: their variables and methods.
   [[nodiscard]] Scope& session() { return session_; }
+  /// Their types and modules, which a variable of the same name doesn't replace.
+  [[nodiscard]] Scope& sessionTypes() { return sessionTypes_; }
   /// Owns the methods of a program from now on.
   void keep(Callables methods);
+  void keep(std::unique_ptr<ProgramClass> added);
+
+  /// The methods of a class, without those of the classes above it.
+  [[nodiscard]] Members& membersOf(Type type);
+  /// Whether a class or one above it has a member of that name.
+  [[nodiscard]] bool hasMember(Type type, const std::string& key);
+  /// The constants and types that stand within a class, or the values of an enum; null for none.
+  [[nodiscard]] const Scope* spaceOf(Type type) const;
+  /// The same, made for it. @param outer what stands around it.
+  Scope& addSpace(Type type, const Scope* outer);
 
   /// Of a class and those above it, those of the class itself first; of arrays and Variants, too.
   /// @param key the folded name.
@@ -57,21 +73,26 @@ class Library {
 
  private:
   void addClasses();
+  void addConstants();
   void readRecords(const host::RegisteredClass& record);
   void addRow(Members& members, const NativeRow& row);
   void addMembers(const char* className, std::span<const NativeRow> rows);
+  /// Adds a class of the runner's own, whose objects have fields.
+  void addOwnClass(const char* name, std::vector<Type> fields, std::span<const NativeRow> rows);
   void addFunctions(std::span<const NativeRow> rows, bool extends);
   [[nodiscard]] std::unique_ptr<Callable> described(const host::Declaration& declaration,
                                                     std::string text) const;
-  [[nodiscard]] Members& membersOf(Type type);
   void addArrayMembers(Type array, Members& members) const;
   [[nodiscard]] Candidates inherited(Type type, Group Members::*group, const std::string& key);
 
   Machine& machine_;
   Scope language_{nullptr};
-  Scope session_{&language_};
+  Scope sessionTypes_{&language_};
+  Scope session_{&sessionTypes_};
   Group functions_;
   Callables kept_;
+  std::vector<std::unique_ptr<ProgramClass>> keptClasses_;
+  std::unordered_map<const TypeRow*, std::unique_ptr<Scope>> spaces_;
   std::unordered_map<const TypeRow*, Members> members_;
 };
 

@@ -18,6 +18,7 @@ std::span<const NativeRow> fileFunctions();
 // itself.
 std::span<const NativeRow> exceptionMembers();
 std::span<const NativeRow> dictionaryMembers();
+std::span<const NativeRow> pairMembers();
 std::span<const NativeRow> dateMembers();
 std::span<const NativeRow> memoryBlockMembers();
 std::span<const NativeRow> folderItemMembers();

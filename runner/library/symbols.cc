@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "runner/library/library.h"
+
 namespace runner {
 
 std::size_t Callable::required() const {
@@ -21,7 +23,10 @@ bool Callable::takesTheSame(const Callable& other) const {
 
 const Symbol* Scope::findHere(const std::string& key) const {
   const auto found = symbols_.find(key);
-  return found == symbols_.end() ? nullptr : &found->second;
+  if (found != symbols_.end()) return &found->second;
+  const bool isMember =
+      library_ != nullptr && library_->hasMember(members_.as<MemberOf>()->type, key);
+  return isMember ? &members_ : nullptr;
 }
 
 const Symbol* Scope::find(const std::string& key) const {
@@ -55,27 +60,47 @@ Candidates Scope::functions(const std::string& key) const {
   return all;
 }
 
+std::vector<std::string> Scope::ownNames() const {
+  std::vector<std::string> names;
+  for (const auto& [key, symbol] : symbols_) names.push_back(symbol.name);
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
 std::vector<std::string> Scope::names() const {
   std::vector<std::string> names;
   for (const Scope* scope = this; scope != nullptr; scope = scope->outer_)
-    for (const auto& [key, symbol] : scope->symbols_) names.push_back(symbol.name);
+    for (std::string& name : scope->ownNames()) names.push_back(std::move(name));
   return names;
+}
+
+bool Scope::isWithin(const Scope& other) const {
+  for (const Scope* scope = this; scope != nullptr; scope = scope->outer_)
+    if (scope == &other) return true;
+  return false;
+}
+
+Symbol* Scope::ofItsOwn(const std::string& key) {
+  const auto found = symbols_.find(key);
+  return found == symbols_.end() ? nullptr : &found->second;
 }
 
 Symbol& Scope::add(const std::string& key, Symbol symbol) {
   return symbols_.insert_or_assign(key, std::move(symbol)).first->second;
 }
 
-void Scope::addFunction(const std::string& key, const Callable& function, int line) {
+Symbol& Scope::addFunction(const std::string& key, const Callable& function, int line) {
   const auto [found, added] = symbols_.try_emplace(key, Symbol{function.name, line, Candidates()});
   if (found->second.as<Candidates>() == nullptr)
     found->second = {function.name, line, Candidates()};
   std::get<Candidates>(found->second.what).push_back(&function);
+  return found->second;
 }
 
 void Scope::take(Scope&& other) {
   for (auto& [key, symbol] : other.symbols_) {
     symbol.line = 0;
+    if (const auto* const module = symbol.as<Module>()) module->members->outer_ = this;
     const Symbol* const mine = findHere(key);
     auto* const group = std::get_if<Candidates>(&symbol.what);
     if (mine != nullptr && group != nullptr && mine->as<Candidates>() != nullptr) {

@@ -2,6 +2,7 @@
 // program stand within each other.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <variant>
@@ -10,6 +11,8 @@
 #include "runner/library/callable.h"
 
 namespace runner {
+
+class Library;
 
 /// A variable, and where it is when the program runs.
 struct KnownVariable {
@@ -25,10 +28,23 @@ struct KnownVariable {
 /// What stands for a name whose declaration is wrong: nothing that uses it is looked at.
 struct Broken {};
 
+/// A member of the class around, or of one above that.
+struct MemberOf {
+  Type type;
+};
+
+class Scope;
+
+/// A module and what it has.
+struct Module {
+  std::shared_ptr<Scope> members;
+};
+
 struct Symbol {
   std::string name;  // as it was declared
   int line = 0;      // where, in the program that is being checked; 0: not in that one
-  std::variant<KnownVariable, Candidates, Type, Broken> what;
+  std::variant<KnownVariable, Candidates, Type, Module, MemberOf, Broken> what;
+  Reach reach = Reach::everybody;
 
   /// What it stands for, if that is one; else null.
   template <class What>
@@ -42,6 +58,9 @@ class Scope {
  public:
   /// @param outer outlives this one; null for the outermost.
   explicit Scope(const Scope* outer) : outer_(outer) {}
+  /// The scope of a class: it has the members of the class as well.
+  Scope(const Scope* outer, Library& library, Type type)
+      : outer_(outer), library_(&library), members_{"", 0, MemberOf{type}} {}
   Scope(const Scope&) = delete;
   Scope& operator=(const Scope&) = delete;
 
@@ -57,17 +76,25 @@ class Scope {
   [[nodiscard]] Candidates functions(const std::string& key) const;
   /// The names of this scope and all around it, for suggestions.
   [[nodiscard]] std::vector<std::string> names() const;
+  /// Those of this scope alone.
+  [[nodiscard]] std::vector<std::string> ownNames() const;
+  /// Whether it is another scope or within it.
+  [[nodiscard]] bool isWithin(const Scope& other) const;
 
+  /// What was added to this scope; null for nothing.
+  [[nodiscard]] Symbol* ofItsOwn(const std::string& key);
   /// Adds a name, in place of what it stood for in this scope.
   Symbol& add(const std::string& key, Symbol symbol);
   /// Adds a function behind others of its name.
-  void addFunction(const std::string& key, const Callable& function, int line);
+  Symbol& addFunction(const std::string& key, const Callable& function, int line);
   /// Takes over what another scope has. Its functions stand before those of this scope, without
   /// those that take the same.
   void take(Scope&& other);
 
  private:
   const Scope* outer_;
+  Library* library_ = nullptr;  // of the scope of a class
+  Symbol members_ = {};         // what stands for each of the class's members
   std::unordered_map<std::string, Symbol> symbols_;
 };
 

@@ -34,6 +34,7 @@ bool comparable(Operator op, Type left, Type right) {
   if (left.isNumber() && right.isNumber()) return true;
   if (left == right && left == kString) return true;
   if (left == kDate && right == kDate) return true;
+  if (left == right && left->kind == Kind::enumeration) return true;
   if (!isEquality(op)) return false;
   if (left == right) return true;
   return left.isReference() && right.isReference() &&
@@ -196,8 +197,9 @@ std::optional<Type> resultOf(Operator op, Type left, Type right) {
 
 std::optional<Type> resultOf(Operator op, Type operand) {
   if (operand == kVariant) return kVariant;
-  if (op == Operator::negate) return operand.isNumber() ? std::optional(operand) : std::nullopt;
-  return operand == kBoolean || operand.isInteger() ? std::optional(operand) : std::nullopt;
+  if (operand.isNumber() && (op == Operator::negate || operand.isInteger()))
+    return operand->room < kInteger->room ? kInteger : operand;
+  return operand == kBoolean && op != Operator::negate ? std::optional(operand) : std::nullopt;
 }
 
 Value operate(Machine& machine, Operator op, const Value& left, const Value& right) {

@@ -1,5 +1,6 @@
 #include "runner/run/types.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
 #include <utility>
@@ -24,6 +25,11 @@ template <class Number>
 Value convertTo(const Value& value) {
   return numberOf<Number>(value);
 }
+// Integers below 32 bits are values of 32 bits that have been cut.
+template <class Small>
+Value cutTo(const Value& value) {
+  return std::int32_t{numberOf<Small>(value)};
+}
 
 // A row of the table below, which both its type and arrays of it are made of.
 struct SimpleType {
@@ -43,18 +49,28 @@ constexpr SimpleType number(Simple simple, Kind kind, std::string_view name,
   return {simple, kind, name, arrayName, elementCode, room, convertTo<Number>, zero<Number>};
 }
 
+template <class Small>
+constexpr SimpleType small(Simple simple, Kind kind, std::string_view name,
+                           std::string_view arrayName, int room) {
+  return {simple, kind, name, arrayName, host::kInt32Type, room, cutTo<Small>, zero<int32_t>};
+}
+
 // As Simple counts. Numbers have more room from row to row.
 constexpr SimpleType kSimpleTypes[] = {
     {Simple::nothing, Kind::nothing, "nothing", "", host::kObjectType, 0, nullptr, noValue},
     {Simple::nil, Kind::nil, "Nil", "", host::kObjectType, 0, nullptr, noObject},
     {Simple::boolean, Kind::boolean, "Boolean", "Boolean()", host::kBooleanType, 0, nullptr,
      isFalse},
-    number<std::int32_t>(Simple::int32, Kind::int32, "Integer", "Integer()", host::kInt32Type, 1),
-    number<std::int64_t>(Simple::int64, Kind::int64, "Int64", "Int64()", host::kInt64Type, 3),
-    number<std::uint32_t>(Simple::uint32, Kind::uint32, "UInt32", "UInt32()", host::kObjectType, 2),
-    number<std::uint64_t>(Simple::uint64, Kind::uint64, "UInt64", "UInt64()", host::kObjectType, 4),
-    number<float>(Simple::single, Kind::single, "Single", "Single()", host::kSingleType, 5),
-    number<double>(Simple::real, Kind::real, "Double", "Double()", host::kDoubleType, 6),
+    small<std::int8_t>(Simple::int8, Kind::int8, "Int8", "Int8()", 1),
+    small<std::uint8_t>(Simple::uint8, Kind::uint8, "UInt8", "UInt8()", 2),
+    small<std::int16_t>(Simple::int16, Kind::int16, "Int16", "Int16()", 3),
+    small<std::uint16_t>(Simple::uint16, Kind::uint16, "UInt16", "UInt16()", 4),
+    number<std::int32_t>(Simple::int32, Kind::int32, "Integer", "Integer()", host::kInt32Type, 5),
+    number<std::uint32_t>(Simple::uint32, Kind::uint32, "UInt32", "UInt32()", host::kObjectType, 6),
+    number<std::int64_t>(Simple::int64, Kind::int64, "Int64", "Int64()", host::kInt64Type, 7),
+    number<std::uint64_t>(Simple::uint64, Kind::uint64, "UInt64", "UInt64()", host::kObjectType, 8),
+    number<float>(Simple::single, Kind::single, "Single", "Single()", host::kSingleType, 10),
+    number<double>(Simple::real, Kind::real, "Double", "Double()", host::kDoubleType, 11),
     {Simple::text, Kind::text, "String", "String()", host::kStringType, 0, nullptr, noText},
     {Simple::variant, Kind::variant, "Variant", "Variant()", host::kObjectType, 0, nullptr,
      noValue},
@@ -103,7 +119,7 @@ struct Alias {
   std::string_view name;
   Type type;
 };
-constexpr Alias kAliases[] = {{"Int32", kInteger}};
+constexpr Alias kAliases[] = {{"Int32", kInteger}, {"Byte", kUInt8}, {"UInteger", kUInt32}};
 
 // Distances; what is nearer is preferred among overloads.
 constexpr int kSame = 0;
@@ -115,7 +131,7 @@ constexpr int kToVariant = 40;
 constexpr int kFromVariant = 50;
 
 int numberDistance(Type from, Type to) {
-  constexpr int kKindsOfNumbers = 6;
+  constexpr int kKindsOfNumbers = 11;
   const int steps = to->room - from->room;
   // A Single is nearer to an integer than nothing, but a Double has all of them.
   if (steps > 0 && to == kSingle) return kWider + kKindsOfNumbers;
@@ -154,7 +170,8 @@ bool Type::isA(Type other) const {
 
 Type arrayType(std::int32_t code) {
   for (const TypeRow& row : kSimpleRows)
-    if (row.arrayCode == code && code != kOfObjects) return Type(row.array);
+    if (row.arrayCode == code && code != kOfObjects && row.kind >= Kind::int32)
+      return Type(row.array);
   return kVariant.arrayOf();
 }
 
@@ -169,9 +186,11 @@ std::optional<int> distance(Type from, Type to) {
 }
 
 Type commonNumber(Type left, Type right) {
-  if (left == right && left != kUInt32) return left;
+  if (left == right && left->room >= kInteger->room && left != kUInt32) return left;
   if (!left.isInteger() || !right.isInteger()) return kDouble;
-  return left == kUInt64 || right == kUInt64 ? kUInt64 : kInt64;
+  if (left == kUInt64 || right == kUInt64) return kUInt64;
+  const bool narrow = left->room <= kInteger->room && right->room <= kInteger->room;
+  return narrow ? kInteger : kInt64;
 }
 
 // --- by name
@@ -194,18 +213,41 @@ Type Types::enter(const host::RegisteredClass& known) {
   const TypeRow* super = nullptr;
   if (const auto* const above = host_.findClass(known.superName); above != nullptr)
     super = enter(*above).operator->();
-  auto rows = std::make_unique<ClassRows>();
-  rows->name = known.name;
-  rows->arrayName = known.name + "()";
-  rows->row = {Kind::object, rows->name, nullptr, &rows->array, super,
-               kOfObjects,   0,          nullptr, noObject};
-  rows->array = {Kind::object, rows->arrayName, &rows->row, nullptr, nullptr, kOfObjects, 0,
-                 nullptr,      noObject};
-  rows_.push_back(std::move(rows));
-  const Type type(&rows_.back()->row);
+  ClassRows& rows = newRows(known.name, Kind::object, noObject);
+  rows.row.superClass = super;
+  const Type type(&rows.row);
   add(known.name, type);
   return byClass_[&known] = type;
 }
+
+Types::ClassRows& Types::newRows(const std::string& name, Kind kind, Value (*initial)()) {
+  auto rows = std::make_unique<ClassRows>();
+  rows->name = name;
+  rows->arrayName = name + "()";
+  const bool isObject = kind == Kind::object;
+  const std::int32_t code = isObject ? kOfObjects : host::kArrayType + host::kInt32Type;
+  rows->row = {kind, rows->name, nullptr, &rows->array, nullptr, code, 0, nullptr, initial};
+  rows->array = {kind, rows->arrayName, &rows->row, nullptr, nullptr, kOfObjects,
+                 0,    nullptr,         noObject};
+  const TypeRow* const row = &rows->row;
+  return *(rows_[row] = std::move(rows));
+}
+
+Type Types::declareClass(const std::string& name) {
+  return Type(&newRows(name, Kind::object, noObject).row);
+}
+
+void Types::setSuper(Type declared, std::optional<Type> super, const ProgramClass& own) {
+  TypeRow& row = rows_.at(declared.operator->())->row;
+  row.superClass = super ? super->operator->() : nullptr;
+  row.own = &own;
+}
+
+Type Types::declareEnum(const std::string& name) {
+  return Type(&newRows(name, Kind::enumeration, zero<std::int32_t>).row);
+}
+
+void Types::establish(Type declared) { byClass_[host_.findClass(declared.name())] = declared; }
 
 std::optional<Type> Types::find(const std::string& key) const {
   const auto found = byKey_.find(key);
@@ -222,9 +264,9 @@ Type Types::of(const host::RegisteredClass& known) const {
   return found == byClass_.end() ? kAnyObject : found->second;
 }
 
-void Types::addClass(const std::string& name, const std::string& superName) {
+Type Types::addClass(const std::string& name, const std::string& superName) {
   if (host_.findClass(name) == nullptr) host_.addClass(name, superName);
-  enter(*host_.findClass(name));
+  return enter(*host_.findClass(name));
 }
 
 }  // namespace runner

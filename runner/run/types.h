@@ -18,16 +18,23 @@ enum class Kind {
   nothing,  // what a Sub gives
   nil,
   boolean,
+  int8,
+  uint8,
+  int16,
+  uint16,
   int32,
-  int64,
   uint32,
+  int64,
   uint64,
   single,
   real,
   text,
   variant,
   object,
+  enumeration,
 };
+
+struct ProgramClass;
 
 /// What makes a number another type of number; 0 of what is none.
 using NumberConversion = host::Value (*)(const host::Value& number);
@@ -35,15 +42,16 @@ using NumberConversion = host::Value (*)(const host::Value& number);
 /// All that is known about a type. There is one row for each type, so that types are the same when
 /// their rows are.
 struct TypeRow {
-  Kind kind;                  // of the elements, for an array
-  std::string_view name;      // as messages call it: "Integer", "String()"
-  const TypeRow* element;     // of an array; else null
-  const TypeRow* array;       // arrays of it; null for an array
-  const TypeRow* superClass;  // of a class; null for none
-  std::int32_t arrayCode;     // the type code that arrays of it have in the host
-  int room;                   // of a number: how much has room in it; 0 for what is none
-  NumberConversion convert;   // from any number; null for what is none
-  host::Value (*initial)();   // what a variable of the type holds at first
+  Kind kind;                          // of the elements, for an array
+  std::string_view name;              // as messages call it: "Integer", "String()"
+  const TypeRow* element;             // of an array; else null
+  const TypeRow* array;               // arrays of it; null for an array
+  const TypeRow* superClass;          // of a class; null for none
+  std::int32_t arrayCode;             // the type code that arrays of it have in the host
+  int room;                           // of a number: how much has room in it; 0 for what is none
+  NumberConversion convert;           // from any number; null for what is none
+  host::Value (*initial)();           // what a variable of the type holds at first
+  const ProgramClass* own = nullptr;  // of a class of the program
 };
 
 class Type {
@@ -80,9 +88,13 @@ enum class Simple {
   nothing,
   nil,
   boolean,
+  int8,
+  uint8,
+  int16,
+  uint16,
   int32,
-  int64,
   uint32,
+  int64,
   uint64,
   single,
   real,
@@ -103,6 +115,10 @@ constexpr Type simpleType(Simple simple) {
 inline constexpr Type kNothing = simpleType(Simple::nothing);
 inline constexpr Type kNil = simpleType(Simple::nil);
 inline constexpr Type kBoolean = simpleType(Simple::boolean);
+inline constexpr Type kInt8 = simpleType(Simple::int8);
+inline constexpr Type kUInt8 = simpleType(Simple::uint8);
+inline constexpr Type kInt16 = simpleType(Simple::int16);
+inline constexpr Type kUInt16 = simpleType(Simple::uint16);
 inline constexpr Type kInteger = simpleType(Simple::int32);
 inline constexpr Type kInt64 = simpleType(Simple::int64);
 inline constexpr Type kUInt32 = simpleType(Simple::uint32);
@@ -146,7 +162,16 @@ class Types {
   [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
 
   /// Adds a class to the host, unless it has one of that name.
-  void addClass(const std::string& name, const std::string& superName);
+  Type addClass(const std::string& name, const std::string& superName);
+
+  /// A new class of a program, which the host doesn't know yet.
+  Type declareClass(const std::string& name);
+  /// @param super nullopt for none.
+  void setSuper(Type declared, std::optional<Type> super, const ProgramClass& own);
+  /// A new enum of a program.
+  Type declareEnum(const std::string& name);
+  /// The host has a class of a program now.
+  void establish(Type declared);
 
  private:
   /// The rows of a class and of its arrays, and the names in them.
@@ -157,13 +182,14 @@ class Types {
     TypeRow array;
   };
 
+  ClassRows& newRows(const std::string& name, Kind kind, host::Value (*initial)());
   Type enter(const host::RegisteredClass& known);
   void add(const std::string& name, Type type);
 
   host::Host& host_;
   std::unordered_map<std::string, Type> byKey_;
   std::unordered_map<const host::RegisteredClass*, Type> byClass_;
-  std::vector<std::unique_ptr<ClassRows>> rows_;
+  std::unordered_map<const TypeRow*, std::unique_ptr<ClassRows>> rows_;  // by their own
   std::vector<std::string> names_;
 };
 

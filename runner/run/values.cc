@@ -37,6 +37,7 @@ To cut(From number) {
 // What a Variant gives as a type that it doesn't hold.
 Value toSimple(Machine& machine, const Value& value, Type from, Type to) {
   if (from == kNil) return to->initial();
+  if (to->kind == Kind::enumeration && from.isNumber()) return kInteger->convert(value);
   if (to.isNumber()) {
     if (from.isNumber()) return to->convert(value);
     if (from == kString) return to->convert(textNumber(textOf(value)));
@@ -97,6 +98,7 @@ template std::uint32_t numberOf(const Value&);
 template std::uint64_t numberOf(const Value&);
 template float numberOf(const Value&);
 template double numberOf(const Value&);
+template std::int8_t numberOf(const Value&);
 template std::int16_t numberOf(const Value&);
 template std::uint8_t numberOf(const Value&);
 template std::uint16_t numberOf(const Value&);

@@ -15,6 +15,7 @@ namespace runner {
 
 /// A type as it was written, with its parentheses if it is an array.
 struct TypeName {
+  std::optional<Word> space;  // the module or class that it is in: space.word
   Word word;
   bool array = false;
   Place place;
@@ -28,6 +29,7 @@ using ExpressionPtr = std::unique_ptr<Expression>;
 /// A number, a text, a boolean or Nil (which is std::monostate).
 struct Literal {
   host::Value value;
+  bool bits = false;  // a number by its digits in another base than ten
 };
 struct Name {
   Word word;
@@ -63,9 +65,18 @@ struct Creation {
   std::vector<ExpressionPtr> arguments;
 };
 
+/// If(condition, yes, no)
+struct Choice {
+  ExpressionPtr condition, yes, no;
+};
+/// left : right
+struct PairOf {
+  ExpressionPtr left, right;
+};
+
 struct Expression {
   Place place;
-  std::variant<Literal, Name, Member, Call, Unary, Binary, TypeTest, Creation> what;
+  std::variant<Literal, Name, Member, Call, Unary, Binary, TypeTest, Creation, Choice, PairOf> what;
   int depth = 1;  // of the tree below
 };
 
@@ -85,6 +96,7 @@ struct Declare {
   std::optional<TypeName> type;  // nullopt: that of the initial value
   ExpressionPtr initial;         // nullable; of every variable
   bool constant = false;
+  bool lasting = false;  // Static: keeps its value from call to call
 };
 struct Assign {
   ExpressionPtr target;
@@ -94,6 +106,7 @@ struct Assign {
 /// A call that stands alone.
 struct Perform {
   ExpressionPtr call;
+  bool discards = false;  // Call: a value that it gives isn't wanted
 };
 struct Branch {
   ExpressionPtr condition;
@@ -181,18 +194,62 @@ struct FormalParameter {
   Word name;
   TypeName type;
   bool byRef = false;
-  bool assigns = false;   // takes the value of an assignment; only the last one can
-  ExpressionPtr initial;  // of one that may be left out; nullable
+  bool assigns = false;     // takes the value of an assignment; only the last one can
+  bool paramArray = false;  // takes all further arguments; only the last one can
+  bool extends = false;     // is what the method is called on; only the first one can
+  bool optional = false;    // may be left out, and has the value of its type then
+  ExpressionPtr initial;    // of one that may be left out; nullable
 };
+/// Who may use a member of a class or module.
+enum class Access { everybody, family, owner };
 /// A Sub or Function.
 struct Method {
+  Access access = Access::everybody;
+  bool shared = false;
+  bool global = false;  // of a module: known by its name alone
   Word name;
   std::vector<FormalParameter> parameters;
   std::optional<TypeName> result;
   Block body;
   std::string text;  // its first line
 };
+/// A property of a class or module: a variable, or a Get and a Set.
+struct Property {
+  Access access = Access::everybody;
+  bool shared = false;
+  bool global = false;
+  Declare declared;
+  std::string text;                        // its first line
+  std::unique_ptr<Method> getter, setter;  // nullable
+};
+struct Constant {
+  Access access = Access::everybody;
+  bool global = false;
+  Declare declared;
+};
+struct Enumeration {
+  bool global = false;
+  Word name;
+  struct Member {
+    Word name;
+    ExpressionPtr value;  // nullptr: one more than that before
+  };
+  std::vector<Member> members;
+};
+/// A class or module.
+struct Space {
+  bool isModule = false;
+  Word name;
+  std::optional<TypeName> super;
+  std::vector<Property> properties;
+  std::vector<Constant> constants;
+  std::vector<Enumeration> enumerations;
+  std::vector<std::unique_ptr<Method>> methods;
+  std::vector<std::unique_ptr<Space>> spaces;
+};
 struct Program {
+  std::vector<std::unique_ptr<Space>> spaces;
+  std::vector<Enumeration> enumerations;
   std::vector<std::unique_ptr<Method>> methods;
   Block body;
 };

@@ -50,12 +50,16 @@ int below(const Unary& what) { return depthOf(what.operand); }
 int below(const Binary& what) { return std::max(depthOf(what.left), depthOf(what.right)); }
 int below(const TypeTest& what) { return depthOf(what.object); }
 int below(const Creation& what) { return depthOf(what.arguments); }
+int below(const Choice& what) {
+  return std::max({depthOf(what.condition), depthOf(what.yes), depthOf(what.no)});
+}
+int below(const PairOf& what) { return std::max(depthOf(what.left), depthOf(what.right)); }
 
 // Whether a token can begin an argument of a call without parentheses.
 bool beginsExpression(const Token& token) {
   if (token.kind == Kind::number || token.kind == Kind::text) return true;
   if (token.kind == Kind::sign) return token.is("(") || token.is("-");
-  constexpr std::string_view kStarts[] = {"not", "new", "nil", "true", "false"};
+  constexpr std::string_view kStarts[] = {"not", "new", "nil", "true", "false", "if"};
   return token.kind == Kind::word &&
          (!isReserved(token.key) ||
           std::any_of(std::begin(kStarts), std::end(kStarts),
@@ -78,6 +82,29 @@ ExpressionPtr ExpressionParser::make(const Place& place, What what) {
 ExpressionPtr ExpressionParser::expression() {
   const Nesting nesting(depth_, reader_.current().place);
   return binary(0);
+}
+
+// Within parentheses ":" joins the two values of a Pair; elsewhere it ends a statement.
+ExpressionPtr ExpressionParser::pair() {
+  ExpressionPtr left = expression();
+  if (!reader_.accept(":")) return left;
+  ExpressionPtr right = pair();
+  const Place place = span(left->place, right->place);
+  return make(place, PairOf{std::move(left), std::move(right)});
+}
+
+ExpressionPtr ExpressionParser::choice() {
+  const Place begin = reader_.current().place;
+  reader_.advance();
+  Choice choice;
+  reader_.expect("(", "\"(\"");
+  choice.condition = expression();
+  reader_.expect(",", "\",\"");
+  choice.yes = expression();
+  reader_.expect(",", "\",\"");
+  choice.no = expression();
+  reader_.expect(")", "\")\"");
+  return make(span(begin, reader_.lastPlace()), std::move(choice));
 }
 
 ExpressionPtr ExpressionParser::binary(std::size_t level) {
@@ -158,7 +185,7 @@ ExpressionPtr ExpressionParser::designator() {
 std::vector<ExpressionPtr> ExpressionParser::argumentsUntil(const char* closing) {
   std::vector<ExpressionPtr> arguments;
   if (reader_.accept(closing)) return arguments;
-  do arguments.push_back(expression());
+  do arguments.push_back(pair());
   while (reader_.accept(","));
   reader_.expect(closing, "\",\" or \"" + std::string(closing) + "\"");
   return arguments;
@@ -172,21 +199,22 @@ std::vector<ExpressionPtr> ExpressionParser::bareArguments() {
   return arguments;
 }
 
-ExpressionPtr ExpressionParser::literal(host::Value value) {
+ExpressionPtr ExpressionParser::literal(host::Value value, bool bits) {
   reader_.advance();
-  return make(reader_.lastPlace(), Literal{std::move(value)});
+  return make(reader_.lastPlace(), Literal{std::move(value), bits});
 }
 
 ExpressionPtr ExpressionParser::primary() {
   const Token first = reader_.current();
-  if (first.kind == Kind::number) return literal(first.value);
+  if (first.kind == Kind::number) return literal(first.value, first.bits);
   if (first.kind == Kind::text) return literal(first.text);
   if (first.is("true")) return literal(std::int8_t{1});
   if (first.is("false")) return literal(std::int8_t{0});
   if (first.is("nil")) return literal(std::monostate());
   if (first.is("new")) return creation();
+  if (first.is("if")) return choice();
   if (reader_.accept("(")) {
-    ExpressionPtr inner = expression();
+    ExpressionPtr inner = pair();
     reader_.expect(")", "\")\"");
     inner->place = span(first.place, reader_.lastPlace());
     return inner;
@@ -202,6 +230,11 @@ ExpressionPtr ExpressionParser::creation() {
   Creation creation;
   creation.type.word = reader_.name("the name of a class");
   creation.type.place = creation.type.word.place;
+  if (reader_.accept(".")) {
+    creation.type.space = std::move(creation.type.word);
+    creation.type.word = reader_.anyWord("the name of a class");
+    creation.type.place.end = creation.type.word.place.end;
+  }
   if (reader_.accept("(")) creation.arguments = argumentsUntil(")");
   return make(span(begin, reader_.lastPlace()), std::move(creation));
 }

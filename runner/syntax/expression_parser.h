@@ -23,6 +23,8 @@ class ExpressionParser {
   ExpressionPtr makeCall(ExpressionPtr callee, std::vector<ExpressionPtr> arguments);
 
  private:
+  ExpressionPtr pair();
+  ExpressionPtr choice();
   ExpressionPtr binary(std::size_t level);
   ExpressionPtr unary();
   ExpressionPtr power();
@@ -30,7 +32,7 @@ class ExpressionParser {
   ExpressionPtr postfix();
   ExpressionPtr primary();
   ExpressionPtr creation();
-  ExpressionPtr literal(host::Value value);
+  ExpressionPtr literal(host::Value value, bool bits = false);
 
   template <class What>
   ExpressionPtr make(const Place& place, What what);

@@ -31,8 +31,9 @@ struct Prefix {
 constexpr Prefix kPrefixes[] = {{'h', 16, "hexadecimal"}, {'b', 2, "binary"}, {'o', 8, "octal"}};
 
 // The longest first.
-constexpr std::string_view kSigns[] = {"<=", ">=", "<>", "+=", "-=", "*=", "/=", "(", ")", ",", ".",
-                                       "+",  "-",  "*",  "/",  "\\", "^",  "=",  "<", ">", ":"};
+constexpr std::string_view kSigns[] = {"<=", ">=", "<>", "+=", "-=", "*=", "/=", "(",
+                                       ")",  ",",  ".",  "+",  "-",  "*",  "/",  "\\",
+                                       "^",  "=",  "<",  ">",  ":",  "#"};
 
 // What text processors make of straight quotes.
 constexpr std::string_view kCurlyQuotes[] = {"“", "”", "„", "‘", "’", "«", "»"};
@@ -188,6 +189,7 @@ class Lexer {
     const std::size_t digits = at_;
     while (at_ < text_.size() && (isDigit(text_[at_]) || beginsWord(text_[at_]))) ++at_;
     add(Kind::number, begin, "", integer(begin, digits, prefix->base, prefix->digits));
+    tokens_.back().bits = true;
   }
 
   Value integer(std::size_t begin, std::size_t digits, int base, const char* what = "decimal") {

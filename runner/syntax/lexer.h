@@ -18,6 +18,7 @@ struct Token {
   std::string text;   // of a word or a sign as written; of a text what it says
   std::string key;    // of a word or a sign: as names are compared, folded; else ""
   host::Value value;  // of a number
+  bool bits = false;  // of a number: by its digits in another base than ten
 
   /// Whether it is this sign or, in any case, this word. @param wanted folded.
   [[nodiscard]] bool is(std::string_view wanted) const { return key == wanted; }

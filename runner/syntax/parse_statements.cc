@@ -1,4 +1,6 @@
 // Statements other than loops.
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "runner/syntax/program_parser.h"
@@ -21,7 +23,14 @@ constexpr Compound kCompounds[] = {{"+=", Operator::add},
 }  // namespace
 
 void ProgramParser::declare(Statement& statement) {
+  const bool lasting = reader_.current().is("static");
   reader_.advance();
+  Declare declare = declaration();
+  declare.lasting = lasting;
+  statement.what = std::move(declare);
+}
+
+Declare ProgramParser::declaration() {
   Declare declare;
   do {
     declare.variables.push_back(variable("the name of a variable"));
@@ -40,14 +49,16 @@ void ProgramParser::declare(Statement& statement) {
     declare.type = optionalType();
     initialValue(declare);
   }
-  statement.what = std::move(declare);
+  return declare;
 }
 
 void ProgramParser::initialValue(Declare& declare) {
   if (reader_.accept("=")) declare.initial = expressions_.expression();
 }
 
-void ProgramParser::constant(Statement& statement) {
+void ProgramParser::constant(Statement& statement) { statement.what = constantDeclaration(); }
+
+Declare ProgramParser::constantDeclaration() {
   reader_.advance();
   Declare declare;
   declare.constant = true;
@@ -55,7 +66,7 @@ void ProgramParser::constant(Statement& statement) {
   declare.type = optionalType();
   if (!reader_.current().is("=")) reader_.fail("\"=\" and the constant's value");
   initialValue(declare);
-  statement.what = std::move(declare);
+  return declare;
 }
 
 Variable ProgramParser::variable(const std::string& expected) {
@@ -200,11 +211,32 @@ void ProgramParser::redim(Statement& statement) {
 
 void ProgramParser::call(Statement& statement) {
   reader_.advance();
-  statement.what = Perform{expressions_.designator()};
+  ExpressionPtr call = expressions_.designator();
+  std::vector<ExpressionPtr> arguments = expressions_.bareArguments();
+  if (!arguments.empty()) call = expressions_.makeCall(std::move(call), std::move(arguments));
+  statement.what = Perform{std::move(call), true};
 }
 
 void ProgramParser::nested(Statement& statement) {
-  refuse(statement.place, "A Sub or Function can't stand inside of another block.");
+  const bool method = reader_.current().is("sub") || reader_.current().is("function");
+  refuse(statement.place, std::string(method ? "A Sub or Function" : "A class, module or enum") +
+                              " can't stand inside of another block.");
+}
+
+void ProgramParser::refuseOutside() {
+  constexpr std::string_view kOutside[] = {"addhandler", "async",     "declare",    "delegate",
+                                           "event",      "goto",      "hook",       "implements",
+                                           "interface",  "on",        "raiseevent", "removehandler",
+                                           "soft",       "structure", "using"};
+  const Token& first = reader_.current();
+  // Without a word behind it, it is a name like any other.
+  const bool isOutside =
+      reader_.ahead().kind == Kind::word && !reader_.ahead().is("as") &&
+      std::find(std::begin(kOutside), std::end(kOutside), first.key) != std::end(kOutside);
+  if (!isOutside) return;
+  refuse(first.place, "\"" + first.text +
+                          "\" isn't in the language of this runner. What is in it, and what stays "
+                          "out, stands in docs/language.md.");
 }
 
 void ProgramParser::assignmentOrCall(Statement& statement) {

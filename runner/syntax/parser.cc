@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "runner/syntax/preprocessor.h"
 #include "runner/syntax/program_parser.h"
 #include "runner/text/diagnostic.h"
 #include "runner/text/text.h"
@@ -19,10 +20,11 @@ constexpr std::string_view kEnds[] = {"end",  "else", "elseif", "case",   "next"
 
 }  // namespace
 
-const std::array<ProgramParser::Keyword, 17>& ProgramParser::keywords() {
-  static constexpr std::array<Keyword, 17> kKeywords = {{
+const std::array<ProgramParser::Keyword, 20>& ProgramParser::keywords() {
+  static constexpr std::array<Keyword, 20> kKeywords = {{
       {"dim", &ProgramParser::declare},
       {"var", &ProgramParser::declare},
+      {"static", &ProgramParser::declare},
       {"const", &ProgramParser::constant},
       {"if", &ProgramParser::ifStatement},
       {"for", &ProgramParser::forStatement},
@@ -38,6 +40,8 @@ const std::array<ProgramParser::Keyword, 17>& ProgramParser::keywords() {
       {"call", &ProgramParser::call},
       {"sub", &ProgramParser::nested},
       {"function", &ProgramParser::nested},
+      {"class", &ProgramParser::nested},
+      {"module", &ProgramParser::nested},
   }};
   return kKeywords;
 }
@@ -47,6 +51,8 @@ Program ProgramParser::run() {
   while (!reader_.atEnd()) {
     if (reader_.current().is("sub") || reader_.current().is("function")) {
       program.methods.push_back(method());
+    } else if (atSpace()) {
+      spaceOfProgram(program);
     } else if (endsBlock()) {
       refuse(reader_.current().place, "\"" + reader_.current().text + "\" closes nothing here.");
     } else {
@@ -78,6 +84,7 @@ void ProgramParser::line(Block& statements) {
 Statement ProgramParser::statement() {
   Statement statement;
   statement.place = reader_.current().place;
+  refuseOutside();
   const auto* const found =
       std::find_if(keywords().begin(), keywords().end(),
                    [this](const Keyword& keyword) { return reader_.current().is(keyword.word); });
@@ -143,9 +150,18 @@ std::unique_ptr<Method> ProgramParser::method() {
 
 FormalParameter ProgramParser::parameter() {
   FormalParameter parameter;
-  parameter.assigns = reader_.accept("assigns");
-  parameter.byRef = reader_.accept("byref");
-  if (!parameter.byRef) reader_.accept("byval");
+  struct Modifier {
+    std::string_view word;
+    bool FormalParameter::*set;  // null: what holds anyway
+  };
+  constexpr Modifier kModifiers[] = {{"assigns", &FormalParameter::assigns},
+                                     {"byref", &FormalParameter::byRef},
+                                     {"byval", nullptr},
+                                     {"extends", &FormalParameter::extends},
+                                     {"optional", &FormalParameter::optional},
+                                     {"paramarray", &FormalParameter::paramArray}};
+  for (const Modifier& modifier : kModifiers)
+    if (reader_.accept(modifier.word) && modifier.set != nullptr) parameter.*modifier.set = true;
   const Variable named = variable("the name of a parameter");
   parameter.name = named.name;
   reader_.expect("as", "\"As\" and the parameter's type");
@@ -158,7 +174,7 @@ FormalParameter ProgramParser::parameter() {
 // --- texts
 
 Program parse(const Source& source) {
-  TokenReader reader(tokens(source));
+  TokenReader reader(preprocessed(tokens(source)));
   return ProgramParser(source, reader).run();
 }
 
@@ -172,7 +188,9 @@ ExpressionPtr parseExpression(const Source& source) {
 
 bool isUnfinished(const Source& source) {
   try {
-    TokenReader reader(tokens(source));
+    bool open = false;
+    TokenReader reader(preprocessed(tokens(source), &open));
+    if (open) return true;
     try {
       ProgramParser(source, reader).run();
     } catch (const Problem&) {

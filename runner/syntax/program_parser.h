@@ -24,7 +24,17 @@ class ProgramParser {
     std::string_view word;
     StatementParser parse;
   };
-  static const std::array<Keyword, 17>& keywords();
+  static const std::array<Keyword, 20>& keywords();
+  /// What stands before the declaration of a member.
+  struct Modifiers {
+    Access access = Access::everybody;
+    bool shared = false;
+    bool global = false;
+  };
+  /// The Get and Set of the property that is being read; nullable.
+  struct Accessors {
+    std::unique_ptr<Method> getter, setter;
+  };
 
   // blocks
   Block block();
@@ -52,6 +62,8 @@ class ProgramParser {
   void redim(Statement& statement);
   void call(Statement& statement);
   void nested(Statement& statement);
+  /// Refuses what programs of the host can have and those of the runner can't.
+  void refuseOutside();
   void assignmentOrCall(Statement& statement);
 
   // their parts
@@ -60,12 +72,25 @@ class ProgramParser {
   void singleLine(If& branches);
   Variable variable(const std::string& expected);
   std::optional<TypeName> optionalType();
+  Declare declaration();
+  Declare constantDeclaration();
   void initialValue(Declare& declare);
   CaseLabel caseLabel();
   Catch catchClause();
   LoopKind loopKind();
   std::unique_ptr<Method> method();
   FormalParameter parameter();
+
+  // classes, modules and enums
+  bool atSpace();
+  void spaceOfProgram(Program& program);
+  std::unique_ptr<Space> space();
+  Modifiers modifiers();
+  void member(Space& space, Accessors& accessors);
+  void property(Space& space, const Modifiers& modifiers, Accessors& accessors);
+  void accessor(Accessors& accessors);
+  static void complete(Property& property, Accessors& accessors);
+  Enumeration enumeration();
 
   const Source& source_;
   TokenReader& reader_;

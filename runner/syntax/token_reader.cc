@@ -12,12 +12,13 @@ using Kind = Token::Kind;
 constexpr int kDeepest = 200;
 
 constexpr std::string_view kReserved[] = {
-    "and",   "as",       "assigns", "byref",   "byval",  "call",     "case",  "catch",
-    "const", "continue", "dim",     "do",      "downto", "each",     "else",  "elseif",
-    "end",   "exit",     "false",   "finally", "for",    "function", "if",    "in",
-    "is",    "isa",      "loop",    "mod",     "new",    "next",     "nil",   "not",
-    "or",    "raise",    "redim",   "return",  "select", "step",     "sub",   "then",
-    "to",    "true",     "try",     "until",   "var",    "wend",     "while", "xor",
+    "and",    "as",    "assigns",  "byref",    "byval",  "call",     "case",  "catch",
+    "class",  "const", "continue", "dim",      "do",     "downto",   "each",  "else",
+    "elseif", "end",   "exit",     "extends",  "false",  "finally",  "for",   "function",
+    "goto",   "if",    "in",       "inherits", "is",     "isa",      "loop",  "mod",
+    "module", "new",   "next",     "nil",      "not",    "optional", "or",    "paramarray",
+    "raise",  "redim", "return",   "select",   "static", "step",     "sub",   "then",
+    "to",     "true",  "try",      "until",    "var",    "wend",     "while", "xor",
 };
 
 std::string shown(const Token& token) {
@@ -77,8 +78,13 @@ Word TokenReader::anyWord(const std::string& expected) {
 TypeName TokenReader::type() {
   TypeName type;
   type.word = name("the name of a type");
+  const Place begin = type.word.place;
+  if (accept(".")) {
+    type.space = std::move(type.word);
+    type.word = anyWord("the name of a type");
+  }
   type.array = emptyParentheses();
-  type.place = span(type.word.place, lastPlace());
+  type.place = span(begin, lastPlace());
   return type;
 }
 

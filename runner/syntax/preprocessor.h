@@ -1,0 +1,15 @@
+// The lines that begin with "#": a pass over the tokens of a program.
+#pragma once
+
+#include <vector>
+
+#include "runner/syntax/lexer.h"
+
+namespace runner {
+
+/// The tokens without directives and without the branches of "#If" that don't count. "#Pragma" and
+/// the "#tag" lines of exported projects say nothing to this runner. Throws Problem.
+/// @param open receives whether an "#If" isn't closed, which is no problem then; nullable.
+std::vector<Token> preprocessed(std::vector<Token> tokens, bool* open = nullptr);
+
+}  // namespace runner

@@ -15,9 +15,7 @@ RunnerTest::RunnerTest() { load(); }
 
 void RunnerTest::TearDown() { HostTest::TearDown(); }
 
-std::string RunnerTest::textOf(const runner::Ending& ending) {
-  return format(ending, kFile);
-}
+std::string RunnerTest::textOf(const runner::Ending& ending) { return format(ending, kFile); }
 
 std::string RunnerTest::run(const std::string& program, const std::string& input) {
   std::ostringstream out;

@@ -74,12 +74,23 @@ Converter& converterOf(std::size_t from, std::size_t to) {
   return *found;
 }
 
+bool isAscii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; });
+}
+
+std::string widened(std::string_view ascii) {
+  std::u16string units(ascii.begin(), ascii.end());
+  return {reinterpret_cast<const char*>(units.data()), units.size() * sizeof(char16_t)};
+}
+
 }  // namespace
 
 std::optional<std::string> convert(std::string_view bytes, std::uint32_t from, std::uint32_t to) {
   const std::optional<std::size_t> source = indexOf(from);
   const std::optional<std::size_t> target = indexOf(to);
   if (!source || !target) return std::nullopt;
+  // Most texts are keys, and those are ASCII, which is the same in all encodings of bytes.
+  if (from != kUtf16 && isAscii(bytes)) return to == kUtf16 ? widened(bytes) : std::string(bytes);
   return converterOf(*source, *target).run(bytes);
 }
 

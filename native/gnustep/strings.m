@@ -6,15 +6,34 @@
 #include "native/gnustep/encodings.h"
 #import "native/gnustep/zelnative.h"
 
-// Text of up to this many units is converted without allocating memory.
-enum { kShortText = 256 };
+enum {
+  // Text of up to this many units is converted without allocating memory.
+  kShortText = 256,
+  // ASCII of up to this many bytes is copied one by one, which is cheaper than a block of its own.
+  kInlineText = 128
+};
 
+// Looked up once: a class that stands in the source is looked up at each use.
+static Class stringClass(void) {
+  static Class strings = Nil;
+  if (strings == Nil) strings = [NSString class];
+  return strings;
+}
+
+static bool isAsciiBlock(const char* bytes) {
+  uint64_t block = 0;
+  memcpy(&block, bytes, sizeof block);
+  return (block & UINT64_C(0x8080808080808080)) == 0;
+}
+
+// By blocks, of which the last may overlap the one before it.
 static bool isAscii(const char* bytes, size_t length) {
+  enum { kBlock = sizeof(uint64_t) };
   size_t position = 0;
-  for (uint64_t block; position + sizeof block <= length; position += sizeof block) {
-    memcpy(&block, bytes + position, sizeof block);
-    if ((block & UINT64_C(0x8080808080808080)) != 0) return false;
+  for (; length >= kBlock && position < length - kBlock; position += kBlock) {
+    if (!isAsciiBlock(bytes + position)) return false;
   }
+  if (length >= kBlock) return isAsciiBlock(bytes + length - kBlock);
   for (; position < length; ++position) {
     if ((bytes[position] & 0x80) != 0) return false;
   }
@@ -38,10 +57,19 @@ static NSString* unusualString(const unichar* units, size_t count) {
   return string;
 }
 
+// A new string of ASCII, which ends in a zero byte. Foundation stores it as bytes, whichever way it
+// is made: of UTF-8 within the object itself, after a look at every byte; of Latin-1 as a copy in a
+// block of its own.
+static NSString* newAsciiString(const char* text, size_t length) {
+  NSString* const blank = [stringClass() alloc];
+  if (length <= kInlineText) return [blank initWithUTF8String:text];
+  return [blank initWithBytes:text length:length encoding:NSISOLatin1StringEncoding];
+}
+
 // A new string of these units.
 static NSString* newString(const unichar* units, size_t count) {
   if (count > 0 && isByteOrderMark(units[0])) return unusualString(units, count);
-  NSString* const string = [[NSString alloc] initWithCharacters:units length:count];
+  NSString* const string = [[stringClass() alloc] initWithCharacters:units length:count];
   return string == nil ? unusualString(units, count) : string;
 }
 
@@ -52,8 +80,7 @@ CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text
   if (text == NULL || encoding == NULL) return nil;
   const size_t length = strlen(text);
   if ((encoding->rules & kAsciiSuperset) != 0 && isAscii(text, length)) {
-    // Latin-1 is how Foundation stores such text: asked that way, it only copies.
-    return [[NSString alloc] initWithBytes:text length:length encoding:NSISOLatin1StringEncoding];
+    return newAsciiString(text, length);
   }
   unichar shortRoom[kShortText];
   unichar* const units = roomForUnits(length, shortRoom);

@@ -109,6 +109,15 @@ TEST_F(StringsTest, NonAsciiByteIsSeenAtEveryPlace) {
   }
 }
 
+TEST_F(StringsTest, AsciiOfEveryLengthIsWhole) {
+  for (const std::size_t length : {1U, 7U, 8U, 9U, 15U, 16U, 17U, 127U, 128U, 129U, 1000U}) {
+    const std::string bytes(length, 'x');
+    const CFStringRef string = zel::autoreleased(
+        zel::CFStringCreateWithCString(kAllocator, bytes.c_str(), kCFStringEncodingUTF8));
+    EXPECT_EQ(unitsOf(string), std::u16string(length, u'x'));
+  }
+}
+
 TEST_F(StringsTest, NullTextAndUnknownEncodingGiveNull) {
   EXPECT_EQ(zel::CFStringCreateWithCString(kAllocator, nullptr, kCFStringEncodingUTF8), nullptr);
   EXPECT_EQ(zel::CFStringCreateWithCString(kAllocator, "a", 0xFFFF), nullptr);

@@ -9,9 +9,12 @@ enum { kMachineOrder = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__ ? kBigEndian : 0 }
 #define BY_FOUNDATION(number, foundation, rules) \
   { number, zelDecodeByFoundation, zelEncodeByFoundation, foundation, rules }
 
-// In the order of the numbers: zelFindEncoding halves its way through. A number that is missing
-// here is one that Foundation has no converter for.
+// First the one that nearly every text is in. The others are in the order of their numbers:
+// zelFindEncoding halves its way through. A number that is missing here is one that Foundation has
+// no converter for.
 static const struct Encoding kEncodings[] = {
+    {0x08000100, zelDecodeUtf8, zelEncodeUtf8, NSUTF8StringEncoding, kAsciiSuperset},
+
     SINGLE_BYTE(0x0000, NSMacOSRomanStringEncoding),
     {0x0100, zelDecodeUtf16, zelEncodeUtf16, 0, kMachineOrder},
     SINGLE_BYTE(0x0201, NSISOLatin1StringEncoding),
@@ -44,7 +47,6 @@ static const struct Encoding kEncodings[] = {
     SINGLE_BYTE(0x0B01, NSNEXTSTEPStringEncoding),
     BY_FOUNDATION(0x0BFF, NSNonLossyASCIIStringEncoding, kSevenBit),
     BY_FOUNDATION(0x04000100, NSUTF7StringEncoding, kSevenBit | kHasHiddenTail),
-    {0x08000100, zelDecodeUtf8, zelEncodeUtf8, NSUTF8StringEncoding, kAsciiSuperset},
     {0x0C000100, zelDecodeUtf32, zelEncodeUtf32, 0, kMachineOrder},
     {0x10000100, zelDecodeUtf16, zelEncodeUtf16, 0, kBigEndian},
     {0x14000100, zelDecodeUtf16, zelEncodeUtf16, 0, 0},
@@ -53,7 +55,8 @@ static const struct Encoding kEncodings[] = {
 };
 
 const struct Encoding* zelFindEncoding(uint32_t number) {
-  size_t low = 0;
+  if (kEncodings[0].number == number) return kEncodings;
+  size_t low = 1;
   size_t high = sizeof(kEncodings) / sizeof(kEncodings[0]);
   while (low < high) {
     const size_t middle = (low + high) / 2;

@@ -18,11 +18,19 @@ target_compile_options(zel_common INTERFACE
   # The same sources make the same files, wherever they stand.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 
+# What another library has is called through the table of its addresses, without a stub on the way:
+# nearly every call of the product leaves it. (macOS has stubs of its own, or none.)
+set(zel_calls)
+if(ZEL_PLATFORM STREQUAL "gnustep")
+  set(zel_calls -fno-plt)
+endif()
+
 # Product code: nothing of the C++ runtime library.
 add_library(zel_product INTERFACE)
 target_link_libraries(zel_product INTERFACE zel_common)
 target_compile_options(zel_product INTERFACE
   ${zel_visibility}
+  ${zel_calls}
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>)
 
 # zel_say_version(TARGET NAME): the target's file says this name and the version, for who looks into it.

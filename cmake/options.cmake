@@ -25,12 +25,19 @@ if(ZEL_PLATFORM STREQUAL "gnustep")
   set(zel_calls -fno-plt)
 endif()
 
+# A buffer is cleared by the C library, which knows the processor: g++ would have it done word by word.
+set(zel_clearing)
+if(ZEL_PLATFORM STREQUAL "gnustep")
+  set(zel_clearing $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-mmemset-strategy=libcall:-1:noalign>)
+endif()
+
 # Product code: nothing of the C++ runtime library.
 add_library(zel_product INTERFACE)
 target_link_libraries(zel_product INTERFACE zel_common)
 target_compile_options(zel_product INTERFACE
   ${zel_visibility}
   ${zel_calls}
+  ${zel_clearing}
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>)
 
 # zel_say_version(TARGET NAME): the target's file says this name and the version, for who looks into it.

@@ -20,7 +20,7 @@ bool classIsOurs() { return NSExceptionClass.base.systemUse != 0; }
 template <Name Selector>
 REALstring textOf(REALobject instance) {
   return guarded<REALstring>(
-      [&] { return CFString2RBString(send<CFStringRef, Selector>(exceptionIn(instance))); });
+      [=] { return CFString2RBString(send<CFStringRef, Selector>(exceptionIn(instance))); });
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ REALobject newHostException(NSException* exception) {
 extern "C" {
 
 void NSExceptionDestructor(REALobject instance) {
-  guarded([&] {
+  guarded([=] {
     NSException*& exception = exceptionIn(instance);
     release(exception);
     exception = nullptr;
@@ -52,7 +52,7 @@ REALstring exceptionReason(REALobject instance) { return textOf<"reason">(instan
 
 REALobject exceptionUserInfo(REALobject instance) {
   return guarded<REALobject>(
-      [&] { return NSDictionaryRB(send<CFDictionaryRef, "userInfo">(exceptionIn(instance))); });
+      [=] { return NSDictionaryRB(send<CFDictionaryRef, "userInfo">(exceptionIn(instance))); });
 }
 
 }  // extern "C"

@@ -15,7 +15,7 @@ namespace {
 template <Name Message>
 void sendName(REALobject instance, REALstring text) {
   NSUserDefaults* const defaults = wrappedAtFixedPosition(instance);
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(text);
     send<void, Message>(defaults, name);
   });
@@ -27,14 +27,14 @@ template <Name Message>
 REALstringArray askForNames(REALobject instance) {
   const auto array =
       reinterpret_cast<REALstringArray>(REALCreateArray(kStringElements, kEmptyUpperBound));
-  guarded([&] { FillStringArray(array, send<id, Message>(wrapped(instance))); });
+  guarded([=] { FillStringArray(array, send<id, Message>(wrapped(instance))); });
   return array;
 }
 
 // Sends a message that answers with the contents of a domain.
 template <Name Message>
 REALobject askForDomain(REALobject instance, REALstring domainName) {
-  return guarded<REALobject>([&] {
+  return guarded<REALobject>([=] {
     const CFStringRef name = autoreleasedCFString(domainName);
     return NSDictionaryRB(send<CFDictionaryRef, Message>(wrapped(instance), name),
                           Nesting::aroundValues());
@@ -44,7 +44,7 @@ REALobject askForDomain(REALobject instance, REALstring domainName) {
 // Sends a message that takes the contents of a domain and its name; the name is converted first.
 template <Name Message>
 void sendDomain(REALobject instance, REALdictionary domain, REALstring domainName) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(domainName);
     const CFDictionaryRef contents = NewNSDictionary(domain, Nesting::aroundValues());
     send<void, Message>(wrapped(instance), contents, name);
@@ -58,7 +58,7 @@ extern "C" {
 HostBoolean synchronize(REALobject instance) {
   NSUserDefaults* const defaults = wrappedAtFixedPosition(instance);
   return guarded<HostBoolean>(
-      [&] { return static_cast<HostBoolean>(send<BOOL, "synchronize">(defaults)); });
+      [=] { return static_cast<HostBoolean>(send<BOOL, "synchronize">(defaults)); });
 }
 
 void removeObjectForKey(REALobject instance, REALstring key) {
@@ -82,21 +82,21 @@ void removeSuiteNamed(REALobject instance, REALstring suiteName) {
 }
 
 void registerDefaults(REALobject instance, REALdictionary values) {
-  guarded([&] {
+  guarded([=] {
     const CFDictionaryRef dictionary = NewNSDictionary(values, Nesting::aroundValues());
     send<void, "registerDefaults:">(wrapped(instance), dictionary);
   });
 }
 
 REALobject dictionaryRepresentation(REALobject instance) {
-  return guarded<REALobject>([&] {
+  return guarded<REALobject>([=] {
     return NSDictionaryRB(send<CFDictionaryRef, "dictionaryRepresentation">(wrapped(instance)),
                           Nesting::aroundValues());
   });
 }
 
 HostBoolean objectIsForcedForKey(REALobject instance, REALstring key) {
-  return guarded<HostBoolean>([&] {
+  return guarded<HostBoolean>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const auto reply = send<BOOL, "objectIsForcedForKey:">(wrapped(instance), name);
     return static_cast<HostBoolean>(reply);
@@ -104,7 +104,7 @@ HostBoolean objectIsForcedForKey(REALobject instance, REALstring key) {
 }
 
 HostBoolean objectIsForcedForKey2(REALobject instance, REALstring key, REALstring domain) {
-  return guarded<HostBoolean>([&] {
+  return guarded<HostBoolean>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const CFStringRef domainName = autoreleasedCFString(domain);
     const auto reply =

@@ -56,7 +56,7 @@ void NSUserDefaultsConstructor(REALobject /*instance*/) { CocoaInit(); }
 
 void NSUserDefaultsDestructor(REALobject instance) {
   CocoaInit();
-  guarded([&] {
+  guarded([=] {
     NSUserDefaults*& defaults = wrappedAtFixedPosition(instance);
     if (defaults == nullptr) return;
     if (instances != nullptr) CFDictionaryRemoveValue(instances, defaults);
@@ -70,7 +70,7 @@ REALobject DummyException(REALobject /*instance*/) { return nullptr; }
 void Constructor(REALobject instance) {
   if (refusesConstruction(instance)) return;
   CocoaInit();
-  guarded([&] {
+  guarded([=] {
     const auto blank = send<NSUserDefaults*, "alloc">(classNamed<"NSUserDefaults">());
     wrap(instance, send<NSUserDefaults*, "init">(blank));
   });
@@ -79,7 +79,7 @@ void Constructor(REALobject instance) {
 void ConstructorUser(REALobject instance, REALstring username) {
   if (refusesConstruction(instance)) return;
   CocoaInit();
-  guarded([&] {
+  guarded([=] {
     const CFStringRef user = autoreleasedCFString(username);
     const auto blank = send<NSUserDefaults*, "alloc">(classNamed<"NSUserDefaults">());
     wrap(instance, send<NSUserDefaults*, "initWithUser:">(blank, user));

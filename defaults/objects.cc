@@ -54,14 +54,14 @@ id newList(REALarray array, Handle (*read)(REALarray, std::int32_t),
 extern "C" {
 
 REALmemoryBlock dataForKey(REALobject instance, REALstring key) {
-  return guarded<REALmemoryBlock>([&] {
+  return guarded<REALmemoryBlock>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     return NSDataRB(send<id, "dataForKey:">(wrapped(instance), name));
   });
 }
 
 void setDataForKey(REALobject instance, REALstring key, REALmemoryBlock value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const id data = NewNSData(value);
     send<void, "setObject:forKey:">(wrapped(instance), data, name);
@@ -69,14 +69,14 @@ void setDataForKey(REALobject instance, REALstring key, REALmemoryBlock value) {
 }
 
 REALobject objectForKey(REALobject instance, REALstring key) {
-  return guarded<REALobject>([&] {
+  return guarded<REALobject>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     return NewVariantFromNSObject(send<id, "objectForKey:">(wrapped(instance), name));
   });
 }
 
 void setObjectForKey(REALobject instance, REALstring key, REALobject value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const id object = GetVariantAsNSObject(value);
     send<void, "setObject:forKey:">(wrapped(instance), object, name);
@@ -85,14 +85,14 @@ void setObjectForKey(REALobject instance, REALstring key, REALobject value) {
 
 // A file is stored as its address, never as a path or an alias.
 REALfolderItem fileForKey(REALobject instance, REALstring key) {
-  return guarded<REALfolderItem>([&] {
+  return guarded<REALfolderItem>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     return NSURLRBFile(send<CFURLRef, "URLForKey:">(wrapped(instance), name));
   });
 }
 
 void setFileForKey(REALobject instance, REALstring key, REALfolderItem value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const CFURLRef url = NewNSURLfile(value);
     send<void, "setURL:forKey:">(wrapped(instance), url, name);
@@ -102,7 +102,7 @@ void setFileForKey(REALobject instance, REALstring key, REALfolderItem value) {
 REALstringArray stringArrayForKey(REALobject instance, REALstring key) {
   const auto array =
       reinterpret_cast<REALstringArray>(REALCreateArray(kStringElements, kEmptyUpperBound));
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     FillStringArray(array, send<id, "stringArrayForKey:">(wrapped(instance), name));
   });
@@ -110,7 +110,7 @@ REALstringArray stringArrayForKey(REALobject instance, REALstring key) {
 }
 
 void setStringArrayForKey(REALobject instance, REALstring key, REALstringArray values) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const id list = newList(reinterpret_cast<REALarray>(values), stringAt, asText);
     send<void, "setObject:forKey:">(wrapped(instance), list, name);
@@ -118,14 +118,14 @@ void setStringArrayForKey(REALobject instance, REALstring key, REALstringArray v
 }
 
 REALobject dictionaryForKey(REALobject instance, REALstring key) {
-  return guarded<REALobject>([&] {
+  return guarded<REALobject>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     return NSDictionaryRB(send<CFDictionaryRef, "dictionaryForKey:">(wrapped(instance), name));
   });
 }
 
 void setDictionaryForKey(REALobject instance, REALstring key, REALdictionary value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const CFDictionaryRef dictionary = NewNSDictionary(value);
     send<void, "setObject:forKey:">(wrapped(instance), dictionary, name);
@@ -134,7 +134,7 @@ void setDictionaryForKey(REALobject instance, REALstring key, REALdictionary val
 
 REALobjectArray arrayForKey(REALobject instance, REALstring key) {
   const REALarray array = REALCreateArray(kObjectElements, kEmptyUpperBound);
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     FillVariantArray(array, send<id, "arrayForKey:">(wrapped(instance), name));
   });
@@ -142,7 +142,7 @@ REALobjectArray arrayForKey(REALobject instance, REALstring key) {
 }
 
 void setArrayForKey(REALobject instance, REALstring key, REALobjectArray values) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const id list = newList(reinterpret_cast<REALarray>(values), variantAt, GetVariantAsNSObject);
     send<void, "setObject:forKey:">(wrapped(instance), list, name);

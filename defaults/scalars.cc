@@ -23,7 +23,7 @@ CFURLRef autoreleasedURL(REALstring text) {
 extern "C" {
 
 std::int32_t integerForKey(REALobject instance, REALstring key) {
-  return guarded<std::int32_t>([&] {
+  return guarded<std::int32_t>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const auto reply = send<NSInteger, "integerForKey:">(wrapped(instance), name);
     return static_cast<std::int32_t>(reply);
@@ -31,21 +31,21 @@ std::int32_t integerForKey(REALobject instance, REALstring key) {
 }
 
 void setIntegerForKey(REALobject instance, REALstring key, std::int32_t value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     send<void, "setInteger:forKey:">(wrapped(instance), NSInteger{value}, name);
   });
 }
 
 float floatForKey(REALobject instance, REALstring key) {
-  return guarded<float>([&] {
+  return guarded<float>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     return send<float, "floatForKey:">(wrapped(instance), name);
   });
 }
 
 void setFloatForKey(REALobject instance, REALstring key, float value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     send<void, "setFloat:forKey:">(wrapped(instance), value, name);
   });
@@ -53,7 +53,7 @@ void setFloatForKey(REALobject instance, REALstring key, float value) {
 
 // Older Foundations have no messages for doubles: singles stand in for them, in silence.
 double doubleForKey(REALobject instance, REALstring key) {
-  return guarded<double>([&]() -> double {
+  return guarded<double>([=]() -> double {
     const CFStringRef name = autoreleasedCFString(key);
     NSUserDefaults* const defaults = wrapped(instance);
     if (respondsTo<"doubleForKey:">(defaults)) return send<double, "doubleForKey:">(defaults, name);
@@ -62,7 +62,7 @@ double doubleForKey(REALobject instance, REALstring key) {
 }
 
 void setDoubleForKey(REALobject instance, REALstring key, double value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     NSUserDefaults* const defaults = wrapped(instance);
     if (respondsTo<"setDouble:forKey:">(defaults)) {
@@ -75,21 +75,21 @@ void setDoubleForKey(REALobject instance, REALstring key, double value) {
 
 // The byte goes through unchanged, both ways: nothing is made 0 or 1.
 HostBoolean boolForKey(REALobject instance, REALstring key) {
-  return guarded<HostBoolean>([&] {
+  return guarded<HostBoolean>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     return static_cast<HostBoolean>(send<BOOL, "boolForKey:">(wrapped(instance), name));
   });
 }
 
 void setBoolForKey(REALobject instance, REALstring key, HostBoolean value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     send<void, "setBool:forKey:">(wrapped(instance), static_cast<BOOL>(value), name);
   });
 }
 
 REALstring stringForKey(REALobject instance, REALstring key) {
-  return guarded<REALstring>([&] {
+  return guarded<REALstring>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     return CFString2RBString(send<CFStringRef, "stringForKey:">(wrapped(instance), name));
   });
@@ -97,7 +97,7 @@ REALstring stringForKey(REALobject instance, REALstring key) {
 
 // An empty text is a null host string, so it goes out as a nil object.
 void setStringForKey(REALobject instance, REALstring key, REALstring value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const CFStringRef text = autoreleasedCFString(value);
     send<void, "setObject:forKey:">(wrapped(instance), text, name);
@@ -105,7 +105,7 @@ void setStringForKey(REALobject instance, REALstring key, REALstring value) {
 }
 
 REALstring URLForKey(REALobject instance, REALstring key) {
-  return guarded<REALstring>([&] {
+  return guarded<REALstring>([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const auto url = send<CFURLRef, "URLForKey:">(wrapped(instance), name);
     return CFString2RBString(send<CFStringRef, "absoluteString">(url));
@@ -113,7 +113,7 @@ REALstring URLForKey(REALobject instance, REALstring key) {
 }
 
 void setURLForKey(REALobject instance, REALstring key, REALstring value) {
-  guarded([&] {
+  guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
     const CFURLRef url = autoreleasedURL(value);
     send<void, "setURL:forKey:">(wrapped(instance), url, name);

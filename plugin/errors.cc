@@ -60,7 +60,7 @@ void raiseAndLeave(const char* className, const char* message) {
 }
 
 void reportNativeException(id exception) {
-  if (exception == nullptr || exception == nothingToTell()) return;
+  if (exception == nothingToTell()) return;
   if (!isInstanceOf<"NSException">(exception)) objc_exception_throw(exception);
   writeToSystemLog(exception);
   const auto hostException =

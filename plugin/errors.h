@@ -40,7 +40,7 @@ void RaiseException(const char* className, const char* message, std::uint32_t er
 
 /// Tells the host about a native exception that left a method: a log line, then the host exception
 /// that the family makes of it, if it makes one. What is no NSException is thrown on.
-/// @param exception nullable: null does nothing.
+/// @param exception not null.
 void reportNativeException(id exception);
 
 /// The native exception guard around the body of a method that the host calls: gives back the
@@ -49,11 +49,16 @@ void reportNativeException(id exception);
 template <class R = void, class Body>
 inline R guarded(Body body) {
   if constexpr (std::is_void_v<R>) {
-    reportNativeException(catching(body));
+    if (const id thrown = catching(body)) reportNativeException(thrown);
   } else {
-    R result{};
-    reportNativeException(catching([&] { result = body(); }));
-    return result;
+    // In one piece: what the guard hands on is one address.
+    struct {
+      Body body;
+      R result;
+      void operator()() { result = body(); }
+    } call{body, R{}};
+    if (const id thrown = catching(call)) reportNativeException(thrown);
+    return call.result;
   }
 }
 

@@ -56,27 +56,8 @@ REALstring throughBuffer(CFStringRef string, char* buffer, std::int32_t size) {
   return buildString(buffer, kCFStringEncodingUTF8);
 }
 
-}  // namespace
-
-CFStringRef RBString2CFString(REALstring string) {
-  if (string == nullptr) return nullptr;
-  const CFStringRef converted = convertedByHost(string);
-  if (converted != nullptr) return converted;
-
-  CFStringEncoding encoding = REALGetStringEncoding(string);
-  if (encoding == kNoEncoding) encoding = kCFStringEncodingMacRoman;
-  return rbversion < kFirstWithOpaqueStrings ? fromOlderRecord(string, encoding)
-                                             : fromStringData(string, encoding);
-}
-
-REALstring CFString2RBString(CFStringRef string) {
-  if (string == nullptr) return nullptr;
-  const auto length = static_cast<std::int32_t>(CFStringGetLength(string));
-  if (length <= 0) return nullptr;
-  if (length <= kShortText) {
-    char buffer[kShortBuffer] = {};
-    return throughBuffer(string, buffer, kShortBuffer - 1);
-  }
+// A text that is too long for the stack. Out of line, as what few texts need.
+[[gnu::noinline]] REALstring throughHeap(CFStringRef string, std::int32_t length) {
   // A signed 32-bit size, deliberately: what wraps around to nothing sensible is refused.
   const auto size = static_cast<std::int32_t>(static_cast<std::uint32_t>(length) * kBytesPerUnit);
   if (size < 1) return nullptr;
@@ -84,6 +65,32 @@ REALstring CFString2RBString(CFStringRef string) {
   if (buffer == nullptr) return nullptr;
   return withCleanup([&] { return throughBuffer(string, buffer, size); },
                      [&] { std::free(buffer); });
+}
+
+// What stands in for the host's own conversion. Out of line: nearly every text is converted by the
+// host, and is not to pay for what this needs.
+[[gnu::noinline]] CFStringRef convertedHere(REALstring string) {
+  CFStringEncoding encoding = REALGetStringEncoding(string);
+  if (encoding == kNoEncoding) encoding = kCFStringEncodingMacRoman;
+  return rbversion < kFirstWithOpaqueStrings ? fromOlderRecord(string, encoding)
+                                             : fromStringData(string, encoding);
+}
+
+}  // namespace
+
+CFStringRef RBString2CFString(REALstring string) {
+  if (string == nullptr) return nullptr;
+  const CFStringRef converted = convertedByHost(string);
+  return converted != nullptr ? converted : convertedHere(string);
+}
+
+REALstring CFString2RBString(CFStringRef string) {
+  if (string == nullptr) return nullptr;
+  const auto length = static_cast<std::int32_t>(CFStringGetLength(string));
+  if (length <= 0) return nullptr;
+  if (length > kShortText) return throughHeap(string, length);
+  char buffer[kShortBuffer] = {};
+  return throughBuffer(string, buffer, kShortBuffer - 1);
 }
 
 }  // namespace zel

@@ -42,10 +42,7 @@ class HostFunctionCache<LookUp, R(Arguments...)> {
   constexpr explicit HostFunctionCache(const char* name) : name_(name) {}
 
   /// The function, or null while the host doesn't know the name.
-  EntryPoint find() {
-    if (entry_ == nullptr) entry_ = reinterpret_cast<EntryPoint>(LookUp(name_));
-    return entry_;
-  }
+  EntryPoint find() { return entry_ != nullptr ? entry_ : lookUp(); }
 
   /// Calls the function; R{} when the host lacks it.
   R operator()(Arguments... arguments) {
@@ -54,6 +51,11 @@ class HostFunctionCache<LookUp, R(Arguments...)> {
   }
 
  private:
+  // Out of line: it happens once, and what stands at every use is to be small.
+  [[gnu::noinline]] EntryPoint lookUp() {
+    return entry_ = reinterpret_cast<EntryPoint>(LookUp(name_));
+  }
+
   EntryPoint entry_ = nullptr;
   const char* name_;
 };

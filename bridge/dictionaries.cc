@@ -75,9 +75,7 @@ void copyEntries(CFDictionaryRef source, REALobject target, Nesting nesting) {
 
 // --- host to native
 
-id orNull(id object) {
-  return object != nullptr ? object : send<id, "null">(classNamed<"NSNull">());
-}
+id orNull(id object) { return object != nullptr ? object : nullObject(); }
 
 void addEntry(REALobject source, std::int32_t index, id target, Nesting nesting) {
   REALobject key = nullptr;

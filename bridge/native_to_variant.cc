@@ -13,6 +13,9 @@
 #include "plugin/references.h"
 
 namespace zel {
+
+constinit ClassMemory<NativeKind> KnownKinds;
+
 namespace {
 
 // A row of a table in which text decides.
@@ -24,7 +27,8 @@ struct Encoded {
 template <std::size_t Count>
 const Encoded* find(const Encoded (&rows)[Count], const char* encoding) {
   for (const Encoded& row : rows) {
-    if (std::strcmp(row.encoding, encoding) == 0) return &row;
+    // Most rows differ in the first character, and then no function is called.
+    if (row.encoding[0] == encoding[0] && std::strcmp(row.encoding, encoding) == 0) return &row;
   }
   return nullptr;
 }
@@ -166,18 +170,13 @@ REALobject fromClass(id object) {
 
 // --- the order of tests, which is part of the design: a number is a value too
 
-struct Kind {
-  bool (*matches)(Object*);
-  REALobject (*convert)(id, Nesting);
-};
-
 // For what has nothing in it.
 template <REALobject (*Convert)(id)>
 REALobject flat(id object, Nesting /*nesting*/) {
   return Convert(object);
 }
 
-constexpr Kind kKinds[] = {
+constexpr NativeKind kKinds[] = {
     {isKindOf<"NSArray", Object>, fromArray},
     {isKindOf<"NSString", Object>, flat<fromString>},
     {isKindOf<"NSData", Object>, flat<fromData>},
@@ -186,17 +185,26 @@ constexpr Kind kKinds[] = {
     {isKindOf<"NSDictionary", Object>, fromDictionary},
     {isKindOf<"NSURL", Object>, flat<fromURL>},
     {isKindOf<"NSValue", Object>, flat<fromValue>},
-    {isWrapper, flat<unwrapped>},
 };
+
+// The kind of an object, or null: remembered, or found by the tests.
+const NativeKind* kindOf(id object) {
+  Class* const itsClass = classOf(object);
+  if (const NativeKind* const known = KnownKinds.rowOf(itsClass)) return known;
+  for (const NativeKind& kind : kKinds) {
+    if (!kind.matches(object)) continue;
+    KnownKinds.remember(itsClass, kind);
+    return &kind;
+  }
+  return nullptr;
+}
 
 }  // namespace
 
 REALobject NewVariantFromNSObject(id object, Nesting nesting) {
-  if (object == nullptr || object == send<id, "null">(classNamed<"NSNull">())) return nullptr;
-  for (const Kind& kind : kKinds) {
-    if (kind.matches(object)) return kind.convert(object, nesting);
-  }
-  return fromClass(object);
+  if (object == nullptr || object == nullObject()) return nullptr;
+  if (const NativeKind* const kind = kindOf(object)) return kind->convert(object, nesting);
+  return isWrapper(object) ? unwrapped(object) : fromClass(object);
 }
 
 void FillVariantArray(REALarray array, id list, Nesting nesting) {

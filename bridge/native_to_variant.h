@@ -1,11 +1,21 @@
 // Any native object as a host value.
 #pragma once
 
+#include "bridge/class_memory.h"
 #include "bridge/nesting.h"
 #include "native/objc.h"
 #include "plugin/handles.h"
 
 namespace zel {
+
+/// A kind of native objects, and what they become.
+struct NativeKind {
+  bool (*matches)(Object*);
+  REALobject (*convert)(id, Nesting);
+};
+
+/// The kinds of the classes whose objects have been converted.
+extern ClassMemory<NativeKind> KnownKinds;
 
 /// A host value of a native object, which is only borrowed, with one reference for the caller: a
 /// Variant of a string, number or boolean, an array, Date, MemoryBlock, FolderItem or Dictionary,

@@ -104,8 +104,8 @@ ClassRecord& Runtime::addClass(const std::string& name, const std::string& super
   return added;
 }
 
-Implementation findMethod(const Instance& receiver, zel::SEL selector) {
-  for (const ClassRecord* level = receiver.isa; level != nullptr; level = level->superClass) {
+Implementation findMethod(const ClassRecord& isa, zel::SEL selector) {
+  for (const ClassRecord* level = &isa; level != nullptr; level = level->superClass) {
     const auto added = level->addedMethods.find(selector);
     if (added != level->addedMethods.end()) return added->second;
     if (level->hidden.count(selector) != 0) return nullptr;
@@ -113,6 +113,10 @@ Implementation findMethod(const Instance& receiver, zel::SEL selector) {
     if (method != level->methods.end()) return method->second;
   }
   return nullptr;
+}
+
+Implementation findMethod(const Instance& receiver, zel::SEL selector) {
+  return findMethod(*receiver.isa, selector);
 }
 
 bool isKindOf(const Instance& object, const ClassRecord& wanted) {
@@ -156,6 +160,10 @@ Class* objc_lookUpClass(const char* name) {
 Class* class_getSuperclass(Class* subclass) {
   return foundation_double::objc::handle<Class*>(
       foundation_double::objc::classRecord(subclass).superClass);
+}
+
+void (*class_getMethodImplementation(Class* owner, SEL selector))() {
+  return findMethod(foundation_double::objc::classRecord(owner), selector);
 }
 
 Class* objc_getMetaClass(const char* className) {

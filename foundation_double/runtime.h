@@ -91,6 +91,8 @@ class Runtime {
 
 /// The method that the receiver answers the message with, or null.
 Implementation findMethod(const Instance& receiver, zel::SEL selector);
+/// The same for objects of the class.
+Implementation findMethod(const ClassRecord& isa, zel::SEL selector);
 /// Whether the object is of that class or of a subclass.
 bool isKindOf(const Instance& object, const ClassRecord& wanted);
 /// Whether the defaults store takes the object.

@@ -103,4 +103,11 @@ void NSLog(CFStringRef format, ...);
 CFStringRef zelFoundationConstant(const char* name);
 }
 
+/// The NSNull, the one object that stands for nothing in lists and dictionaries; not owned.
+inline id nullObject() {
+  static id found = nullptr;
+  if (found == nullptr) found = send<id, "null">(classNamed<"NSNull">());
+  return found;
+}
+
 }  // namespace zel

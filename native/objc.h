@@ -80,6 +80,15 @@ inline bool isInstanceOf(Object* object) {
   return level != nullptr;
 }
 
+/// Whether objects of the class answer the message with NSObject's own method. @param owner not
+/// nil.
+template <Name Text>
+inline bool inheritsFromRoot(Class* owner) {
+  Class* const root = classNamed<"NSObject">();
+  return root != nullptr && class_getMethodImplementation(owner, selector<Text>()) ==
+                                class_getMethodImplementation(root, selector<Text>());
+}
+
 /// Adds a reference, which the caller owns from here on.
 template <class Native>
 [[nodiscard]] inline Native* retained(Native* object) {

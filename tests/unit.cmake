@@ -17,6 +17,7 @@ zel_add_tests(unit_tests
     bridge/strings_test.cc
     bridge/strings_to_host_test.cc
     bridge/string_data_test.cc
+    bridge/class_memory_test.cc
     bridge/data_test.cc
     bridge/dates_test.cc
     bridge/files_test.cc

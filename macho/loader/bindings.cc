@@ -64,6 +64,7 @@ const Row kRows[] = {
     {"_object_getClassName", addressOf(zel::object_getClassName), asItIs},
     {"_objc_getMetaClass", addressOf(zel::objc_getMetaClass), asItIs},
     {kAddMethod, addressOf(addMethod), asItIs},
+    {"_class_getMethodImplementation", addressOf(zel::class_getMethodImplementation), asItIs},
     {"_class_getSuperclass", addressOf(zel::class_getSuperclass), asItIs},
     {"_sel_registerName", addressOf(zel::sel_registerName), asItIs},
     // Foundation and Core Foundation

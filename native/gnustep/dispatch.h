@@ -21,6 +21,9 @@ void (*objc_msg_lookup(void* receiver, SEL selector))();
 Class* objc_lookUpClass(const char* name);
 /// The super class, not owned, or null for a class without one.
 Class* class_getSuperclass(Class* subclass);
+/// What objects of the class answer the message with: a function that is only ever compared, not
+/// called. It's the same for classes that inherit it. @param owner not nil.
+void (*class_getMethodImplementation(Class* owner, SEL selector))();
 /// The name of the object's class; of a class, its own name. Not owned. @param object not nil.
 const char* object_getClassName(void* object);
 }

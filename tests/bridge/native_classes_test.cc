@@ -77,6 +77,62 @@ TEST_F(NativeClassesTest, TheKindThatFitsDecides) {
   }
 }
 
+// How often a message of the class was sent.
+long sent(const Lines& messages, const std::string& message) {
+  return std::count(messages.begin(), messages.end(), message);
+}
+
+TEST_F(NativeClassesTest, TheKindOfAClassIsAskedForOnce) {
+  foundation.clearRecords();
+  EXPECT_EQ(toHost(foundation.number("i", 7)), "Int32 7");
+  // It is no list, no text and no data, but a number.
+  EXPECT_EQ(sent(foundation.messages(), "-[NSNumber isKindOfClass:]"), 4);
+  foundation.clearRecords();
+  EXPECT_EQ(toHost(foundation.number("i", 8)), "Int32 8");
+  EXPECT_EQ(sent(foundation.messages(), "-[NSNumber isKindOfClass:]"), 0);
+}
+
+TEST_F(NativeClassesTest, ObjectsThatAnswerForThemselvesAreAskedEachTime) {
+  foundation.addClass("Anything", "NSObject");
+  foundation.addMethod("Anything", "isKindOfClass:", [](id, SEL, Class* kind) -> BOOL {
+    asked.emplace_back(object_getClassName(kind));
+    return asked.back() == firstKind ? 1 : 0;
+  });
+  foundation.addMethod("Anything", "objCType", [](id, SEL) -> const char* { return "?"; });
+  foundation.addMethod("Anything", "absoluteString", [](id, SEL) -> id { return nullptr; });
+  const id object = foundation.object("Anything");
+  firstKind = "NSValue";
+  EXPECT_EQ(toHost(object), "nil");
+  EXPECT_EQ(asked.back(), "NSValue");
+  asked.clear();
+  // The same object says something else now.
+  firstKind = "";
+  EXPECT_EQ(toHost(object), "nil");
+  EXPECT_EQ(asked.size(), 8U);  // there is no wrappers' class to ask for
+}
+
+TEST_F(NativeClassesTest, WhatIsOfNoKindIsAskedEachTime) {
+  foundation.addClass("Anything", "NSObject");
+  const id object = foundation.object("Anything");
+  for (int turn = 0; turn < 2; ++turn) {
+    foundation.clearRecords();
+    EXPECT_EQ(toHost(object), "nil");
+    EXPECT_EQ(sent(foundation.messages(), "-[Anything isKindOfClass:]"), 8);
+  }
+  // For the family may define its class at any time.
+  foundation.addClass("ZELREALobjectWrapper", "NSObject");
+  foundation.clearRecords();
+  EXPECT_EQ(toHost(object), "nil");
+  EXPECT_EQ(sent(foundation.messages(), "-[Anything isKindOfClass:]"), 9);
+}
+
+TEST_F(NativeClassesTest, TheNSNullIsAskedForOnce) {
+  EXPECT_EQ(nullObject(), foundation.null());
+  foundation.clearRecords();
+  EXPECT_EQ(nullObject(), foundation.null());
+  EXPECT_EQ(foundation.messages(), Lines{});
+}
+
 TEST_F(NativeClassesTest, OnlyTheOneNSNullIsNothing) {
   foundation.addClass("SpecialNull", "NSNull");
   recordClassNames();

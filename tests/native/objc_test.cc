@@ -121,6 +121,21 @@ TEST_F(ObjcTest, AnObjectThatAnswersNothingIsToldToo) {
   object_dispose(mute);
 }
 
+TEST_F(ObjcTest, TellsWhatAnswersAsNSObjectDoes) {
+  const id list = send<id, "array">(zel::classNamed<"NSMutableArray">());
+  EXPECT_TRUE(zel::inheritsFromRoot<"isKindOfClass:">(zel::classOf(list)));
+  EXPECT_TRUE(zel::inheritsFromRoot<"isKindOfClass:">(zel::classNamed<"NSObject">()));
+  EXPECT_FALSE(zel::inheritsFromRoot<"description">(zel::classOf(list)));
+  // Proxies answer for what they stand for.
+  EXPECT_FALSE(zel::inheritsFromRoot<"isKindOfClass:">(zel::classNamed<"NSProxy">()));
+  EXPECT_FALSE(zel::inheritsFromRoot<"isKindOfClass:">(zel::classNamed<"NSDistantObject">()));
+}
+
+TEST_F(ObjcTest, TheNSNullIsThatOfFoundation) {
+  EXPECT_EQ(zel::nullObject(), (send<id, "null">(zel::lookUpClass("NSNull"))));
+  EXPECT_NE(zel::nullObject(), nullptr);
+}
+
 TEST_F(ObjcTest, ReferencesAreCounted) {
   id object = send<id, "new">(zel::classNamed<"NSObject">());
   EXPECT_EQ(referencesOf(object), 1);

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "bridge/dictionaries.h"
+#include "bridge/native_to_variant.h"
 #include "bridge/variant_to_native.h"
 #include "plugin/errors.h"
 #include "plugin/host.h"
@@ -32,6 +33,7 @@ void makePluginFresh() {
   zel::ExceptionsInitialized = false;
   zel::LastDictionary = nullptr;
   zel::EmptyText = nullptr;
+  zel::KnownKinds = {};
 #define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
   zel::wrapper = decltype(zel::wrapper){entryPoint};
 #define ARRAY_ROUTINE HOST_ROUTINE

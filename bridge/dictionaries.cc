@@ -47,52 +47,53 @@ REALobject valueOf(REALobject dictionary, REALobject key) {
   return LastDictionaryGetter == nullptr ? nullptr : LastDictionaryGetter(dictionary, key);
 }
 
-// --- native to host
-
-void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target, Nesting nesting) {
-  const id nativeValue = send<id, "objectForKey:">(source, nativeKey);
+// The entry that a conversion is at.
+struct HeldEntry {
   REALobject key = nullptr;
   REALobject value = nullptr;
-  withCleanup(
-      [&] {
-        key = NewVariantFromNSObject(nativeKey, nesting);
-        value = NewVariantFromNSObject(nativeValue, nesting);
-        setEntry(target, key, value);
-      },
-      [&] {
-        unlock(key);
-        unlock(value);
-      });
+  REALstring text = nullptr;  // held while one of the two is converted
+};
+
+void drop(HeldEntry& held) {
+  zel::drop(held.key);
+  zel::drop(held.value);
+  zel::drop(held.text);
+}
+
+// --- native to host
+
+void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target, Nesting nesting,
+               HeldEntry& held) {
+  const id nativeValue = send<id, "objectForKey:">(source, nativeKey);
+  held.key = NewVariantFromNSObject(nativeKey, nesting, held.text);
+  held.value = NewVariantFromNSObject(nativeValue, nesting, held.text);
+  setEntry(target, held.key, held.value);
+  drop(held);
 }
 
 void copyEntries(CFDictionaryRef source, REALobject target, Nesting nesting) {
   const id keys = send<id, "allKeys">(source);
   const auto count = send<NSUInteger, "count">(keys);
-  for (NSUInteger i = 0; i < count; ++i) {
-    copyEntry(source, send<id, "objectAtIndex:">(keys, i), target, nesting);
-  }
+  holding<HeldEntry>([=](HeldEntry& held) {
+    for (NSUInteger i = 0; i < count; ++i) {
+      copyEntry(source, send<id, "objectAtIndex:">(keys, i), target, nesting, held);
+    }
+  });
 }
 
 // --- host to native
 
 id orNull(id object) { return object != nullptr ? object : nullObject(); }
 
-void addEntry(REALobject source, std::int32_t index, id target, Nesting nesting) {
-  REALobject key = nullptr;
-  REALobject value = nullptr;
-  withCleanup(
-      [&] {
-        key = keyAt(source, index);
-        value = valueOf(source, key);
-        if (key == nullptr) return;
-        const id nativeKey = GetVariantAsNSObject(key, nesting);
-        const id nativeValue = GetVariantAsNSObject(value, nesting);
-        send<void, "setObject:forKey:">(target, orNull(nativeValue), orNull(nativeKey));
-      },
-      [&] {
-        unlock(key);
-        unlock(value);
-      });
+void addEntry(REALobject source, std::int32_t index, id target, Nesting nesting, HeldEntry& held) {
+  held.key = keyAt(source, index);
+  held.value = valueOf(source, held.key);
+  if (held.key != nullptr) {
+    const id nativeKey = GetVariantAsNSObject(held.key, nesting, held.text);
+    const id nativeValue = GetVariantAsNSObject(held.value, nesting, held.text);
+    send<void, "setObject:forKey:">(target, orNull(nativeValue), orNull(nativeKey));
+  }
+  drop(held);
 }
 
 }  // namespace
@@ -114,20 +115,24 @@ CFDictionaryRef NewNSDictionary(REALdictionary dictionary, Nesting nesting) {
   const id made = send<id, "dictionaryWithCapacity:">(classNamed<"NSMutableDictionary">(),
                                                       static_cast<NSUInteger>(count));
   if (made == nullptr) return nullptr;
-  for (std::int32_t i = 0; i < count; ++i) addEntry(source, i, made, inside);
+  holding<HeldEntry>([=](HeldEntry& held) {
+    for (std::int32_t i = 0; i < count; ++i) addEntry(source, i, made, inside, held);
+  });
   return reinterpret_cast<CFDictionaryRef>(made);
 }
 
 void FillStringArray(REALstringArray array, id items) {
   if (array == nullptr) return;
   const id enumerator = send<id, "objectEnumerator">(items);
-  std::int32_t index = 0;
-  while (const auto item = send<CFStringRef, "nextObject">(enumerator)) {
-    unlocking(CFString2RBString(item), [&](REALstring text) {
+  holding<REALstring>([=](REALstring& text) {
+    std::int32_t index = 0;
+    while (const auto item = send<CFStringRef, "nextObject">(enumerator)) {
+      text = CFString2RBString(item);
       REALInsertArrayValueString(reinterpret_cast<REALarray>(array), index, text);
-    });
-    ++index;
-  }
+      drop(text);
+      ++index;
+    }
+  });
 }
 
 }  // namespace zel

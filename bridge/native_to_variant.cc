@@ -40,28 +40,31 @@ REALobject asObject(Result* handle) {
 
 // --- lists, texts, data, dictionaries, addresses
 
-REALobject fromArray(id list, Nesting nesting) {
+REALobject fromArray(id list, Nesting nesting, REALstring& /*text*/) {
   const REALarray array = REALCreateArray(kObjectElements, kEmptyUpperBound);
   if (array == nullptr) return nullptr;
   return handingOver(asObject(array), [&](REALobject) { FillVariantArray(array, list, nesting); });
 }
 
-REALobject fromString(id object) {
-  return unlocking(CFString2RBString(reinterpret_cast<CFStringRef>(object)),
-                   [](REALstring text) { return REALNewVariantString(text); });
+REALobject fromString(id object, Nesting /*nesting*/, REALstring& text) {
+  text = CFString2RBString(reinterpret_cast<CFStringRef>(object));
+  const REALobject made = REALNewVariantString(text);
+  drop(text);
+  return made;
 }
 
 REALobject fromData(id object) { return asObject(NSDataRB(object)); }
 
-REALobject fromDictionary(id object, Nesting nesting) {
+REALobject fromDictionary(id object, Nesting nesting, REALstring& /*text*/) {
   return NSDictionaryRB(reinterpret_cast<CFDictionaryRef>(object), nesting);
 }
 
 // A file's address is a file; any other one is its text.
-REALobject fromURL(id object) {
+REALobject fromURL(id object, Nesting nesting, REALstring& text) {
   const auto url = reinterpret_cast<CFURLRef>(object);
   const REALfolderItem item = NSURLRBFile(url);
-  return item != nullptr ? asObject(item) : fromString(send<id, "absoluteString">(url));
+  if (item != nullptr) return asObject(item);
+  return fromString(send<id, "absoluteString">(url), nesting, text);
 }
 
 // --- numbers
@@ -172,18 +175,18 @@ REALobject fromClass(id object) {
 
 // For what has nothing in it.
 template <REALobject (*Convert)(id)>
-REALobject flat(id object, Nesting /*nesting*/) {
+REALobject flat(id object, Nesting /*nesting*/, REALstring& /*text*/) {
   return Convert(object);
 }
 
 constexpr NativeKind kKinds[] = {
     {isKindOf<"NSArray", Object>, fromArray},
-    {isKindOf<"NSString", Object>, flat<fromString>},
+    {isKindOf<"NSString", Object>, fromString},
     {isKindOf<"NSData", Object>, flat<fromData>},
     {isKindOf<"NSNumber", Object>, flat<fromNumber>},
     {isKindOf<"NSDate", Object>, flat<NSDateRB>},
     {isKindOf<"NSDictionary", Object>, fromDictionary},
-    {isKindOf<"NSURL", Object>, flat<fromURL>},
+    {isKindOf<"NSURL", Object>, fromURL},
     {isKindOf<"NSValue", Object>, flat<fromValue>},
 };
 
@@ -201,22 +204,31 @@ const NativeKind* kindOf(id object) {
 
 }  // namespace
 
-REALobject NewVariantFromNSObject(id object, Nesting nesting) {
+REALobject NewVariantFromNSObject(id object, Nesting nesting, REALstring& text) {
   if (object == nullptr || object == nullObject()) return nullptr;
-  if (const NativeKind* const kind = kindOf(object)) return kind->convert(object, nesting);
+  if (const NativeKind* const kind = kindOf(object)) return kind->convert(object, nesting, text);
   return isWrapper(object) ? unwrapped(object) : fromClass(object);
+}
+
+REALobject NewVariantFromNSObject(id object, Nesting nesting) {
+  REALstring text = nullptr;
+  return withCleanup([=, &text] { return NewVariantFromNSObject(object, nesting, text); },
+                     [&] { drop(text); });
 }
 
 void FillVariantArray(REALarray array, id list, Nesting nesting) {
   if (array == nullptr) return;
   const Nesting inside = nesting.deeper();
   const id enumerator = send<id, "objectEnumerator">(list);
-  std::int32_t index = 0;
-  while (const id element = send<id, "nextObject">(enumerator)) {
-    unlocking(NewVariantFromNSObject(element, inside),
-              [&](REALobject value) { REALInsertArrayValueObject(array, index, value); });
-    ++index;
-  }
+  holding<HeldElement<REALobject>>([=](HeldElement<REALobject>& held) {
+    std::int32_t index = 0;
+    while (const id element = send<id, "nextObject">(enumerator)) {
+      held.element = NewVariantFromNSObject(element, inside, held.text);
+      REALInsertArrayValueObject(array, index, held.element);
+      drop(held.element);
+      ++index;
+    }
+  });
 }
 
 }  // namespace zel

@@ -11,7 +11,7 @@ namespace zel {
 /// A kind of native objects, and what they become.
 struct NativeKind {
   bool (*matches)(Object*);
-  REALobject (*convert)(id, Nesting);
+  REALobject (*convert)(id, Nesting, REALstring& text);
 };
 
 /// The kinds of the classes whose objects have been converted.
@@ -23,6 +23,11 @@ extern ClassMemory<NativeKind> KnownKinds;
 /// NSNull, and for what has no host value. Native exceptions pass.
 /// @param nesting where the object stands; see there for one that is too deep.
 [[nodiscard]] REALobject NewVariantFromNSObject(id object, Nesting nesting = {});
+
+/// The same within a list or dictionary, which has one clean-up for all that it holds.
+/// @param text a place for a text that is held meanwhile: null before and afterwards. What a native
+///             exception leaves there is the caller's to drop.
+[[nodiscard]] REALobject NewVariantFromNSObject(id object, Nesting nesting, REALstring& text);
 
 /// Inserts the host values of a native list, in its order, into a host array of variants. What has
 /// no host value is inserted as null. Native exceptions pass.

@@ -42,7 +42,7 @@ id number(std::uint8_t boolean) {
 // null when that fails too.
 template <class T, auto& Routine, auto& Property, Name PropertyName>
 T valueOf(REALobject variant) {
-  if (Routine.find() != nullptr) return Routine(variant);
+  if (const auto routine = Routine.find()) return routine(variant);
   return propertyValue<T>(Property, variant, PropertyName.text);
 }
 
@@ -68,11 +68,12 @@ id emptyText() {
   return asNative(EmptyText);
 }
 
-id fromString(REALobject variant) {
-  const auto text =
-      valueOf<REALstring, GetVariantString, REALGetPropValueString, "StringValue">(variant);
+id fromString(REALobject variant, Nesting /*nesting*/, REALstring& text) {
+  text = valueOf<REALstring, GetVariantString, REALGetPropValueString, "StringValue">(variant);
   if (text == nullptr) return emptyText();
-  return unlocking(text, textOrNil);
+  const id native = textOrNil(text);
+  drop(text);
+  return native;
 }
 
 id dateOrNil(REALobject date) { return NewNSDate(reinterpret_cast<REALdate>(date)); }
@@ -87,13 +88,17 @@ id fromDate(REALobject variant) {
 
 struct Scalar {
   std::int32_t code;
-  id (*convert)(REALobject, Nesting);
+  id (*convert)(REALobject, Nesting, REALstring& text);
 };
 
 // For what has nothing in it.
 template <auto Convert, class Handle = REALobject>
-id flat(Handle value, Nesting /*nesting*/) {
+id flat(Handle value, Nesting /*nesting*/, REALstring& /*text*/) {
   return Convert(value);
+}
+
+id fromObject(REALobject object, Nesting nesting, REALstring& /*text*/) {
+  return fromHostObject(object, nesting);
 }
 
 constexpr auto fromInt32 =
@@ -106,11 +111,31 @@ constexpr auto fromDouble =
     fromNumber<double, GetVariantDouble, REALGetPropValueDouble, "DoubleValue">;
 
 constexpr Scalar kScalars[] = {
-    {2, flat<fromInt32>},   {16, flat<fromInt32>},  {3, flat<fromInt64>},    {4, flat<fromSingle>},
-    {5, flat<fromDouble>},  {6, flat<fromDouble>},  {11, flat<fromBoolean>}, {7, flat<fromDate>},
-    {8, flat<fromString>},  {18, flat<fromString>}, {19, flat<fromString>},  {20, flat<fromString>},
-    {21, flat<fromString>}, {23, flat<fromString>}, {9, fromHostObject},
+    {2, flat<fromInt32>},  {16, flat<fromInt32>}, {3, flat<fromInt64>},    {4, flat<fromSingle>},
+    {5, flat<fromDouble>}, {6, flat<fromDouble>}, {11, flat<fromBoolean>}, {7, flat<fromDate>},
+    {8, fromString},       {18, fromString},      {19, fromString},        {20, fromString},
+    {21, fromString},      {23, fromString},      {9, fromObject},
 };
+
+// The rows by their codes: every value of a list or dictionary is looked up here.
+struct Scalars {
+  static constexpr std::uint32_t kCodes = 24;
+  decltype(Scalar::convert) convert[kCodes] = {};
+};
+
+consteval Scalars byCode() {
+  Scalars table;
+  for (const Scalar& row : kScalars) table.convert[row.code] = row.convert;
+  return table;
+}
+
+constexpr Scalars kScalarsByCode = byCode();
+
+id fromScalar(REALobject value, std::int32_t type, Nesting nesting, REALstring& text) {
+  const auto code = static_cast<std::uint32_t>(type);  // a negative one is too large
+  const auto convert = code < Scalars::kCodes ? kScalarsByCode.convert[code] : nullptr;
+  return convert == nullptr ? nullptr : convert(value, nesting, text);
+}
 
 // --- arrays
 
@@ -133,67 +158,75 @@ T numberAt(REALarray array, std::int32_t index) {
 void add(id list, id object) { send<void, "addObject:">(list, object); }
 
 template <class T, auto& Read>
-void addNumberAt(id list, REALarray array, std::int32_t index, Nesting /*nesting*/) {
-  add(list, number(numberAt<T, Read>(array, index)));
+void addNumbers(id list, REALarray array, std::int32_t last, Nesting /*nesting*/) {
+  for (std::int32_t i = 0; i <= last; ++i) add(list, number(numberAt<T, Read>(array, i)));
 }
 
 // A native object may live only as long as the element that it comes from, so the element is held
 // until the list holds the object.
-template <class Handle, auto& Read, id (*Convert)(Handle, Nesting)>
-void addReferenceAt(id list, REALarray array, std::int32_t index, Nesting nesting) {
-  unlocking(heldElement<Handle>(array, index, readElement<Handle, Read>),
-            [=](Handle element) { add(list, Convert(element, nesting)); });
+template <class Handle, auto& Read, id (*Convert)(Handle, Nesting, REALstring& text)>
+void addReferences(id list, REALarray array, std::int32_t last, Nesting nesting) {
+  holding<HeldElement<Handle>>([=](HeldElement<Handle>& held) {
+    for (std::int32_t i = 0; i <= last; ++i) {
+      held.element = heldElement<Handle>(array, i, readElement<Handle, Read>);
+      add(list, Convert(held.element, nesting, held.text));
+      drop(held.element);
+    }
+  });
 }
 
 struct Element {
   std::int32_t code;
-  void (*addTo)(id list, REALarray, std::int32_t index, Nesting);
+  void (*addAll)(id list, REALarray, std::int32_t last, Nesting);
 };
 
 constexpr Element kElements[] = {
-    {4098, addNumberAt<std::int32_t, REALGetArrayValueInt32>},
-    {4099, addNumberAt<std::int64_t, REALGetArrayValueInt64>},
-    {4100, addNumberAt<float, REALGetArrayValueSingle>},
-    {4101, addNumberAt<double, REALGetArrayValueDouble>},
-    {4103, addReferenceAt<REALobject, REALGetArrayValueObject, flat<dateOrNil>>},
-    {4104, addReferenceAt<REALstring, REALGetArrayValueString, flat<textOrNil>>},
-    {4105, addReferenceAt<REALobject, REALGetArrayValueObject, GetVariantAsNSObject>},
-    {4107, addNumberAt<std::uint8_t, REALGetArrayValueUInt8>},
+    {4098, addNumbers<std::int32_t, REALGetArrayValueInt32>},
+    {4099, addNumbers<std::int64_t, REALGetArrayValueInt64>},
+    {4100, addNumbers<float, REALGetArrayValueSingle>},
+    {4101, addNumbers<double, REALGetArrayValueDouble>},
+    {4103, addReferences<REALobject, REALGetArrayValueObject, flat<dateOrNil>>},
+    {4104, addReferences<REALstring, REALGetArrayValueString, flat<textOrNil>>},
+    {4105, addReferences<REALobject, REALGetArrayValueObject, GetVariantAsNSObject>},
+    {4107, addNumbers<std::uint8_t, REALGetArrayValueUInt8>},
 };
 
-id fromArray(REALarray array, const Element& kind, Nesting nesting) {
-  const Nesting inside = nesting.deeper();
-  const id list = send<id, "array">(classNamed<"NSMutableArray">());
-  const std::int32_t last = REALGetArrayUBound(array);
-  for (std::int32_t i = 0; i <= last; ++i) kind.addTo(list, array, i, inside);
-  return list;
-}
-
 std::int32_t typeOf(REALobject value) {
-  if (GetVariantType.find() != nullptr) return GetVariantType(value);
+  if (const auto byHost = GetVariantType.find()) return byHost(value);
   return propertyValue<std::int32_t>(REALGetPropValueInt32, value, "Type");
 }
 
-template <class Row, std::size_t Count>
-const Row* find(const Row (&rows)[Count], std::int32_t code) {
-  for (const Row& row : rows) {
+const Element* findElement(std::int32_t code) {
+  for (const Element& row : kElements) {
     if (row.code == code) return &row;
   }
   return nullptr;
 }
 
+// Out of line: single values are not to pay for what this needs.
+[[gnu::noinline]] id fromArray(REALarray array, std::int32_t type, Nesting nesting) {
+  const Element* const kind = findElement(type);
+  if (kind == nullptr) return nullptr;
+  const Nesting inside = nesting.deeper();
+  const id list = send<id, "array">(classNamed<"NSMutableArray">());
+  const std::int32_t last = REALGetArrayUBound(array);
+  kind->addAll(list, array, last, inside);
+  return list;
+}
+
 }  // namespace
 
-id GetVariantAsNSObject(REALobject value, Nesting nesting) {
+id GetVariantAsNSObject(REALobject value, Nesting nesting, REALstring& text) {
   if (value == nullptr) return nullptr;
   const std::int32_t type = typeOf(value);
-  if (type > kFirstArray) {
-    const Element* const kind = find(kElements, type);
-    if (kind == nullptr) return nullptr;
-    return fromArray(reinterpret_cast<REALarray>(value), *kind, nesting);
-  }
-  const Scalar* const kind = find(kScalars, type);
-  return kind == nullptr ? nullptr : kind->convert(value, nesting);
+  if (type <= kFirstArray) return fromScalar(value, type, nesting, text);
+  return fromArray(reinterpret_cast<REALarray>(value), type, nesting);
+}
+
+id GetVariantAsNSObject(REALobject value, Nesting nesting) {
+  REALstring text = nullptr;
+  return withCleanup([=, &text] { return GetVariantAsNSObject(value, nesting, text); },
+                     [&] { drop(text); });
 }
 
 }  // namespace zel

@@ -17,4 +17,9 @@ extern CFStringRef EmptyText;
 /// @param nesting where the value stands; see there for one that is too deep.
 id GetVariantAsNSObject(REALobject value, Nesting nesting = {});
 
+/// The same within a list or dictionary, which has one clean-up for all that it holds.
+/// @param text a place for a text that is held meanwhile: null before and afterwards. What a native
+///             exception leaves there is the caller's to drop.
+id GetVariantAsNSObject(REALobject value, Nesting nesting, REALstring& text);
+
 }  // namespace zel

@@ -25,27 +25,30 @@ REALobject variantAt(REALarray array, std::int32_t index) {
   return REALGetArrayObject(reinterpret_cast<REALobjectArray>(array), index);
 }
 
-id asText(REALstring string, Nesting /*nesting*/) {
+id asText(REALstring string, Nesting /*nesting*/, REALstring& /*text*/) {
   return reinterpret_cast<id>(const_cast<CFStringObject*>(autoreleasedCFString(string)));
 }
 
 // An autoreleased NSMutableArray of a host array; nil for null. Elements that are null or can't be
 // converted are left out. A native object may live only as long as the element that it comes from,
 // so the element is held until the list holds the object.
-template <class Handle>
-id newList(REALarray array, Handle (*read)(REALarray, std::int32_t),
-           id (*convert)(Handle, Nesting)) {
+template <class Handle, Handle (*Read)(REALarray, std::int32_t),
+          id (*Convert)(Handle, Nesting, REALstring& text)>
+id newList(REALarray array) {
   if (array == nullptr) return nullptr;
   const std::int32_t last = REALGetArrayUBound(array);
   const id list = send<id, "arrayWithCapacity:">(classNamed<"NSMutableArray">(),
                                                  static_cast<NSUInteger>(NSInteger{last} + 1));
   if (list == nullptr) return nullptr;
   const Nesting inside = Nesting().deeper();
-  for (std::int32_t i = 0; i <= last; ++i) {
-    unlocking(heldElement<Handle>(array, i, read), [=](Handle element) {
-      if (const id object = convert(element, inside)) send<void, "addObject:">(list, object);
-    });
-  }
+  holding<HeldElement<Handle>>([=](HeldElement<Handle>& held) {
+    for (std::int32_t i = 0; i <= last; ++i) {
+      held.element = heldElement<Handle>(array, i, Read);
+      const id object = Convert(held.element, inside, held.text);
+      if (object != nullptr) send<void, "addObject:">(list, object);
+      drop(held.element);
+    }
+  });
   return list;
 }
 
@@ -112,7 +115,7 @@ REALstringArray stringArrayForKey(REALobject instance, REALstring key) {
 void setStringArrayForKey(REALobject instance, REALstring key, REALstringArray values) {
   guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
-    const id list = newList(reinterpret_cast<REALarray>(values), stringAt, asText);
+    const id list = newList<REALstring, stringAt, asText>(reinterpret_cast<REALarray>(values));
     send<void, "setObject:forKey:">(wrapped(instance), list, name);
   });
 }
@@ -144,7 +147,8 @@ REALobjectArray arrayForKey(REALobject instance, REALstring key) {
 void setArrayForKey(REALobject instance, REALstring key, REALobjectArray values) {
   guarded([=] {
     const CFStringRef name = autoreleasedCFString(key);
-    const id list = newList(reinterpret_cast<REALarray>(values), variantAt, GetVariantAsNSObject);
+    const id list =
+        newList<REALobject, variantAt, GetVariantAsNSObject>(reinterpret_cast<REALarray>(values));
     send<void, "setObject:forKey:">(wrapped(instance), list, name);
   });
 }

@@ -35,12 +35,12 @@ template <class Body, class Cleanup>
 inline auto withCleanup(Body&& body, Cleanup&& cleanup) {
   using Result = std::invoke_result_t<Body>;
   if constexpr (std::is_void_v<Result>) {
-    withCleanup(
-        [&] {
-          body();
-          return true;
-        },
-        cleanup);
+    struct Context {
+      std::remove_reference_t<Body>* body;
+      std::remove_reference_t<Cleanup>* cleanup;
+    } context{&body, &cleanup};
+    zelFinally([](void* raw) { (*static_cast<Context*>(raw)->body)(); },
+               [](void* raw) { (*static_cast<Context*>(raw)->cleanup)(); }, &context);
   } else {
     struct Context {
       std::remove_reference_t<Body>* body;

@@ -34,6 +34,38 @@ inline auto unlocking(Handle held, Body body) {
   return withCleanup([&] { return body(held); }, [&] { unlock(held); });
 }
 
+/// Drops a reference and forgets it. @param held nullable; null afterwards.
+template <class Handle>
+inline void drop(Handle& held) {
+  const Handle dropped = held;
+  held = nullptr;
+  unlock(dropped);
+}
+
+/// What a loop over a list holds: the element that it is at, and a text that is held while that one
+/// is converted. Both are nullable.
+template <class Handle>
+struct HeldElement {
+  Handle element = nullptr;
+  REALstring text = nullptr;
+};
+
+/// Drops both.
+template <class Handle>
+inline void drop(HeldElement<Handle>& held) {
+  drop(held.element);
+  drop(held.text);
+}
+
+/// Runs the body with a place for the host references that a loop holds, one after the other. What
+/// is in it when the body ends is dropped, also when a native exception passes: one clean-up for
+/// the whole loop, because on some targets each is worth a call by itself.
+template <class Handle, class Body>
+inline void holding(Body&& body) {
+  Handle held{};
+  withCleanup([&] { body(held); }, [&] { drop(held); });
+}
+
 /// Runs the body with a new host object, then gives the object to the caller. When a native
 /// exception passes, its reference is dropped.
 template <class Body>

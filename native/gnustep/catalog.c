@@ -174,11 +174,17 @@ static bool isVolumeRoot(const struct Item* item) {
          (item->folder == NULL || item->folder->identity.device != item->identity.device);
 }
 
-static bool setPlace(struct Item* item, struct Item* folder, const char* path) {
+static bool setPath(struct Item* item, const char* path) {
+  if (item->path != NULL && isPath(item, path)) return true;
   char* const copy = strdup(path);
   if (copy == NULL) return false;
   free(item->path);
   item->path = copy;
+  return true;
+}
+
+static bool setPlace(struct Item* item, struct Item* folder, const char* path) {
+  if (!setPath(item, path)) return false;
   item->folder = folder;
   if (item->volume == 0 && isVolumeRoot(item)) item->volume = lastVolume--;
   return true;
@@ -301,6 +307,9 @@ static bool searchOldFolder(struct Item* item) {
   if (folder == NULL || !zelLocate(folder)) return false;
   return settleIn(item, folder->path, zelItemName(item)) || searchFolder(item, folder);
 }
+
+// No two items are one node at one path: what is there is this item.
+bool zelExists(struct Item* item) { return isAt(item, item->path) || zelLocate(item); }
 
 bool zelLocate(struct Item* item) {
   if (settle(item, item->path) || searchOldFolder(item) || searchKnownFolders(item)) return true;

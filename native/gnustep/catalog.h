@@ -41,6 +41,10 @@ struct Item* zelItemAtPath(const char* path);
 // folders, so a renamed item is always found and a moved one when its new folder is known.
 bool zelLocate(struct Item* item);
 
+// Whether zelLocate would find the item; its folder and path are left alone where it is still
+// there.
+bool zelExists(struct Item* item);
+
 // The item of that number, or null.
 struct Item* zelItemWithNumber(uint32_t number);
 

@@ -57,13 +57,14 @@ static OSErr found(struct Item* item, FSRef* ref, Boolean* isFolder) {
   return kNoError;
 }
 
-// The item of a reference, located.
-static OSErr referred(const FSRef* ref, struct Item** item) {
+// The item of a reference. What is told of its folders has to be up to date; that it exists, and
+// its own name, are known for less.
+static OSErr referred(const FSRef* ref, bool folders, struct Item** item) {
   struct Reference reference;
   memcpy(&reference, ref, sizeof reference);
   *item = reference.mark == ownMark() ? zelItemWithNumber(reference.number) : NULL;
   if (*item == NULL) return kBadReference;
-  if (!zelLocate(*item)) return codeOf(errno);
+  if (!(folders ? zelLocate(*item) : zelExists(*item))) return codeOf(errno);
   return kNoError;
 }
 
@@ -85,7 +86,8 @@ static void fillParent(const struct Item* item, FSRef* parent) {
 static OSErr catalogInfo(const FSRef* ref, uint32_t which, FSCatalogInfo* info, HFSUniStr255* name,
                          FSSpec* spec, FSRef* parent) {
   struct Item* item = NULL;
-  const OSErr error = referred(ref, &item);
+  const bool folders = info != NULL || spec != NULL || parent != NULL;
+  const OSErr error = referred(ref, folders, &item);
   if (error != kNoError) return error;
   if (name != NULL) {
     const int count = zelNameUnits(zelItemName(item), name->unicode, kNameUnits);
@@ -127,20 +129,26 @@ OSStatus FSPathMakeRef(const uint8_t* path, FSRef* ref, Boolean* isFolder) {
   return error;
 }
 
-static OSErr makePath(const FSRef* ref, char* path, uint32_t size) {
+static OSErr makePath(const FSRef* ref, char* path, uint32_t size, Boolean* isFolder) {
   struct Item* item = NULL;
-  const OSErr error = referred(ref, &item);
+  const OSErr error = referred(ref, true, &item);
   if (error != kNoError) return error;
   const size_t length = strlen(item->path);
   if (length >= size) return kPathTooLong;
   memcpy(path, item->path, length + 1);
+  *isFolder = item->isFolder;
   return kNoError;
 }
 
-OSStatus FSRefMakePath(const FSRef* ref, uint8_t* path, uint32_t size) {
+OSStatus zelPathOfRef(const FSRef* ref, uint8_t* path, uint32_t size, Boolean* isFolder) {
   if (ref == NULL || path == NULL) return kBadParameter;
   zelLockCatalog();
-  const OSErr error = makePath(ref, (char*)path, size);
+  const OSErr error = makePath(ref, (char*)path, size, isFolder);
   zelUnlockCatalog();
   return error;
+}
+
+OSStatus FSRefMakePath(const FSRef* ref, uint8_t* path, uint32_t size) {
+  Boolean isFolder = false;
+  return zelPathOfRef(ref, path, size, &isFolder);
 }

@@ -59,6 +59,9 @@ ZEL_EXPORT OSErr FSpMakeFSRef(const FSSpec* spec, FSRef* ref);
 ZEL_EXPORT OSStatus FSPathMakeRef(const uint8_t* path, FSRef* ref, Boolean* isFolder);
 ZEL_EXPORT OSStatus FSRefMakePath(const FSRef* ref, uint8_t* path, uint32_t size);
 
+// FSRefMakePath, and whether the item is a folder. Not exported.
+OSStatus zelPathOfRef(const FSRef* ref, uint8_t* path, uint32_t size, Boolean* isFolder);
+
 #ifdef __OBJC__
 ZEL_EXPORT CFURLRef CFURLCreateFromFSRef(CFAllocatorRef allocator, const FSRef* ref);
 ZEL_EXPORT Boolean CFURLGetFSRef(CFURLRef url, FSRef* ref);

@@ -6,7 +6,7 @@
 
 #include "native/gnustep/file_records.h"
 
-enum { kRoomForPath = 4096, kUtf8 = 0x08000100 };
+enum { kRoomForPath = 4096, kEscape = 3, kRoomForUrl = kEscape * kRoomForPath, kUtf8 = 0x08000100 };
 
 // --- the parts of a URL's text
 
@@ -15,7 +15,8 @@ struct Parts {
   const char* text;
   const char* path;
   const char* end;
-  bool isFile;  // of this machine
+  bool isFile;             // of this machine
+  char room[kRoomForUrl];  // for the text, if it fits
 };
 
 static bool isThisMachine(const char* authority, size_t length) {
@@ -27,7 +28,9 @@ static bool isThisMachine(const char* authority, size_t length) {
 // Splits the text of a URL that has a scheme and a path from a root; false for any other.
 static bool split(NSURL* url, struct Parts* parts) {
   static const char kFile[] = "file:";
-  parts->text = [[url absoluteString] UTF8String];
+  NSString* const text = [url absoluteString];
+  const bool fits = CFStringGetCString(text, parts->room, sizeof parts->room, kUtf8);
+  parts->text = fits ? parts->room : [text UTF8String];
   if (parts->text == NULL) return false;
   const char* next = parts->text + strcspn(parts->text, ":/?#");
   if (next[0] != ':' || next == parts->text) return false;
@@ -84,31 +87,44 @@ static bool unescape(const char* from, const char* end, char* bytes, size_t size
   return true;
 }
 
-// Appends the bytes to a URL's text. A slash is escaped where it is no separator.
-static void appendEscaped(NSMutableString* text, const char* bytes, bool isPath) {
-  static const char kPlain[] =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,=:@";
+static bool isPlain(char byte) {
+  const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+  return isLetter || (byte >= '0' && byte <= '9') || strchr("-._~!$&'()*+,=:@", byte) != NULL;
+}
+
+// Writes the bytes as a part of a URL's text, and a zero; gives back where that stands. A slash is
+// escaped where it is no separator. There is room for three characters for each byte.
+static char* escape(char* text, const char* bytes, bool isPath) {
+  static const char kDigits[] = "0123456789ABCDEF";
   for (; *bytes != 0; ++bytes) {
-    const bool plain = strchr(kPlain, *bytes) != NULL || (isPath && *bytes == '/');
-    [text appendFormat:plain ? @"%c" : @"%%%02X", (unsigned char)*bytes];
+    const unsigned char byte = (unsigned char)*bytes;
+    if (isPlain(*bytes) || (isPath && *bytes == '/')) {
+      *text++ = *bytes;
+    } else {
+      *text++ = '%';
+      *text++ = kDigits[byte >> 4];
+      *text++ = kDigits[byte & 0xF];
+    }
   }
+  *text = 0;
+  return text;
 }
 
 // --- file references
 
 CFURLRef CFURLCreateFromFSRef(CFAllocatorRef allocator, const FSRef* ref) {
   (void)allocator;
+  static const char kScheme[] = "file://";
   uint8_t path[kRoomForPath];
-  FSRef again;
+  char text[sizeof kScheme + kRoomForUrl + 1] = "file://";
   Boolean isFolder = false;
-  if (FSRefMakePath(ref, path, sizeof path) != kNoError ||
-      FSPathMakeRef(path, &again, &isFolder) != kNoError) {
-    return nil;
-  }
-  NSMutableString* const text = [NSMutableString stringWithString:@"file://"];
-  appendEscaped(text, (const char*)path, true);
-  if (isFolder && path[1] != 0) [text appendString:@"/"];
-  return [[NSURL alloc] initWithString:text];
+  if (zelPathOfRef(ref, path, sizeof path, &isFolder) != kNoError) return nil;
+  char* const end = escape(text + sizeof kScheme - 1, (const char*)path, true);
+  if (isFolder && path[1] != 0) memcpy(end, "/", sizeof "/");
+  NSString* const string = [[NSString alloc] initWithUTF8String:text];
+  NSURL* const url = [[NSURL alloc] initWithString:string];
+  [string release];
+  return url;
 }
 
 Boolean CFURLGetFSRef(CFURLRef url, FSRef* ref) {
@@ -142,9 +158,11 @@ CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef allocator, CFURLRe
   char name[kRoomForPath];
   if (!split(url, &parts) || !CFStringGetCString(component, name, sizeof name, kUtf8)) return nil;
   if ([component lengthOfBytesUsingEncoding:NSUTF8StringEncoding] != strlen(name)) return nil;
+  char escaped[kRoomForUrl + 1];
+  escape(escaped, name, false);
   NSMutableString* const path = textBetween(parts.path, parts.end);
   if (![path hasSuffix:@"/"]) [path appendString:@"/"];
-  appendEscaped(path, name, false);
+  [path appendString:[NSString stringWithUTF8String:escaped]];
   if (isFolder) [path appendString:@"/"];
   return withPath(&parts, path);
 }

@@ -196,6 +196,17 @@ TEST_F(FileManagerTest, RenamedItemIsFound) {
   EXPECT_EQ(nodeOf(at("after")), nodeOf(at("after")));
 }
 
+TEST_F(FileManagerTest, RenamedItemHasItsNewNameWhateverElseIsAsked) {
+  const FSRef ref = refOf(file("old"));
+  fs::rename(at("old"), at("new"));
+  EXPECT_EQ(nameOf(ref), u"new");
+  fs::rename(at("new"), at("newer"));
+  EXPECT_EQ(check(ref), zel::noErr);
+  EXPECT_EQ(nameOf(ref), u"newer");
+  fs::remove(at("newer"));
+  EXPECT_EQ(check(ref), kNotFound);
+}
+
 TEST_F(FileManagerTest, RenamedItemIsNotTakenForItsSuccessor) {
   const FSRef ref = refOf(file("name"));
   fs::rename(at("name"), at("moved"));

@@ -31,6 +31,13 @@ if(ZEL_PLATFORM STREQUAL "gnustep")
   set(zel_clearing $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-mmemset-strategy=libcall:-1:noalign>)
 endif()
 
+# For the sources whose functions a host calls. Some code for 32-bit macOS takes 16 bytes at once, and
+# a host may call with a stack of any alignment. What is called from there finds it aligned.
+set(zel_called_by_host)
+if(ZEL_MACOS_ARCH STREQUAL "i386")
+  set(zel_called_by_host -mstackrealign)
+endif()
+
 # Product code: nothing of the C++ runtime library.
 add_library(zel_product INTERFACE)
 target_link_libraries(zel_product INTERFACE zel_common)

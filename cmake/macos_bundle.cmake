@@ -58,8 +58,6 @@ add_custom_target(stand_ins DEPENDS ${zel_stand_ins_made})
 
 # --- the bundle
 
-# Not stripped: llvm-strip leaves zeros behind the last segment of a 32-bit file, which then can't be
-# signed any more, and it would break the signature that a file for arm64 already has.
 set(CMAKE_CXX_CREATE_SHARED_MODULE
   "${zel_link} -bundle -dead_strip <LINK_FLAGS> -o <TARGET> <OBJECTS> <LINK_LIBRARIES>")
 
@@ -79,6 +77,7 @@ function(zel_add_bundle name)
     PREFIX "" SUFFIX "" LINKER_LANGUAGE CXX LIBRARY_OUTPUT_DIRECTORY ${contents}/MacOS
     LINK_FLAGS "-exported_symbols_list ${zel_darwin}/exports.txt"
     LINK_DEPENDS "${zel_darwin}/exports.txt;${zel_stand_ins_made}")
+  zel_strip(${name})
   configure_file(${zel_darwin}/Info.plist.in ${contents}/Info.plist @ONLY)
   file(WRITE ${contents}/PkgInfo "BNDL????")
 endfunction()

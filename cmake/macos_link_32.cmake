@@ -38,3 +38,18 @@ function(zel_stand_in library version install_name)
     COMMENT "Making a stand-in for ${library}" VERBATIM)
   set_property(GLOBAL APPEND PROPERTY zel_stand_ins ${file}.dylib)
 endfunction()
+
+find_program(ZEL_MACOS_STRIP llvm-strip-14 REQUIRED)
+find_program(ZEL_MACOS_DUMP llvm-objdump-14 REQUIRED)
+
+# Takes the local symbols out of the finished bundle: two thirds of what the linker writes. The file
+# with all of them stays in the product folder, as NAME.full, for whoever has the addresses of a crash.
+function(zel_strip target)
+  set(full ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${target}.full)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/macos_strip_32.cmake)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${script})
+  add_custom_command(TARGET ${target} POST_BUILD BYPRODUCTS ${full} VERBATIM
+    COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${target}> ${full}
+    COMMAND ${CMAKE_COMMAND} -DFILE=$<TARGET_FILE:${target}> -DSTRIP=${ZEL_MACOS_STRIP}
+      -DDUMP=${ZEL_MACOS_DUMP} -P ${script})
+endfunction()

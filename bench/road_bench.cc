@@ -1,198 +1,288 @@
-// What a call through the plugin costs: the whole road (host string in, message, host value out)
-// beside the same work written directly in Objective-C. The host here is as lean as a host can be,
-// so that what is measured is the plugin.
-#include <array>
-#include <benchmark/benchmark.h>
+// What a call through the plugin costs beside the same work written directly in Objective-C. It
+// prints lines of cells that are divided by tabs, one for each thing measured; tools/bench makes
+// tables and pictures of them.
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <dlfcn.h>
+#include <ctime>
+#include <functional>
+#include <malloc.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "bench/counting.h"
 #include "bench/direct.h"
+#include "bench/plugin_side.h"
+#include "bench/roads.h"
 #include "host/store/private_store.h"
-#include "native/corefoundation.h"
-#include "plugin/handles.h"
-#include "plugin/records.h"
-
-struct zel::REALstringStruct {
-  std::string bytes;
-};
 
 namespace {
 
-using zel::REALclassDefinition;
-using zel::REALobject;
-using zel::REALstring;
+using bench::Bound;
+using bench::Road;
+using Arguments = std::vector<std::string>;
+using Body = void (*)();
 
-// --- the lean host
-
-const REALclassDefinition* registeredClass = nullptr;
-
-void announceVersion(std::int32_t /*version*/) {}
-double hostVersion() { return 2014.0; }
-
-void registerClass(REALclassDefinition* definition) {
-  definition->base.systemUse = zel::kInstanceDataOffset;
-  registeredClass = definition;
+// The exit status where nothing was counted: without valgrind that is no failure, with it it is.
+int notCounted() {
+  constexpr int kSkipped = 77;
+  return bench::hasValgrind() ? EXIT_FAILURE : kSkipped;
 }
 
-// Lives as long as the process.
-REALobject newInstance(const char* /*className*/) {
-  return static_cast<REALobject>(std::calloc(1, 64));
-}
+constexpr struct {
+  const char* name;
+  Body Road::*body;
+} kSides[] = {{"direct", &Road::direct}, {"plugin", &Road::plugin}};
 
-zel::CFStringRef nativeString(REALstring string, unsigned char /*flag*/) {
-  return zel::CFStringCreateWithCString(zel::kDefaultAllocator, string->bytes.c_str(),
-                                        zel::kCFStringEncodingUTF8);
-}
+// --- a number of calls, in a pool of their own
 
-REALstring buildString(const char* bytes, std::int32_t length) {
-  return new zel::REALstringStruct{std::string(bytes, static_cast<std::size_t>(length))};
-}
-
-void setEncoding(REALstring /*string*/, std::uint32_t /*encoding*/) {}
-
-template <class Function>
-void* entry(Function* function) {
-  return reinterpret_cast<void*>(function);
-}
-
-void* resolve(const char* name) {
-  static const struct {
-    std::string_view name;
-    void* function;
-  } kEntryPoints[] = {
-      {"RegisterPluginVersion", entry(announceVersion)}, {"REALGetRBVersion", entry(hostVersion)},
-      {"PluginRegisterClass", entry(registerClass)},     {"PluginNewInstance", entry(newInstance)},
-      {"REALGetStringCFString", entry(nativeString)},    {"REALBuildString", entry(buildString)},
-      {"REALSetStringEncoding", entry(setEncoding)},
-  };
-  for (const auto& row : kEntryPoints) {
-    if (row.name == name) return row.function;
-  }
-  return nullptr;
-}
-
-// --- the plugin
-
-template <class Function>
-Function* find(const void* list, std::int32_t count, std::string_view declaration) {
-  const auto* const methods = static_cast<const zel::REALmethodDefinition*>(list);
-  for (std::int32_t i = 0; i < count; ++i) {
-    if (methods[i].declaration == declaration)
-      return reinterpret_cast<Function*>(methods[i].function);
-  }
-  std::fprintf(stderr, "the plugin declares no %s\n", std::string(declaration).c_str());
-  std::exit(1);
-}
-
-template <class Function>
-Function* method(std::string_view declaration) {
-  return find<Function>(registeredClass->base.methods, registeredClass->base.methodCount,
-                        declaration);
-}
-
-void load(const char* path) {
-  void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) {
-    std::fprintf(stderr, "the plugin can't be loaded: %s\n", dlerror());
-    std::exit(1);
-  }
-  using Main = void (*)(void* (*)(const char*));
-  reinterpret_cast<Main>(dlsym(library, "REALPluginMain"))(resolve);
-}
-
-REALobject standardDefaults() {
-  const auto* const shared = registeredClass;
-  static const REALobject object =
-      find<REALobject()>(shared->base.sharedMethods, shared->base.sharedMethodCount,
-                         "standardUserDefaults as NSUserDefaultsZEL")();
-  return object;
-}
-
-// --- the roads
-
-const char* const kNumberKey = "launchCount";
-const char* const kTextKey = "lastDocument";
-zel::REALstringStruct numberKey{kNumberKey};
-zel::REALstringStruct textKey{kTextKey};
-zel::REALstringStruct textValue{"Grüße aus der Datei, die zuletzt offen war.txt"};
-
-// The pool is drained every so many calls, as a host does between two events.
-constexpr int kCallsPerPool = 256;
-
-template <class Call>
-void measure(benchmark::State& state, Call call) {
-  for (auto _ : state) {
-    void* const pool = directOpenPool();
-    for (int i = 0; i < kCallsPerPool; ++i) call();
-    directDrainPool(pool);
-  }
-  state.SetItemsProcessed(state.iterations() * kCallsPerPool);
-}
-
-void readIntegerDirectly(benchmark::State& state) {
-  measure(state, [] { benchmark::DoNotOptimize(directIntegerForKey(kNumberKey)); });
-}
-
-void readInteger(benchmark::State& state) {
-  const REALobject object = standardDefaults();
-  auto* const getter =
-      method<std::int32_t(REALobject, REALstring)>("integerForKey(key as string) as integer");
-  measure(state, [=] { benchmark::DoNotOptimize(getter(object, &numberKey)); });
-}
-
-void readTextDirectly(benchmark::State& state) {
-  measure(state, [] {
-    std::array<char, 601> buffer{};
-    const std::int32_t length = directStringForKey(kTextKey, buffer.data(), 600);
-    const REALstring text = buildString(buffer.data(), length);
-    benchmark::DoNotOptimize(text);
-    delete text;
-  });
-}
-
-void readText(benchmark::State& state) {
-  const REALobject object = standardDefaults();
-  auto* const getter =
-      method<REALstring(REALobject, REALstring)>("stringForKey(key as string) as string");
-  measure(state, [=] {
-    const REALstring text = getter(object, &textKey);
-    benchmark::DoNotOptimize(text);
-    delete text;
-  });
-}
-
-void prepareStore() {
+// Runs one more body before the pool drains.
+void call(
+    Body body, int times, const std::function<void()>& beforeDraining = [] {}) {
   void* const pool = directOpenPool();
-  const REALobject object = standardDefaults();
-  method<void(REALobject, REALstring, std::int32_t)>(
-      "setIntegerValue(key as string, value as integer)")(object, &numberKey, 42);
-  method<void(REALobject, REALstring, REALstring)>(
-      "setStringValue(key as string, value as string)")(object, &textKey, &textValue);
+  const std::size_t mark = leanMark();
+  for (int i = 0; i < times; ++i) body();
+  beforeDraining();
+  leanForgetSince(mark);
   directDrainPool(pool);
 }
 
-BENCHMARK(readIntegerDirectly);
-BENCHMARK(readInteger);
-BENCHMARK(readTextDirectly);
-BENCHMARK(readText);
+void prepare(const Road& road, std::int32_t entries) {
+  void* const pool = directOpenPool();
+  if (road.prepare != nullptr) road.prepare(entries);
+  directDrainPool(pool);
+}
+
+void begin(const std::string& plugin) {
+  bench::loadPlugin(plugin.c_str());
+  bench::prepareStore();
+}
+
+bool isLarge(const Road& road) { return road.entries > 1; }
+
+// A single call is small beside the pool around it, so there are several in one.
+int callsOf(const Road& road) { return isLarge(road) ? 2 : 64; }
+
+// --- instructions
+
+// Reads of single values are counted in every round of tests: it takes two seconds.
+bool isChecked(const Road& road) {
+  return road.bound.kind == Bound::Kind::added &&
+         std::string_view(road.family) != "data and files" &&
+         std::string_view(road.name).find("read") != std::string_view::npos;
+}
+
+bool isChosen(const Road& road, const std::string& choice) {
+  return choice == "all" || choice == road.name || (choice == "checked" && isChecked(road));
+}
+
+std::string nameOf(const Road& road, const char* side) {
+  return std::string(road.name) + " " + side;
+}
+
+// Under valgrind: PLUGIN CHOICE.
+int countInside(const Arguments& arguments) {
+  begin(arguments.at(0));
+  for (const Road& road : bench::roads()) {
+    if (!isChosen(road, arguments.at(1))) continue;
+    prepare(road, road.entries);
+    for (const auto& side : kSides) {
+      constexpr int kFirstCalls = 4;  // what is looked up once has been
+      call(road.*side.body, kFirstCalls);
+      bench::counted(nameOf(road, side.name), [&] { call(road.*side.body, callsOf(road)); });
+    }
+  }
+  return 0;
+}
+
+bool holds(const Bound& bound, double direct, double plugin) {
+  switch (bound.kind) {
+    case Bound::Kind::added:
+      return std::round(plugin - direct) <= bound.most;  // the pool's share isn't whole
+    case Bound::Kind::ratio:
+      return plugin <= bound.most * direct;
+    default:
+      return true;
+  }
+}
+
+std::string format(const Bound& bound) {
+  if (bound.kind == Bound::Kind::none) return "-";
+  char text[32];
+  const bool adds = bound.kind == Bound::Kind::added;
+  std::snprintf(text, sizeof text, adds ? "%+.0f" : "%.2fx", bound.most);
+  return text;
+}
+
+// Family, road, entries, instructions for each entry of a call directly and through the plugin, the
+// bound, and whether that is held.
+int count(const std::string& plugin, const std::string& choice) {
+  const bench::Counts counts = bench::countUnderValgrind({"--count-inside", plugin, choice});
+  if (counts.empty()) return notCounted();
+  int missed = 0;
+  for (const Road& road : bench::roads()) {
+    if (!isChosen(road, choice)) continue;
+    const double calls = static_cast<double>(callsOf(road)) * road.entries;
+    const double direct = counts.at(nameOf(road, "direct")) / calls;
+    const double through = counts.at(nameOf(road, "plugin")) / calls;
+    const bool held = holds(road.bound, direct, through);
+    if (!held) ++missed;
+    std::printf("%s\t%s\t%d\t%.1f\t%.1f\t%s\t%s\n", road.family, road.name, road.entries, direct,
+                through, format(road.bound).c_str(), held ? "held" : "missed");
+  }
+  return choice == "checked" && missed > 0 ? 1 : 0;
+}
+
+// --- start-up
+
+// Under valgrind: PLUGIN SIDE. From nothing to the first value.
+int startInside(const Arguments& arguments) {
+  const auto first = [&] {
+    if (arguments.at(1) == "plugin") {
+      bench::loadPlugin(arguments.at(0).c_str());
+      bench::standardDefaults();
+    } else {
+      directPrepare();
+    }
+    bench::readFirst(arguments.at(1) == "plugin");
+  };
+  void* const pool = directOpenPool();
+  bench::counted("start", first);
+  directDrainPool(pool);
+  return 0;
+}
+
+// Instructions directly and through the plugin.
+int start(const Arguments& arguments) {
+  double results[2] = {};
+  for (std::size_t i = 0; i < 2; ++i) {
+    const bench::Counts counts =
+        bench::countUnderValgrind({"--start-inside", arguments.at(0), kSides[i].name});
+    if (counts.empty()) return notCounted();
+    results[i] = counts.at("start");
+  }
+  std::printf("%.0f\t%.0f\n", results[0], results[1]);
+  return 0;
+}
+
+// --- time
+
+double processorSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+double median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+// Family, road, entries, nanoseconds of processor time for each entry, directly and through the
+// plugin: medians of turns that alternate, so that a machine whose speed drifts is fair to both.
+void timeRoad(const Road& road, std::int32_t entries, int turns) {
+  const int calls = isLarge(road) ? 1 : 256;
+  std::vector<double> seconds[2];
+  prepare(road, entries);
+  for (int turn = 0; turn < turns; ++turn) {
+    for (std::size_t i = 0; i < 2; ++i) {
+      const double before = processorSeconds();
+      call(road.*kSides[i].body, calls);
+      seconds[i].push_back(processorSeconds() - before);
+    }
+  }
+  const double scale = 1e9 / (static_cast<double>(calls) * entries);
+  std::printf("%s\t%s\t%d\t%.1f\t%.1f\n", road.family, road.name, entries,
+              median(seconds[0]) * scale, median(seconds[1]) * scale);
+  std::fflush(stdout);
+}
+
+int time(const Arguments& arguments) {
+  constexpr int kTurns = 15;
+  begin(arguments.at(0));
+  for (const Road& road : bench::roads()) timeRoad(road, road.entries, kTurns);
+  return 0;
+}
+
+// The same for the large values, from a thousand entries on: PLUGIN MOST.
+int grow(const Arguments& arguments) {
+  constexpr std::int32_t kFewest = 1000;
+  constexpr std::int32_t kManyEntries = 300'000;  // for so many, turns are long enough
+  constexpr int kFewestTurns = 3;
+  constexpr int kMostTurns = 31;
+  const std::int32_t most = std::atoi(arguments.at(1).c_str());
+  begin(arguments.at(0));
+  for (const Road& road : bench::roads()) {
+    if (std::string_view(road.family) != "large values" || road.entries != kFewest) continue;
+    for (std::int32_t entries = kFewest; entries <= most; entries *= 10) {
+      timeRoad(road, entries, std::clamp(kManyEntries / entries, kFewestTurns, kMostTurns));
+    }
+  }
+  return 0;
+}
+
+// --- memory
+
+double allocated() {
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
+}
+
+// Family, road, entries, and for each side the bytes for each entry that a call has taken before
+// the pool drains, and afterwards.
+void weighRoad(const Road& road) {
+  const int calls = isLarge(road) ? 1 : 100;
+  prepare(road, road.entries);
+  std::printf("%s\t%s\t%d", road.family, road.name, road.entries);
+  for (const auto& side : kSides) {
+    constexpr int kFirstTurns = 3;
+    for (int i = 0; i < kFirstTurns; ++i) call(road.*side.body, calls);
+    const double before = allocated();
+    double filled = 0;
+    call(road.*side.body, calls, [&] { filled = allocated(); });
+    const double scale = 1.0 / (static_cast<double>(calls) * road.entries);
+    std::printf("\t%.1f\t%.1f", (filled - before) * scale, (allocated() - before) * scale);
+  }
+  std::printf("\n");
+}
+
+int weigh(const Arguments& arguments) {
+  begin(arguments.at(0));
+  for (const Road& road : bench::roads()) weighRoad(road);
+  return 0;
+}
+
+// --- the command
+
+constexpr struct {
+  std::string_view name;
+  std::size_t arguments;
+  int (*run)(const Arguments&);
+} kModes[] = {
+    {"--count", 1, [](const Arguments& arguments) { return count(arguments[0], "all"); }},
+    {"--check", 1, [](const Arguments& arguments) { return count(arguments[0], "checked"); }},
+    {"--count-inside", 2, countInside},
+    {"--start", 1, start},
+    {"--start-inside", 2, startInside},
+    {"--time", 1, time},
+    {"--grow", 2, grow},
+    {"--memory", 1, weigh},
+};
 
 int run(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: %s PLUGIN [BENCHMARK OPTION ...]\n", argv[0]);
-    return 2;
+  const Arguments words(argv + 1, argv + argc);
+  for (const auto& mode : kModes) {
+    if (words.size() != mode.arguments + 1 || words[0] != mode.name) continue;
+    return mode.run(Arguments(words.begin() + 1, words.end()));
   }
-  load(argv[1]);
-  prepareStore();
-  argv[1] = argv[0];
-  int remaining = argc - 1;
-  benchmark::Initialize(&remaining, argv + 1);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
+  std::fprintf(stderr,
+               "usage: %s --count|--check|--start|--time|--memory PLUGIN\n"
+               "       %s --grow PLUGIN ENTRIES\n",
+               argv[0], argv[0]);
+  return 2;
 }
 
 }  // namespace

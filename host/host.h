@@ -142,7 +142,7 @@ class Host {
   /// Any value as a literal, in one line and down to the last element:
   ///   nil  true  Int32 7  Int64 7  UInt32 7  UInt64 7  Single 2.5  Double 2.5  "text"
   ///   ["a", nil]  {"key": Int32 1}  Date 2020-01-31 23:59:59  MemoryBlock 0102ff
-  ///   FolderItem /tmp/file  Variant(16) Int32 7  NSSizeZEL
+  ///   FolderItem /tmp/file  Currency 2.5  Color &cFF0000  Variant(13) Int32 7  NSSizeZEL
   /// Double quotes and backslashes in texts follow a backslash. "..." stands for a container inside
   /// of itself.
   [[nodiscard]] std::string describe(const Value& value) const;

@@ -60,6 +60,21 @@ std::ostream& operator<<(std::ostream& out, const Text& text) {
   return out << "Text(\"" << text.bytes << "\", 0x" << std::hex << text.encoding << std::dec << ")";
 }
 
+std::ostream& operator<<(std::ostream& out, const Currency& amount) {
+  constexpr std::uint64_t kUnit = 10000;
+  const bool negative = amount.tenThousandths < 0;
+  const auto size = negative ? 0 - static_cast<std::uint64_t>(amount.tenThousandths)
+                             : static_cast<std::uint64_t>(amount.tenThousandths);
+  std::string decimals = std::to_string(kUnit + size % kUnit).substr(1);
+  while (decimals.ends_with('0')) decimals.pop_back();
+  return out << (negative ? "-" : "") << size / kUnit << (decimals.empty() ? "" : ".") << decimals;
+}
+
+std::ostream& operator<<(std::ostream& out, const Color& color) {
+  return out << "&c" << std::hex << std::uppercase << std::setw(6) << std::setfill('0') << color.rgb
+             << std::setfill(' ') << std::nouppercase << std::dec;
+}
+
 std::ostream& operator<<(std::ostream& out, const Value& value) {
   const auto show = [&out]<class T>(const T& held) {
     if constexpr (std::is_same_v<T, std::monostate>) {

@@ -61,11 +61,25 @@ struct Text {
   std::uint32_t encoding;
 };
 
+/// An amount of money, exact to the fourth decimal.
+struct Currency {
+  friend bool operator==(const Currency&, const Currency&) = default;
+
+  std::int64_t tenThousandths = 0;
+};
+
+/// A color: its red, green and blue as 0xRRGGBB.
+struct Color {
+  friend bool operator==(const Color&, const Color&) = default;
+
+  std::uint32_t rgb = 0;
+};
+
 /// A value of the host's language. An argument must have the parameter's own type: nothing is
 /// converted.
 ///   std::monostate   no value: the result of a method without one; as an argument, no object
 ///   std::int32_t     integer
-///   std::int64_t, std::uint32_t, std::uint64_t
+///   std::int64_t, std::uint32_t, std::uint64_t, Currency, Color
 ///                    in variants and arrays only
 ///   float, double    single, double
 ///   std::int8_t      boolean, the byte as it passes
@@ -73,8 +87,9 @@ struct Text {
 ///   Text             any other string. As a result: a string whose recorded encoding isn't UTF-8,
 ///                    or an empty one that is not the null handle
 ///   ObjectRef        object or array; a null one is the null handle
-using AnyValue = std::variant<std::monostate, std::int32_t, float, double, std::int8_t, std::string,
-                              ObjectRef, Text, std::int64_t, std::uint32_t, std::uint64_t>;
+using AnyValue =
+    std::variant<std::monostate, std::int32_t, float, double, std::int8_t, std::string, ObjectRef,
+                 Text, std::int64_t, std::uint32_t, std::uint64_t, Currency, Color>;
 
 /// The same as a class: what every source that has values would otherwise make of the variant anew
 /// is compiled once.
@@ -102,10 +117,12 @@ enum VariantType : std::int32_t {
   kInt64Type = 3,
   kSingleType = 4,
   kDoubleType = 5,
+  kCurrencyType = 6,
   kDateType = 7,
   kStringType = 8,
   kObjectType = 9,
   kBooleanType = 11,
+  kColorType = 16,
   kUInt32Type = 24,  // this host's choice, as is the next
   kUInt64Type = 25,
   kArrayType = 4096,
@@ -146,6 +163,8 @@ struct Outcome {
 
 std::ostream& operator<<(std::ostream& out, const ObjectRef& object);
 std::ostream& operator<<(std::ostream& out, const Text& text);
+std::ostream& operator<<(std::ostream& out, const Currency& amount);
+std::ostream& operator<<(std::ostream& out, const Color& color);
 std::ostream& operator<<(std::ostream& out, const Value& value);
 std::ostream& operator<<(std::ostream& out, const Raised& raised);
 std::ostream& operator<<(std::ostream& out, const DateFields& fields);

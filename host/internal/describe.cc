@@ -66,6 +66,18 @@ requires std::is_arithmetic_v<Number> std::string text(Number number) {
   return std::string(kNumberName<Number>) + std::string(digits, end.ptr);
 }
 
+std::string text(const Currency& amount) {
+  std::ostringstream out;
+  out << "Currency " << amount;
+  return out.str();
+}
+
+std::string text(const Color& color) {
+  std::ostringstream out;
+  out << "Color " << color;
+  return out.str();
+}
+
 // --- objects and arrays
 
 std::string list(State& state, const HostArray& array) {

@@ -22,6 +22,14 @@ static_assert(std::size(kUsualTypes) == std::variant_size_v<Payload>);
 
 VariantType usualType(const Payload& payload) { return kUsualTypes[payload.index()]; }
 
+constexpr double kUnitOfCurrency = 10000;
+
+// The type code of a value that shares its payload with others; nullopt for the usual one.
+std::optional<std::int32_t> ownType(const Value& value) {
+  if (std::holds_alternative<Currency>(value)) return kCurrencyType;
+  return std::holds_alternative<Color>(value) ? std::optional(kColorType) : std::nullopt;
+}
+
 zel::REALobject add(State& state, Payload payload, std::int32_t type) {
   return state.ledger.add(std::make_unique<HostVariant>(payload, type)).object();
 }
@@ -107,11 +115,20 @@ Payload payloadOf(State& state, const Value& value) {
       throw std::invalid_argument("objects and arrays are variants as they are");
     } else if constexpr (std::is_same_v<Held, std::string> || std::is_same_v<Held, Text>) {
       return host::internal::stringOf(state, value);
+    } else if constexpr (std::is_same_v<Held, Currency>) {
+      return static_cast<double>(held.tenThousandths) / kUnitOfCurrency;
+    } else if constexpr (std::is_same_v<Held, Color>) {
+      return static_cast<std::int32_t>(held.rgb);
     } else {
       return held;
     }
   };
   return std::visit(asPayload, value);
+}
+
+template <class T>
+bool holds(const HostVariant& variant, VariantType type) {
+  return variant.type() == type && std::holds_alternative<T>(variant.payload());
 }
 
 }  // namespace
@@ -125,7 +142,10 @@ void HostVariant::die(State& state) {
   state.ledger.drop(state, stringIn(std::exchange(payload_, std::monostate())));
 }
 
-bool HostVariant::usual() const { return type_ == usualType(payload_); }
+bool HostVariant::usual() const {
+  return type_ == usualType(payload_) || holds<double>(*this, kCurrencyType) ||
+         holds<std::int32_t>(*this, kColorType);
+}
 
 zel::REALobject box(State& state, const Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return nullptr;
@@ -140,8 +160,15 @@ Value unbox(State& state, zel::REALobject object) {
 }
 
 Value valueIn(State& state, const HostVariant& variant) {
+  if (holds<double>(variant, kCurrencyType)) {
+    const double amount = std::get<double>(variant.payload()) * kUnitOfCurrency;
+    return Currency{static_cast<std::int64_t>(std::llround(amount))};
+  }
+  if (holds<std::int32_t>(variant, kColorType))
+    return Color{static_cast<std::uint32_t>(std::get<std::int32_t>(variant.payload()))};
   const auto asValue = [&state](auto held) -> Value {
-    if constexpr (std::is_same_v<decltype(held), zel::REALstring>) {
+    using Held = decltype(held);
+    if constexpr (std::is_same_v<Held, zel::REALstring>) {
       return valueOf(state, held);
     } else {
       return held;
@@ -152,7 +179,7 @@ Value valueIn(State& state, const HostVariant& variant) {
 
 zel::REALobject newVariant(State& state, const Value& value, std::optional<std::int32_t> type) {
   const Payload payload = payloadOf(state, value);
-  return add(state, payload, type.value_or(usualType(payload)));
+  return add(state, payload, type.value_or(ownType(value).value_or(usualType(payload))));
 }
 
 std::optional<PropertyValue> variantProperty(const AnyObject& variant, std::string_view name) {

@@ -17,7 +17,7 @@
 namespace host::internal {
 
 /// What a variant holds; a string is nullable and comes with a reference of the variant. A boolean
-/// is an std::int8_t.
+/// is an std::int8_t, a currency a double, a color an std::int32_t.
 using Payload = std::variant<std::monostate, std::int32_t, std::int64_t, std::uint32_t,
                              std::uint64_t, float, double, std::int8_t, zel::REALstring>;
 

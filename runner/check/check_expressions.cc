@@ -88,6 +88,12 @@ Typed Checker::convert(Typed value, Type to) {
     refuse(value.place, "Expected " + to.name() + ", but " + found + ".",
            value.method == nullptr ? std::vector<std::string>() : std::vector{value.method->text});
   }
+  const bool cuts = value.constant && from.isInteger() && to.isInteger() && !value.bits &&
+                    !areEqual(machine_, to->convert(*value.constant), *value.constant);
+  if (cuts) {
+    refuse(value.place, numberText(*value.constant) + " doesn't fit into " + to.name() + ".", {},
+           "");
+  }
   if (value.constant && to->kind != Kind::object) {
     const auto compute = [&] { return runner::converted(machine_, *value.constant, to); };
     if (const std::optional<Value> found = folded(compute))
@@ -110,7 +116,9 @@ Typed Checker::convert(Typed value, Type to) {
 }
 
 Typed Checker::check(const Literal& what, const Place& place) {
-  return constantAt(typeOf(machine_, what.value), what.value, place);
+  Typed literal = constantAt(typeOf(machine_, what.value), what.value, place);
+  literal.bits = what.bits;
+  return literal;
 }
 
 Typed Checker::check(const Unary& what, const Place& place) {

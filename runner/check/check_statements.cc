@@ -317,6 +317,10 @@ bool handled(Frame& frame, const std::vector<CheckedCatch>& catches, const HostT
   const Type type = typeOf(frame.machine, thrown.exception);
   for (const CheckedCatch& clause : catches) {
     if (!type.isA(clause.type)) continue;
+    std::vector<Value> lines;
+    for (const StackEntry& entry : thrown.stack) lines.emplace_back(format(entry));
+    frame.machine.host().setProperty(thrown.exception, "Stack",
+                                     newArray(frame.machine, kString.arrayOf(), lines));
     frame.slots[passed.slot] = thrown.exception;
     if (clause.store != nullptr) clause.store->run(frame);
     frame.slots[passed.slot] = ObjectRef();

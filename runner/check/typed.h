@@ -16,6 +16,7 @@ struct Typed {
   std::optional<Value> constant = std::nullopt;          // when the value is known already
   std::optional<KnownVariable> variable = std::nullopt;  // when it is one
   const Callable* method = nullptr;                      // that gives it; nullable
+  bool bits = false;                                     // a number by its digits in another base
 };
 using TypedList = std::vector<Typed>;
 

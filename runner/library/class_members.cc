@@ -1,5 +1,6 @@
 // Members of the host's own classes: exceptions, Dictionary, FolderItem and Variant.
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -31,6 +32,10 @@ Value setErrorNumber(Machine& machine, const Value& self, const Value* a) {
   machine.host().setProperty(objectIn(self), "ErrorNumber", a[0]);
   return {};
 }
+Value stack(Machine& machine, const Value& self, const Value*) {
+  Value lines = machine.host().property(objectIn(self), "Stack");
+  return isNil(lines) ? newArray(machine, kString.arrayOf(), {}) : lines;
+}
 Value constructNumbered(Machine& machine, const Value& self, const Value* a) {
   setMessage(machine, self, a);
   return setErrorNumber(machine, self, a + 1);
@@ -42,6 +47,7 @@ constexpr NativeRow kExceptionMembers[] = {
     {"Constructor(message As String, errorNumber As Integer)", constructNumbered},
     {"Message As String", message, setMessage},
     {"ErrorNumber As Integer", errorNumber, setErrorNumber},
+    {"Stack As String()", stack},
 };
 
 // --- Dictionary
@@ -182,6 +188,34 @@ constexpr NativeRow kFolderItem[] = {
     {"Delete", deleteItem},
 };
 
+// --- SpecialFolder
+
+Value folderAt(Machine& machine, const files::path& path) { return item(machine, path); }
+files::path home() {
+  const char* const found = std::getenv("HOME");
+  return found == nullptr ? "/" : found;
+}
+template <const char* const& name>
+Value inHome(Machine& machine, const Value&, const Value*) {
+  return folderAt(machine, (home() / name).lexically_normal());
+}
+constexpr const char* kDesktop = "Desktop";
+constexpr const char* kDocuments = "Documents";
+constexpr const char* kSettings = ".config";
+Value userHome(Machine& machine, const Value&, const Value*) { return folderAt(machine, home()); }
+Value temporary(Machine& machine, const Value&, const Value*) {
+  return folderAt(machine, files::temp_directory_path());
+}
+
+constexpr NativeRow kSpecialFolder[] = {
+    {"UserHome As FolderItem", userHome},
+    {"Desktop As FolderItem", inHome<kDesktop>},
+    {"Documents As FolderItem", inHome<kDocuments>},
+    {"ApplicationData As FolderItem", inHome<kSettings>},
+    {"Preferences As FolderItem", inHome<kSettings>},
+    {"Temporary As FolderItem", temporary},
+};
+
 constexpr NativeRow kFileFunctions[] = {
     {"GetFolderItem(path As String) As FolderItem", newItem},
 };
@@ -215,12 +249,41 @@ constexpr NativeRow kVariantMembers[] = {
     {"SingleValue As Single", as<kSingle>},
     {"DoubleValue As Double", as<kDouble>},
     {"BooleanValue As Boolean", as<kBoolean>},
+    {"CurrencyValue As Currency", as<kCurrency>},
+    {"ColorValue As Color", as<kColor>},
     {"DateValue As Date", as<kDate>},
     {"ObjectValue As Object", as<kAnyObject>},
 };
 
+// --- Color
+
+std::uint32_t rgbOf(const Value& color) { return std::get<host::Color>(color).rgb; }
+
+template <unsigned shift>
+Value shade(Machine&, const Value& self, const Value*) {
+  return static_cast<std::int32_t>((rgbOf(self) >> shift) & 0xFFU);
+}
+Value rgb(Machine&, const Value&, const Value* a) {
+  const auto byte = [](const Value& value) {
+    return static_cast<std::uint32_t>(integerOf(value)) & 0xFFU;
+  };
+  return host::Color{byte(a[0]) << 16U | byte(a[1]) << 8U | byte(a[2])};
+}
+
+constexpr NativeRow kColorMembers[] = {
+    {"Red As Integer", shade<16>},
+    {"Green As Integer", shade<8>},
+    {"Blue As Integer", shade<0>},
+};
+constexpr NativeRow kColorFunctions[] = {
+    {"RGB(red As Integer, green As Integer, blue As Integer) As Color", rgb},
+};
+
 }  // namespace
 
+std::span<const NativeRow> specialFolderMembers() { return kSpecialFolder; }
+std::span<const NativeRow> colorMembers() { return kColorMembers; }
+std::span<const NativeRow> colorFunctions() { return kColorFunctions; }
 std::span<const NativeRow> exceptionMembers() { return kExceptionMembers; }
 std::span<const NativeRow> dictionaryMembers() { return kDictionary; }
 std::span<const NativeRow> pairMembers() { return kPair; }

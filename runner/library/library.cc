@@ -23,11 +23,53 @@ constexpr FurtherClass kFurtherClasses[] = {
     {"NilObjectException", "RuntimeException"},
     {"TypeMismatchException", "RuntimeException"},
     {"System", ""},
+    {"SpecialFolder", ""},
+    {"Encodings", ""},
+};
+
+struct FunctionTable {
+  std::span<const NativeRow> (*rows)();
+  bool extends;  // whether they can be called on their first argument
+};
+constexpr FunctionTable kFunctionTables[] = {
+    {textFunctions, true},  {numberFunctions, true}, {encodingFunctions, true},
+    {hostFunctions, false}, {fileFunctions, false},  {colorFunctions, false},
+};
+
+struct MemberTable {
+  const char* className;
+  std::span<const NativeRow> (*rows)();
+};
+constexpr MemberTable kMemberTables[] = {
+    {"RuntimeException", exceptionMembers},
+    {"Dictionary", dictionaryMembers},
+    {"Date", dateMembers},
+    {"MemoryBlock", memoryBlockMembers},
+    {"FolderItem", folderItemMembers},
+    {"Variant", variantMembers},
+    {"Color", colorMembers},
+};
+constexpr MemberTable kSharedTables[] = {
+    {"System", systemMembers},
+    {"SpecialFolder", specialFolderMembers},
+    {"Encodings", encodingsMembers},
+    {"DateTime", dateTimeShared},
 };
 
 constexpr char kConstructor[] = "constructor";
 
-constexpr std::string_view kParamArray = "ParamArray ";
+// Takes a word out of a declaration. The numbers of the parameters that it stood before.
+std::vector<std::size_t> take(std::string_view word, std::string& declaration) {
+  std::vector<std::size_t> found;
+  for (std::size_t at = declaration.find(word); at != std::string::npos;
+       at = declaration.find(word)) {
+    const auto from = declaration.begin();
+    const auto before = std::count(from, from + static_cast<std::ptrdiff_t>(at), ',');
+    found.push_back(static_cast<std::size_t>(before));
+    declaration.erase(at, word.size());
+  }
+  return found;
+}
 
 bool isConstructor(const Callable& callable) { return folded(callable.name) == kConstructor; }
 
@@ -84,22 +126,11 @@ Library::Library(Machine& machine) : machine_(machine) {
   addClasses();
   addConstants();
   addOwnClass("Pair", {kVariant, kVariant}, pairMembers());
-  addFunctions(textFunctions(), true);
-  addFunctions(numberFunctions(), true);
-  addFunctions(hostFunctions(), false);
-  addFunctions(fileFunctions(), false);
-  addMembers("RuntimeException", exceptionMembers());
-  addMembers("Dictionary", dictionaryMembers());
-  addMembers("Date", dateMembers());
-  addMembers("MemoryBlock", memoryBlockMembers());
-  addMembers("FolderItem", folderItemMembers());
-  addMembers("Variant", variantMembers());
-  Members& system = membersOf(*machine.types().find("system"));
-  for (const NativeRow& row : systemMembers()) {
-    auto callable = described(host::parseDeclaration(row.declaration), row.declaration);
-    callable->native = row.function;
-    system.shared.add(std::move(callable));
-  }
+  addOwnClass("DateTime", {kDouble}, dateTimeMembers());
+  addOwnClass("TextEncoding", {kInteger}, textEncodingMembers());
+  for (const FunctionTable& table : kFunctionTables) addFunctions(table.rows(), table.extends);
+  for (const MemberTable& table : kMemberTables) addMembers(table.className, table.rows());
+  for (const MemberTable& table : kSharedTables) addShared(table.className, table.rows());
   for (const std::string& name : machine.host().classNames())
     readRecords(*machine.host().findClass(name));
 }
@@ -121,6 +152,9 @@ void Library::addConstants() {
 }
 
 void Library::addClasses() {
+  // An exception that is caught tells where it was raised.
+  host::Host& host = machine_.host();
+  if (host.findClass("System") == nullptr) host.addProperty("RuntimeException", "Stack as object");
   for (const FurtherClass& further : kFurtherClasses)
     machine_.types().addClass(further.name, further.superName);
   for (const std::string& name : machine_.types().names())
@@ -177,9 +211,8 @@ void Library::readRecords(const host::RegisteredClass& record) {
 void Library::addRow(Members& members, const NativeRow& row) {
   // Those of plugins have none of these words.
   std::string text = row.declaration;
-  const std::size_t paramArray = text.find(kParamArray);
-  const bool gathers = paramArray != std::string::npos;
-  if (gathers) text.erase(paramArray, kParamArray.size());
+  const std::vector<std::size_t> gathering = take("ParamArray ", text);
+  const std::vector<std::size_t> optional = take("Optional ", text);
   const host::Declaration declaration = host::parseDeclaration(text);
   if (row.setter != nullptr) {
     auto setter = described(setterOf(declaration), row.declaration);
@@ -188,11 +221,12 @@ void Library::addRow(Members& members, const NativeRow& row) {
   }
   auto callable = described(declaration, row.declaration);
   callable->native = row.function;
-  if (gathers) {
-    Parameter& last = callable->parameters.back();
-    last.type = last.type.arrayOf();
-    last.paramArray = true;
+  for (const std::size_t i : gathering) {
+    callable->parameters[i].type = callable->parameters[i].type.arrayOf();
+    callable->parameters[i].paramArray = true;
   }
+  for (const std::size_t i : optional)
+    callable->parameters[i].initial = callable->parameters[i].type->initial();
   (isConstructor(*callable) ? members.constructors : members.methods).add(std::move(callable));
 }
 
@@ -202,6 +236,15 @@ void Library::addMembers(const char* className, std::span<const NativeRow> rows)
   for (const NativeRow& row : rows) addRow(members, row);
   if (type != kVariant) return;
   for (const auto& member : members.methods.all()) member->onNil = true;
+}
+
+void Library::addShared(const char* className, std::span<const NativeRow> rows) {
+  Members& members = membersOf(*machine_.types().find(folded(className)));
+  for (const NativeRow& row : rows) {
+    auto callable = described(host::parseDeclaration(row.declaration), row.declaration);
+    callable->native = row.function;
+    members.shared.add(std::move(callable));
+  }
 }
 
 void Library::addOwnClass(const char* name, std::vector<Type> fields,

@@ -76,6 +76,7 @@ class Library {
   void addConstants();
   void readRecords(const host::RegisteredClass& record);
   void addRow(Members& members, const NativeRow& row);
+  void addShared(const char* className, std::span<const NativeRow> rows);
   void addMembers(const char* className, std::span<const NativeRow> rows);
   /// Adds a class of the runner's own, whose objects have fields.
   void addOwnClass(const char* name, std::vector<Type> fields, std::span<const NativeRow> rows);

@@ -12,6 +12,8 @@ namespace runner {
 std::span<const NativeRow> textFunctions();
 std::span<const NativeRow> numberFunctions();
 std::span<const NativeRow> hostFunctions();
+std::span<const NativeRow> encodingFunctions();
+std::span<const NativeRow> colorFunctions();
 std::span<const NativeRow> fileFunctions();
 
 // --- members of classes, properties among them. A constructor with a result makes the object
@@ -23,8 +25,14 @@ std::span<const NativeRow> dateMembers();
 std::span<const NativeRow> memoryBlockMembers();
 std::span<const NativeRow> folderItemMembers();
 std::span<const NativeRow> variantMembers();
+std::span<const NativeRow> colorMembers();
+std::span<const NativeRow> dateTimeMembers();
+std::span<const NativeRow> textEncodingMembers();
 /// Shared methods.
 std::span<const NativeRow> systemMembers();
+std::span<const NativeRow> specialFolderMembers();
+std::span<const NativeRow> encodingsMembers();
+std::span<const NativeRow> dateTimeShared();
 /// Of arrays; "T" stands for the type of the elements.
 std::span<const NativeRow> arrayMembers();
 

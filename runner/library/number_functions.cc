@@ -20,6 +20,17 @@ Value strOfBoolean(Machine& machine, const Value&, const Value* a) {
   return converted(machine, a[0], kString);
 }
 Value format(Machine&, const Value&, const Value* a) { return formatted(real(a[0]), textOf(a[1])); }
+// Whether a value is a number, or a text that is one from its first letter to its last.
+Value isNumeric(Machine& machine, const Value&, const Value* a) {
+  if (!isText(a[0])) return booleanValue(typeOf(machine, a[0]).isNumber());
+  const std::string_view text = trimmedRight(trimmedLeft(textOf(a[0])));
+  const std::string_view digits = text.substr(text.starts_with('+') ? 1 : 0);
+  double number = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, number);
+  return booleanValue(error == std::errc() && stop == end && std::isfinite(number));
+}
+
 Value chr(Machine& machine, const Value&, const Value* a) {
   std::string text = fromCodePoint(integerOf(a[0]));
   if (text.empty())
@@ -69,18 +80,24 @@ constexpr NativeRow kFunctions[] = {
     {"Str(number As Integer) As String", str},
     {"Str(number As Int64) As String", str},
     {"Str(number As UInt64) As String", str},
+    {"Str(number As Currency) As String", str},
     {"Str(number As Single) As String", str},
     {"Str(number As Double) As String", str},
     {"Str(number As Double, format As String) As String", format},
     {"Str(value As Boolean) As String", strOfBoolean},
+    {"Str(value As Color) As String", strOfBoolean},
     {"Str(value As Variant) As String", strOfBoolean},
+    {"CStr(value As Variant) As String", strOfBoolean},
+    {"IsNumeric(value As Variant) As Boolean", isNumeric},
     {"ToString(number As Integer) As String", str},
     {"ToString(number As Int64) As String", str},
     {"ToString(number As UInt64) As String", str},
     {"ToString(number As Single) As String", str},
     {"ToString(number As Double) As String", str},
     {"ToString(number As Double, format As String) As String", format},
+    {"ToString(number As Currency) As String", str},
     {"ToString(value As Boolean) As String", strOfBoolean},
+    {"ToString(value As Color) As String", strOfBoolean},
     {"Format(number As Double, format As String) As String", format},
     {"Chr(codePoint As Integer) As String", chr},
     {"Hex(number As Integer) As String", inBase<16>},

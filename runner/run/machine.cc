@@ -16,6 +16,10 @@ Frame::Frame(Machine& itsMachine, const std::string& itsMethod, std::size_t slot
 
 Frame::~Frame() { machine.frame_ = caller; }
 
+std::string format(const StackEntry& entry) {
+  return (entry.method.empty() ? "" : entry.method + ", ") + "line " + std::to_string(entry.line);
+}
+
 Machine::Machine(host::Host& host, std::ostream& out, std::istream& in)
     : host_(host),
       types_(host),
@@ -25,6 +29,7 @@ Machine::Machine(host::Host& host, std::ostream& out, std::istream& in)
 
 void Machine::clear() {
   for (Value& global : globals_) global = std::monostate();
+  kept_.clear();
 }
 
 std::vector<StackEntry> Machine::stack() const {

@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <iosfwd>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,6 +26,9 @@ struct StackEntry {
   std::string method;
   int line = 0;
 };
+
+/// "f, line 3"; the program's own body has no name.
+std::string format(const StackEntry& entry);
 
 /// A host exception on its way through a program.
 struct HostThrow {
@@ -68,7 +72,9 @@ class Machine {
 
   /// A new variable of the whole program, which stays where it is.
   Value& addGlobal() { return globals_.emplace_back(); }
-  /// Forgets what the variables hold.
+  /// A value that the library keeps under a name, for all programs; nothing at first.
+  Value& kept(const std::string& name) { return kept_[name]; }
+  /// Forgets what the variables hold, and what the library keeps.
   void clear();
 
   /// Throws a new host exception of that class.
@@ -112,6 +118,7 @@ class Machine {
   std::ostream& out_;
   std::istream& in_;
   std::deque<Value> globals_;
+  std::map<std::string, Value> kept_;
   Frame* frame_ = nullptr;
   const char* stackStart_;  // where the processor's stack stood at first
   int calls_ = 0;

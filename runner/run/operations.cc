@@ -82,6 +82,24 @@ Value calculateAs(Machine& machine, Operator op, const Value& left, const Value&
   return compute(op, a, b);
 }
 
+// Sums and products of amounts, rounded to what an amount can say; they wrap around.
+Value calculateMoney(Operator op, const Value& left, const Value& right) {
+  constexpr std::int64_t kUnit = 10000;
+  const auto amount = [](const Value& value) {
+    return std::get<host::Currency>(convertToCurrency(value)).tenThousandths;
+  };
+  if (op != Operator::multiply) return host::Currency{compute(op, amount(left), amount(right))};
+  // a * b / kUnit in parts, none of which needs more room than the result.
+  const std::int64_t a = amount(left);
+  const std::int64_t b = amount(right);
+  const std::int64_t small = a % kUnit * (b % kUnit);
+  const std::int64_t rounded = (small + (small < 0 ? -kUnit / 2 : kUnit / 2)) / kUnit;
+  const auto wide = [](std::int64_t number) { return static_cast<std::uint64_t>(number); };
+  return host::Currency{static_cast<std::int64_t>(wide(a / kUnit) * wide(b) +
+                                                  wide(a % kUnit) * wide(b / kUnit) +
+                                                  wide(rounded))};
+}
+
 Value calculate(Machine& machine, Operator op, const Value& left, const Value& right) {
   if (op == Operator::divide) return numberOf<double>(left) / numberOf<double>(right);
   if (op == Operator::power) return std::pow(numberOf<double>(left), numberOf<double>(right));
@@ -93,6 +111,8 @@ Value calculate(Machine& machine, Operator op, const Value& left, const Value& r
       return calculateAs<std::uint64_t>(machine, op, left, right);
     case Kind::single:
       return calculateAs<float>(machine, op, left, right);
+    case Kind::currency:
+      return calculateMoney(op, left, right);
     case Kind::real:
       return calculateAs<double>(machine, op, left, right);
     default:
@@ -101,11 +121,18 @@ Value calculate(Machine& machine, Operator op, const Value& left, const Value& r
 }
 
 bool isNumber(const Value& value) {
-  return std::visit([](const auto& held) { return kIsNumber<std::decay_t<decltype(held)>>; },
-                    value);
+  const auto isOne = [](const auto& held) {
+    using Held = std::decay_t<decltype(held)>;
+    return kIsNumber<Held> || std::is_same_v<Held, host::Currency>;
+  };
+  return std::visit(isOne, value);
 }
 
 std::partial_ordering compareNumbers(const Value& left, const Value& right) {
+  const auto isMoney = [](const Value& value) {
+    return std::holds_alternative<host::Currency>(value);
+  };
+  if (isMoney(left) || isMoney(right)) return numberOf<double>(left) <=> numberOf<double>(right);
   const auto both = [](const auto& a, const auto& b) -> std::partial_ordering {
     using A = std::decay_t<decltype(a)>;
     using B = std::decay_t<decltype(b)>;

@@ -16,6 +16,8 @@ constexpr std::int32_t kOfObjects = host::kArrayType + host::kObjectType;
 Value noValue() { return {}; }
 Value noObject() { return ObjectRef(); }
 Value noText() { return std::string(); }
+Value noMoney() { return host::Currency(); }
+Value black() { return host::Color(); }
 Value isFalse() { return booleanValue(false); }
 template <class Number>
 Value zero() {
@@ -71,6 +73,9 @@ constexpr SimpleType kSimpleTypes[] = {
     number<std::uint64_t>(Simple::uint64, Kind::uint64, "UInt64", "UInt64()", host::kObjectType, 8),
     number<float>(Simple::single, Kind::single, "Single", "Single()", host::kSingleType, 10),
     number<double>(Simple::real, Kind::real, "Double", "Double()", host::kDoubleType, 11),
+    {Simple::currency, Kind::currency, "Currency", "Currency()", host::kObjectType, 9,
+     convertToCurrency, noMoney},
+    {Simple::color, Kind::color, "Color", "Color()", host::kObjectType, 0, nullptr, black},
     {Simple::text, Kind::text, "String", "String()", host::kStringType, 0, nullptr, noText},
     {Simple::variant, Kind::variant, "Variant", "Variant()", host::kObjectType, 0, nullptr,
      noValue},
@@ -187,6 +192,9 @@ std::optional<int> distance(Type from, Type to) {
 
 Type commonNumber(Type left, Type right) {
   if (left == right && left->room >= kInteger->room && left != kUInt32) return left;
+  const bool isMoney = left == kCurrency || right == kCurrency;
+  const auto isExact = [](Type type) { return type == kCurrency || type.isInteger(); };
+  if (isMoney && isExact(left) && isExact(right)) return kCurrency;
   if (!left.isInteger() || !right.isInteger()) return kDouble;
   if (left == kUInt64 || right == kUInt64) return kUInt64;
   const bool narrow = left->room <= kInteger->room && right->room <= kInteger->room;

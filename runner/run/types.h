@@ -28,6 +28,8 @@ enum class Kind {
   uint64,
   single,
   real,
+  currency,
+  color,
   text,
   variant,
   object,
@@ -98,6 +100,8 @@ enum class Simple {
   uint64,
   single,
   real,
+  currency,
+  color,
   text,
   variant,
   object,
@@ -125,6 +129,8 @@ inline constexpr Type kUInt32 = simpleType(Simple::uint32);
 inline constexpr Type kUInt64 = simpleType(Simple::uint64);
 inline constexpr Type kSingle = simpleType(Simple::single);
 inline constexpr Type kDouble = simpleType(Simple::real);
+inline constexpr Type kCurrency = simpleType(Simple::currency);
+inline constexpr Type kColor = simpleType(Simple::color);
 inline constexpr Type kString = simpleType(Simple::text);
 inline constexpr Type kVariant = simpleType(Simple::variant);
 inline constexpr Type kAnyObject = simpleType(Simple::object);

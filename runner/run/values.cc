@@ -4,7 +4,9 @@
 #include <charconv>
 #include <cmath>
 #include <compare>
+#include <cstdio>
 #include <limits>
+#include <sstream>
 #include <variant>
 
 #include "runner/text/text.h"
@@ -13,6 +15,8 @@ namespace runner {
 namespace {
 
 using host::Text;
+
+constexpr double kUnitOfCurrency = 10000;
 
 template <class To, class From>
 To cut(From number) {
@@ -34,6 +38,13 @@ To cut(From number) {
                                              " can't be used as " + to.name() + ".");
 }
 
+std::string colorText(const Value& color) {
+  constexpr std::size_t kEnough = 16;
+  std::array<char, kEnough> text{};
+  std::snprintf(text.data(), text.size(), "&h00%06X", std::get<host::Color>(color).rgb);
+  return text.data();
+}
+
 // What a Variant gives as a type that it doesn't hold.
 Value toSimple(Machine& machine, const Value& value, Type from, Type to) {
   if (from == kNil) return to->initial();
@@ -44,6 +55,7 @@ Value toSimple(Machine& machine, const Value& value, Type from, Type to) {
     if (from == kBoolean) return to->convert(std::int32_t{isTrue(value)});
   }
   if (to == kString) {
+    if (from == kColor) return colorText(value);
     if (from.isNumber()) return numberText(value);
     if (from == kBoolean) return std::string(isTrue(value) ? "True" : "False");
   }
@@ -86,6 +98,8 @@ Number numberOf(const Value& value) {
     using Held = std::decay_t<decltype(held)>;
     if constexpr (kIsNumber<Held>) {
       return cut<Number>(held);
+    } else if constexpr (std::is_same_v<Held, host::Currency>) {
+      return cut<Number>(static_cast<double>(held.tenThousandths) / kUnitOfCurrency);
     } else {
       return Number{};
     }
@@ -103,9 +117,14 @@ template std::int16_t numberOf(const Value&);
 template std::uint8_t numberOf(const Value&);
 template std::uint16_t numberOf(const Value&);
 
+Value convertToCurrency(const Value& number) {
+  if (std::holds_alternative<host::Currency>(number)) return number;
+  return host::Currency{cut<std::int64_t>(std::round(numberOf<double>(number) * kUnitOfCurrency))};
+}
+
 Type typeOf(Machine& machine, const Value& value) {
-  constexpr Type kByPosition[] = {kNil, kInteger, kSingle, kDouble, kBoolean, kString,
-                                  kNil, kString,  kInt64,  kUInt32, kUInt64};
+  constexpr Type kByPosition[] = {kNil,    kInteger, kSingle, kDouble, kBoolean,  kString, kNil,
+                                  kString, kInt64,   kUInt32, kUInt64, kCurrency, kColor};
   static_assert(std::size(kByPosition) == std::variant_size_v<host::AnyValue>);
   const auto* const object = std::get_if<ObjectRef>(&value);
   if (object == nullptr || !*object) return kByPosition[value.index()];
@@ -137,6 +156,10 @@ std::string numberText(const Value& number) {
         end = std::to_chars(digits.data(), digits.data() + digits.size(), held);
       }
       return {digits.data(), end.ptr};
+    } else if constexpr (std::is_same_v<Held, host::Currency>) {
+      std::ostringstream out;
+      out << held;
+      return out.str();
     } else {
       return "";
     }

@@ -24,6 +24,8 @@ Value booleanValue(bool value);
 /// A number as another type of number, cut to fit; 0 for what is none.
 template <class Number>
 Number numberOf(const Value& value);
+/// The same as an amount of money: rounded to four decimals.
+Value convertToCurrency(const Value& number);
 inline std::int32_t integerOf(const Value& value) { return numberOf<std::int32_t>(value); }
 
 /// The type that a value has at run time: never variant, and Nil for no object.

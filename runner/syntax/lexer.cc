@@ -28,7 +28,8 @@ struct Prefix {
   int base;
   const char* digits;
 };
-constexpr Prefix kPrefixes[] = {{'h', 16, "hexadecimal"}, {'b', 2, "binary"}, {'o', 8, "octal"}};
+constexpr Prefix kPrefixes[] = {
+    {'h', 16, "hexadecimal"}, {'c', 16, "hexadecimal"}, {'b', 2, "binary"}, {'o', 8, "octal"}};
 
 // The longest first.
 constexpr std::string_view kSigns[] = {"<=", ">=", "<>", "+=", "-=", "*=", "/=", "(",
@@ -182,12 +183,21 @@ class Lexer {
                      [letter](const Prefix& p) { return p.letter == letter; });
     if (prefix == std::end(kPrefixes)) {
       refuse({begin, begin + 1},
-             "\"&\" begins a number: &h (hexadecimal), &b (binary) or &o (octal). Texts are "
+             "\"&\" begins a number: &h (hexadecimal), &b (binary), &o (octal) or &c (a color). "
+             "Texts are "
              "joined with \"+\".");
     }
     at_ += 2;
     const std::size_t digits = at_;
     while (at_ < text_.size() && (isDigit(text_[at_]) || beginsWord(text_[at_]))) ++at_;
+    if (letter == 'c') {
+      constexpr std::size_t kDigitsOfColor = 6;
+      if (at_ - digits != kDigitsOfColor)
+        refuse({begin, at_}, "A color is written with six hexadecimal digits: &cFF8000.");
+      const Value rgb = integer(begin, digits, prefix->base, prefix->digits);
+      add(Kind::number, begin, "", host::Color{static_cast<std::uint32_t>(std::get<int>(rgb))});
+      return;
+    }
     add(Kind::number, begin, "", integer(begin, digits, prefix->base, prefix->digits));
     tokens_.back().bits = true;
   }

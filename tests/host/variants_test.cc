@@ -191,7 +191,13 @@ TEST_F(HostTest, DescribesValues) {
   EXPECT_EQ(host->describe(host->variant(std::uint64_t{5})), "UInt64 5");
   EXPECT_EQ(host->describe(host->variant(std::int8_t{1})), "true");
   EXPECT_EQ(host->describe(host->variant(std::int8_t{7})), "Boolean 7");
-  EXPECT_EQ(host->describe(host->variant(7, 16)), "Variant(16) Int32 7");
+  EXPECT_EQ(host->describe(host->variant(7, 13)), "Variant(13) Int32 7");
+  EXPECT_EQ(host->describe(host->variant(host::Currency{-25000})), "Currency -2.5");
+  EXPECT_EQ(host->describe(host->variant(host::Color{0xFF0080})), "Color &cFF0080");
+  EXPECT_EQ(host->typeOf(host->variant(host::Currency{15})), 6);
+  EXPECT_EQ(host->typeOf(host->variant(host::Color{7})), 16);
+  EXPECT_EQ(host->valueOf(host->variant(host::Currency{12345678})),
+            Value(host::Currency{12345678}));
   EXPECT_EQ(host->describe(host->variant({})), "Variant(0) nil");
   EXPECT_EQ(host->describe(host->memoryBlock(std::string("\x01\xff\x00", 3))),
             "MemoryBlock 01ff00");

@@ -293,7 +293,7 @@ ValueCode userCall(const Callable& callable, TypedList arguments, ValueCode self
   return valueCode([method, all = std::move(all), self = std::move(self), slot,
                     name = callable.name](Frame& caller) {
     const Value object = selfOf(caller, self, name, true);
-    const UserMethod& meant = slot ? *classOf(object).methods[*slot] : *method;
+    const UserMethod& meant = slot ? *classOf(object)->methods[*slot] : *method;
     return runMethod(caller, meant, all, &object);
   });
 }

@@ -42,8 +42,8 @@ void Declarations::addSpace(const Space& space, Scope& scope) {
   if (space.isModule) {
     auto members = std::make_shared<Scope>(&scope == &types_ ? &program_ : &scope);
     inner = members.get();
-    modules_.push_back({&space, inner});
     addName(scope, space.name, {"", 0, Module{std::move(members)}});
+    modules_.push_back({&space, inner});
   } else {
     const Type type = context_.machine.types().declareClass(space.name.text);
     inner = &context_.library.addSpace(type, &scope == &types_ ? &program_ : &scope);

@@ -52,8 +52,9 @@ Value& fieldOf(const Value& object, std::size_t slot) {
   return instanceIn(std::get<ObjectRef>(object))->fields[slot];
 }
 
-const ProgramClass& classOf(const Value& object) {
-  return *instanceIn(std::get<ObjectRef>(object))->itsClass;
+const ProgramClass* classOf(const Value& object) {
+  const Instance* const instance = instanceIn(std::get<ObjectRef>(object));
+  return instance == nullptr ? nullptr : instance->itsClass;
 }
 
 void establish(Machine& machine, const ProgramClass& added) {

@@ -32,8 +32,9 @@ struct ProgramClass {
 Value newInstance(Machine& machine, const ProgramClass& itsClass);
 /// A field of an object, which isn't Nil and is of a program's class.
 Value& fieldOf(const Value& object, std::size_t slot);
-/// The class that an object was made of.
-const ProgramClass& classOf(const Value& object);
+/// The class that an object was made of; null for one that newInstance hasn't made.
+/// @param object of a program's class.
+const ProgramClass* classOf(const Value& object);
 
 /// Makes a class known to the host, in place of an earlier one of its name.
 void establish(Machine& machine, const ProgramClass& added);

@@ -95,9 +95,8 @@ Value calculateMoney(Operator op, const Value& left, const Value& right) {
   const std::int64_t small = a % kUnit * (b % kUnit);
   const std::int64_t rounded = (small + (small < 0 ? -kUnit / 2 : kUnit / 2)) / kUnit;
   const auto wide = [](std::int64_t number) { return static_cast<std::uint64_t>(number); };
-  return host::Currency{static_cast<std::int64_t>(wide(a / kUnit) * wide(b) +
-                                                  wide(a % kUnit) * wide(b / kUnit) +
-                                                  wide(rounded))};
+  return host::Currency{static_cast<std::int64_t>(
+      wide(a / kUnit) * wide(b) + wide(a % kUnit) * wide(b / kUnit) + wide(rounded))};
 }
 
 Value calculate(Machine& machine, Operator op, const Value& left, const Value& right) {

@@ -9,6 +9,7 @@
 #include <sstream>
 #include <variant>
 
+#include "runner/run/instances.h"
 #include "runner/text/text.h"
 
 namespace runner {
@@ -128,8 +129,12 @@ Type typeOf(Machine& machine, const Value& value) {
   static_assert(std::size(kByPosition) == std::variant_size_v<host::AnyValue>);
   const auto* const object = std::get_if<ObjectRef>(&value);
   if (object == nullptr || !*object) return kByPosition[value.index()];
-  if (const host::RegisteredClass* const found = machine.host().classOf(*object))
-    return machine.types().of(*found);
+  if (const host::RegisteredClass* const found = machine.host().classOf(*object)) {
+    const Type type = machine.types().of(*found);
+    // The host knows one class by a name; an object may be of an earlier one.
+    const ProgramClass* const own = type->own == nullptr ? nullptr : classOf(value);
+    return own == nullptr ? type : own->type;
+  }
   const std::optional<host::Array> array = machine.host().findArray(*object);
   return array ? arrayType(array->type()) : kAnyObject;
 }

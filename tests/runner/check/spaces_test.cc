@@ -189,6 +189,23 @@ TEST_F(SpacesTest, AValueThatIsntUsedNeedsCall) {
             "wanted. [Function f() As Integer]");
 }
 
+TEST_F(SpacesTest, AClassThatIsDeclaredAnewLeavesEarlierObjectsAlone) {
+  EXPECT_EQ(
+      enter({"Class A\nn As Integer\nEnd Class",
+             "Function old() As Variant\nReturn New A\nEnd Function",
+             "Class A\nn As Integer\nm As Integer\nEnd Class", "Dim a As A = old()", "(New A).m"}),
+      "Unhandled TypeMismatchException: A value of type A can't be used as A.\n"
+      "  at test:1\nInt32 0\n");
+}
+
+TEST_F(SpacesTest, ANameThatIsTakenIsSaidOnce) {
+  EXPECT_EQ(problems("Module Dictionary\nn As Integer\nEnd Module"),
+            "test:1:8: error: There is a type \"Dictionary\" already.\n"
+            "  1 | Module Dictionary\n    |        ^~~~~~~~~~\n");
+  EXPECT_EQ(firstProblem("Class A\nEnd Class\nModule a\nEnd Module"),
+            "3:8+1 \"a\" is declared already, in line 1.");
+}
+
 TEST_F(SpacesTest, ClassesStayInASession) {
   EXPECT_EQ(
       enter({"Class A\nn As Integer\nEnd Class", "Dim a As New A", "a.n = 5", "a.n",

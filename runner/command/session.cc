@@ -144,8 +144,8 @@ std::vector<std::string> Session::completions(const std::string& line) {
   if (start > 0 && line[start - 1] == '.') {
     const std::string before = line.substr(0, start - 1);
     const std::string object = before.substr(startOfObject(before));
-    if (const std::optional<Type> type = machine_.types().find(folded(object)))
-      names = library_.sharedNames(*type);
+    if (const Symbol* const space = library_.session().find(folded(object)))
+      names = library_.namesIn(*space);
     const Source source("", object);
     try {
       const ExpressionPtr expression = parseExpression(source);

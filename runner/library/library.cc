@@ -374,4 +374,16 @@ std::vector<std::string> Library::sharedNames(Type type) {
   return names;
 }
 
+std::vector<std::string> Library::namesIn(const Symbol& space) {
+  if (const auto* const module = space.as<Module>()) return module->members->ownNames();
+  const auto* const type = space.as<Type>();
+  if (type == nullptr) return {};
+  std::vector<std::string> names = sharedNames(*type);
+  if (const Scope* const inside = spaceOf(*type)) {
+    const std::vector<std::string> more = inside->ownNames();
+    names.insert(names.end(), more.begin(), more.end());
+  }
+  return names;
+}
+
 }  // namespace runner

@@ -70,6 +70,8 @@ class Library {
   /// For suggestions and completion.
   [[nodiscard]] std::vector<std::string> memberNames(Type type);
   [[nodiscard]] std::vector<std::string> sharedNames(Type type);
+  /// What can stand behind a module or type and a point; nothing for any other symbol.
+  [[nodiscard]] std::vector<std::string> namesIn(const Symbol& space);
 
  private:
   void addClasses();

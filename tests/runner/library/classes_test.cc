@@ -206,6 +206,12 @@ TEST_F(ClassesTest, NamesAreCompleted) {
                                                     "sameVariants", "self", "setCountValue"}));
   EXPECT_EQ(session.completions("SampleZEL."), (Names{"make", "version"}));
   EXPECT_EQ(session.completions("sample.self.NUM"), (Names{"number"}));
+  session.run(runner::Source("test",
+                             "Module M\nConst kName = 1\nSub Act()\nEnd Sub\nEnd Module\n"
+                             "Class C\nSize As Integer\nEnum E\nOne\nEnd Enum\n"
+                             "Shared Sub Make()\nEnd Sub\nEnd Class\nDim c As New C"));
+  EXPECT_EQ(session.completions("M."), (Names{"Act", "kName"}));
+  EXPECT_EQ(session.completions("c.Si"), (Names{"Size"}));
   EXPECT_EQ(session.completions("Dim s As sampl"), (Names{"SampleZEL", "sample"}));
   EXPECT_EQ(session.completions("sample.sameStrings(a.").size(), 0U);
   EXPECT_EQ(session.completions("Uppe"), (Names{"Uppercase"}));

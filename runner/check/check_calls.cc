@@ -216,9 +216,10 @@ Typed Checker::castTo(Type type, const Arguments& arguments, const Place& place)
   Typed value = expression(*arguments.front());
   const bool isEnum = type->kind == Kind::enumeration && value.type.isInteger();
   const bool ofEnum = value.type->kind == Kind::enumeration && type.isInteger();
-  if (isEnum || ofEnum)
+  if (isEnum || ofEnum) {
     return {type, convert({kInteger, std::move(value.code), place}, isEnum ? kInteger : type).code,
             place};
+  }
   if (!distance(value.type, type) && !distance(type, value.type))
     refuse(place, value.type.name() + " can't be cast to " + type.name() + ".");
   return {type, valueCode([code = std::move(value.code), type](Frame& frame) {

@@ -274,9 +274,10 @@ Typed Checker::read(Target target) {
     case What::method:
       break;
   }
-  if (target.getters.empty())
+  if (target.getters.empty()) {
     refuse(target.name.place, "\"" + target.name.text + "\" can only be assigned to.",
            textsOf(target.setters));
+  }
   Match match = resolve(target.name, target.getters, std::move(target.arguments));
   return makeCall(std::move(match), self(), target.place, target.direct);
 }

@@ -84,9 +84,10 @@ std::optional<Type> Declarations::superOf(ClassInfo& info) {
   const Type super = context_.typeNamed(written, *info.scope);
   if (!super.isObject()) refuse(written.place, super.name() + " is no class.");
   if (super == kAnyObject) return std::nullopt;
-  for (const std::string_view name : kFinal)
+  for (const std::string_view name : kFinal) {
     if (super->name == name)
       refuse(written.place, "No class can stand below " + super.name() + ".");
+  }
   if (const auto above = byRow_.find(super.operator->()); above != byRow_.end()) {
     if (above->second->busy) refuse(written.place, "A class can't stand above itself.");
     settle(*above->second);

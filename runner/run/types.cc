@@ -174,9 +174,10 @@ bool Type::isA(Type other) const {
 }
 
 Type arrayType(std::int32_t code) {
-  for (const TypeRow& row : kSimpleRows)
+  for (const TypeRow& row : kSimpleRows) {
     if (row.arrayCode == code && code != kOfObjects && row.kind >= Kind::int32)
       return Type(row.array);
+  }
   return kVariant.arrayOf();
 }
 

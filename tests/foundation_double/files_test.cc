@@ -194,7 +194,7 @@ TEST_F(FoundationFileTest, TheCatalogFillsOnlyWhatIsAsked) {
   const FSRef root = refTo("/");
   EXPECT_EQ(zel::FSGetCatalogInfo(&root, zel::kFSCatInfoNone, &info, nullptr, nullptr, nullptr),
             kNoError);
-  EXPECT_EQ(info.nodeID, 77U);
+  EXPECT_EQ(std::uint32_t{info.nodeID}, 77U);
   collectFailures();
   EXPECT_THROW(zel::FSGetCatalogInfo(&root, 0x40, &info, nullptr, nullptr, nullptr),
                std::logic_error);

@@ -157,14 +157,14 @@ TEST_F(FileManagerTest, FillsTheInfoThatIsAskedForAlone) {
     return zel::FSGetCatalogInfo(&ref, which, &info, nullptr, nullptr, nullptr);
   };
   EXPECT_EQ(ask(zel::kFSCatInfoNone), zel::noErr);
-  EXPECT_EQ(info.nodeID, 7U);
+  EXPECT_EQ(std::uint32_t{info.nodeID}, 7U);
   EXPECT_EQ(ask(zel::kFSCatInfoNodeID), zel::noErr);
-  EXPECT_EQ(info.nodeID, nodeOf(at("inner")));
+  EXPECT_EQ(std::uint32_t{info.nodeID}, nodeOf(at("inner")));
   EXPECT_EQ(info.nodeFlags, 7);
   EXPECT_EQ(ask(0x2 | 0x4 | 0x8), zel::noErr);
   EXPECT_EQ(info.nodeFlags, 0x10);
   EXPECT_LT(info.volume, 0);
-  EXPECT_EQ(info.parentDirID, nodeOf(folder()));
+  EXPECT_EQ(std::uint32_t{info.parentDirID}, nodeOf(folder()));
   EXPECT_EQ(ask(0x20), kBadInfoBitmap);
 }
 

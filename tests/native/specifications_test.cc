@@ -45,7 +45,7 @@ TEST_F(SpecificationsTest, ShortNamesStandAsTheyAre) {
   const FSSpec spec = specOf(refOf(file("name.txt")));
   EXPECT_EQ(nameIn(spec), "name.txt");
   EXPECT_LT(spec.vRefNum, 0);
-  EXPECT_GE(spec.parID, 16);
+  EXPECT_GE(std::int32_t{spec.parID}, 16);
   EXPECT_EQ(resolved(spec), at("name.txt"));
   EXPECT_EQ(nameIn(specOf(refOf(file(std::string(63, 'n'))))), std::string(63, 'n'));
   EXPECT_EQ(nameIn(specOf(refOf(file("\xC3\xA9")))), "\x8E");  // in Mac Roman
@@ -54,18 +54,18 @@ TEST_F(SpecificationsTest, ShortNamesStandAsTheyAre) {
 
 TEST_F(SpecificationsTest, FolderOfAVolumeRootHasItsNumber) {
   const FSSpec spec = specOf(refOf("/proc/self"));
-  EXPECT_EQ(spec.parID, 2);
+  EXPECT_EQ(std::int32_t{spec.parID}, 2);
   EXPECT_EQ(nameIn(spec), "self");
   EXPECT_EQ(resolved(spec), "/proc/self");
 }
 
 TEST_F(SpecificationsTest, VolumeRootsHaveTheNumberOneAsTheirFolder) {
   const FSSpec root = specOf(refOf("/"));
-  EXPECT_EQ(root.parID, 1);
+  EXPECT_EQ(std::int32_t{root.parID}, 1);
   EXPECT_EQ(nameIn(root), "/");
   EXPECT_EQ(resolved(root), "/");
   const FSSpec proc = specOf(refOf("/proc"));
-  EXPECT_EQ(proc.parID, 1);
+  EXPECT_EQ(std::int32_t{proc.parID}, 1);
   EXPECT_EQ(nameIn(proc), "proc");
   EXPECT_NE(proc.vRefNum, root.vRefNum);
   EXPECT_EQ(resolved(proc), "/proc");

@@ -17,11 +17,14 @@ enum {
   kNameUnits = 255
 };
 
-// What stands in a reference's first bytes.
+// What stands in a reference's first bytes. It is copied whole, so none of it may be padding, which
+// would carry bytes of the stack: references to one item are compared byte by byte.
 struct Reference {
   uint64_t mark;    // this process's own: a reference from elsewhere names nothing
   uint32_t number;  // the item's
+  uint32_t zero;
 };
+static_assert(sizeof(struct Reference) == 16, "no padding");
 
 // With the catalog locked.
 static uint64_t ownMark(void) {
@@ -44,7 +47,7 @@ static OSErr codeOf(int error) {
 }
 
 static void refer(const struct Item* item, FSRef* ref) {
-  const struct Reference reference = {ownMark(), item->number};
+  const struct Reference reference = {.mark = ownMark(), .number = item->number};
   memset(ref, 0, sizeof *ref);
   memcpy(ref, &reference, sizeof reference);
 }

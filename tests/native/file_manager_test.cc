@@ -1,5 +1,8 @@
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <unistd.h>
 
 #include "tests/native/folder.h"
@@ -84,6 +87,23 @@ TEST_F(FileManagerTest, ReferencesFromElsewhereNameNothing) {
   FSRef ref = refOf(file("file"));
   ref.hidden[0] ^= 1;
   EXPECT_EQ(check(ref), kBadReference);
+}
+
+// Leaves bytes where the functions that are called next have their variables.
+[[gnu::noinline]] void leaveOnTheStack(std::uint8_t what) {
+  std::array<volatile std::uint8_t, 8192> bytes;
+  for (volatile std::uint8_t& byte : bytes) byte = what;
+}
+
+TEST_F(FileManagerTest, ReferencesToOneItemAreTheSameToTheLastByte) {
+  const std::string path = file("file");
+  leaveOnTheStack(0x55);
+  const FSRef first = refOf(path);
+  leaveOnTheStack(0xAA);
+  const FSRef second = refOf(path);
+  EXPECT_EQ(std::memcmp(&first, &second, sizeof first), 0);
+  // A mark of eight bytes, a number of four, and nothing that was there before.
+  EXPECT_EQ(std::count(std::begin(first.hidden) + 12, std::end(first.hidden), 0), 68);
 }
 
 TEST_F(FileManagerTest, PathsNeedTheirRoom) {

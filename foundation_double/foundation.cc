@@ -104,6 +104,12 @@ void Foundation::addClassImplementation(const std::string& className, const std:
   owner.addedMethods[Runtime::shared().selector(selector)] = implementation;
 }
 
+std::string Foundation::typesOfAdded(const std::string& className, const std::string& selector) {
+  const auto& types = Runtime::shared().require(className).isa->addedTypes;
+  const auto found = types.find(Runtime::shared().selector(selector));
+  return found == types.end() ? "" : found->second;
+}
+
 zel::CFStringRef Foundation::string(std::string_view utf8) {
   return objc::pooled(objc::createString(objc::fromUtf8(utf8)));
 }

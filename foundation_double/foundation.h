@@ -116,6 +116,8 @@ class Foundation {
   void addClassMethod(const std::string& className, const std::string& selector, F function) {
     addClassImplementation(className, selector, reinterpret_cast<Implementation>(+function));
   }
+  /// The type encoding that class_addMethod was given for a class method; "" for any other one.
+  std::string typesOfAdded(const std::string& className, const std::string& selector);
 
   // --- making and reading objects
 

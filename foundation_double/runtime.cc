@@ -37,6 +37,7 @@ Runtime::Runtime() {
 void Runtime::reset() {
   for (const auto& record : records_) {
     record->addedMethods.clear();
+    record->addedTypes.clear();
     record->hidden.clear();
     record->nameless = false;
     record->defined = !record->temporary;
@@ -171,12 +172,14 @@ Class* objc_getMetaClass(const char* className) {
   return found == nullptr ? nullptr : foundation_double::objc::handle<Class*>(found->isa);
 }
 
-BOOL class_addMethod(Class* owner, SEL selector, void (*implementation)(), const char* /*types*/) {
+BOOL class_addMethod(Class* owner, SEL selector, void (*implementation)(), const char* types) {
   if (!Faults::shared().countCall("class_addMethod") || owner == nullptr) return 0;
   foundation_double::objc::ClassRecord& record = foundation_double::objc::classRecord(owner);
   const bool hidden = record.hidden.count(selector) != 0;
   if (!hidden && record.methods.count(selector) != 0) return 0;
-  return record.addedMethods.emplace(selector, implementation).second ? 1 : 0;
+  if (!record.addedMethods.emplace(selector, implementation).second) return 0;
+  record.addedTypes[selector] = types;
+  return 1;
 }
 
 const char* object_getClassName(void* object) {

@@ -60,8 +60,9 @@ struct ClassRecord : Instance {
   bool defined = true;     // false: a temporary class after the end of its test
   bool nameless = false;   // by a test, of a metaclass: its class has no name
   Methods methods;
-  Methods addedMethods;       // by a test; these win
-  std::set<zel::SEL> hidden;  // by a test; inherited methods are hidden too
+  Methods addedMethods;                        // by a test; these win
+  std::map<zel::SEL, std::string> addedTypes;  // of those that class_addMethod has added
+  std::set<zel::SEL> hidden;                   // by a test; inherited methods are hidden too
 };
 
 class Runtime {

@@ -31,6 +31,13 @@ TEST_F(FamilyMethodsTest, AreThereFromTheStart) {
   EXPECT_TRUE(respondsTo<"NewNSExceptionZEL:">(exceptions()));
 }
 
+// Whoever asks the runtime for a signature before a message is sent gets this one.
+TEST_F(FamilyMethodsTest, SayWhatTheyTakeAndGive) {
+  EXPECT_EQ(foundation.typesOfAdded("NSException", "GetInstancesDictionaryZEL"), "^v@:");
+  EXPECT_EQ(foundation.typesOfAdded("NSException", "PrepareNSExceptionZEL"), "v@:");
+  EXPECT_EQ(foundation.typesOfAdded("NSException", "NewNSExceptionZEL:"), "^v@:@");
+}
+
 TEST_F(FamilyMethodsTest, AreThoseOfTheClassAlone) {
   const id exception = foundation.exception("Name", "Reason");
   EXPECT_FALSE(respondsTo<"GetInstancesDictionaryZEL">(exception));

@@ -29,11 +29,24 @@ TEST(ExceptionTablesTest, TheClassAsDeclared) {
   EXPECT_EQ(record.propertyCount, 0);
   EXPECT_EQ(record.methods, NSExceptionMethods);
   EXPECT_EQ(record.methodCount, 3);
+  EXPECT_EQ(record.events, nullptr);
+  EXPECT_EQ(record.eventCount, 0);
+  EXPECT_EQ(record.eventInstances, nullptr);
+  EXPECT_EQ(record.eventInstanceCount, 0);
+  EXPECT_EQ(record.interfaces, nullptr);
+  EXPECT_EQ(record.attributes, nullptr);
+  EXPECT_EQ(record.attributeCount, 0);
+  EXPECT_EQ(record.constants, nullptr);
+  EXPECT_EQ(record.constantCount, 0);
   EXPECT_EQ(record.flags, 4);
+  EXPECT_EQ(record.sharedProperties, nullptr);
+  EXPECT_EQ(record.sharedPropertyCount, 0);
   EXPECT_EQ(record.sharedMethods, nullptr);
   EXPECT_EQ(record.sharedMethodCount, 0);
   EXPECT_EQ(NSExceptionClass.delegates, nullptr);
+  EXPECT_EQ(NSExceptionClass.delegateCount, 0);
   EXPECT_EQ(NSExceptionClass.enums, nullptr);
+  EXPECT_EQ(NSExceptionClass.enumCount, 0);
 }
 
 TEST(ExceptionTablesTest, TheMethodsAsDeclared) {

@@ -13,6 +13,20 @@
 namespace tests {
 namespace {
 
+// The plugin's values as they are in the process that first asks for them, which no test has
+// touched: what a test finds is what the plugin declares, not what this file believes.
+struct LoadedState {
+  zel::REALclassDefinition definition = zel::pluginClass();
+  zel::Resolver resolver = zel::gResolver;
+  double hostVersion = zel::rbversion;
+  std::int32_t controlVersion = zel::CurrentREALControlVersion;
+  zel::CFMutableDictionaryRef instances = zel::instances;
+  bool exceptionsInitialized = zel::ExceptionsInitialized;
+  zel::REALobject lastDictionary = zel::LastDictionary;
+  zel::CFStringRef emptyText = zel::EmptyText;
+  zel::ClassMemory<zel::NativeKind> knownKinds = zel::KnownKinds;
+};
+
 // What an older host keeps for good goes with the host of a test.
 void freeOlderTable(const void* table, const void* declared) {
   if (table != declared) std::free(const_cast<void*>(table));
@@ -21,19 +35,19 @@ void freeOlderTable(const void* table, const void* declared) {
 }  // namespace
 
 void makePluginFresh() {
+  static const LoadedState loaded;
   zel::REALclassDefinition& definition = zel::pluginClass();
-  static const zel::REALclassDefinition declared = definition;
-  freeOlderTable(definition.base.methods, declared.base.methods);
-  freeOlderTable(definition.base.sharedMethods, declared.base.sharedMethods);
-  definition = declared;
-  zel::gResolver = nullptr;
-  zel::rbversion = 0.0;
-  zel::CurrentREALControlVersion = zel::kCurrentControlVersion;
-  zel::instances = nullptr;
-  zel::ExceptionsInitialized = false;
-  zel::LastDictionary = nullptr;
-  zel::EmptyText = nullptr;
-  zel::KnownKinds = {};
+  freeOlderTable(definition.base.methods, loaded.definition.base.methods);
+  freeOlderTable(definition.base.sharedMethods, loaded.definition.base.sharedMethods);
+  definition = loaded.definition;
+  zel::gResolver = loaded.resolver;
+  zel::rbversion = loaded.hostVersion;
+  zel::CurrentREALControlVersion = loaded.controlVersion;
+  zel::instances = loaded.instances;
+  zel::ExceptionsInitialized = loaded.exceptionsInitialized;
+  zel::LastDictionary = loaded.lastDictionary;
+  zel::EmptyText = loaded.emptyText;
+  zel::KnownKinds = loaded.knownKinds;
 #define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
   zel::wrapper = decltype(zel::wrapper){entryPoint};
 #define ARRAY_ROUTINE HOST_ROUTINE

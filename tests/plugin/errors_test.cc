@@ -278,6 +278,15 @@ TEST_F(GuardTest, LogsNameThenReasonThenUserInfo) {
   EXPECT_EQ(host->takePending().size(), 1U);
 }
 
+TEST_F(GuardTest, RaisesWithoutALineWhenThatHasNoMemory) {
+  foundation.failCall("CFStringCreateWithCString");
+  foundation.clearRecords();
+  guarded([] { throwNative("Bad", "Because."); });
+  EXPECT_EQ(foundation.log(), Lines{});
+  EXPECT_EQ(std::count(foundation.calls().begin(), foundation.calls().end(), "NSLog"), 0);
+  EXPECT_EQ(host->takePending(), (Raisings{{"NSExceptionZEL", "Because.", 0}}));
+}
+
 TEST_F(GuardTest, LogsBeforeItAsksForTheHostException) {
   foundation.clearRecords();
   guarded([] { throwNative("Bad", "Because."); });

@@ -63,6 +63,20 @@ TEST_F(ToNativeTest, CurrentHostsAreAskedTwiceBeforeTheBytesAreRead) {
   }
 }
 
+TEST_F(ToNativeTest, BytesThatAreNowhereGiveNull) {
+  startHostWithoutConversion(2013.0);
+  for (const std::uint32_t encoding : {kUtf8, kUtf16}) {
+    intercept("PluginGetStringData",
+              [](REALstring, std::uint32_t, REALstringData* out) -> REALboolean {
+                *out = {nullptr, 3, 0};
+                return 1;
+              });
+    intercept("PluginDisposeStringData", [](REALstringData*) {});
+    EXPECT_EQ(converted("key", encoding), "(null)");
+  }
+  EXPECT_EQ(foundation.calls(), Lines{});
+}
+
 TEST_F(ToNativeTest, TheSecondAnswerIsTaken) {
   host->answerNull("REALGetStringCFString", 1);
   EXPECT_EQ(converted("key", kUtf8), "key");

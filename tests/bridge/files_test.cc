@@ -54,6 +54,11 @@ TEST_F(FilesTest, TheNameOfAnItemThatDoesNotExistIsDecomposed) {
   EXPECT_EQ(toNative(item("/folder/caf\xC3\xA9")), "url(\"file:///folder/cafe%CC%81\")");
 }
 
+TEST_F(FilesTest, AnItemThatDoesNotExistMayHaveANameOfOneLetter) {
+  EXPECT_EQ(toNative(item("/folder/x")), "url(\"file:///folder/x\")");
+  EXPECT_EQ(host->calls("REALFSSpecFromFolderItem"), 0);
+}
+
 TEST_F(FilesTest, ANameThatCannotBeCopiedIsUsedAsItIs) {
   foundation.failCall("CFStringCreateMutableCopy");
   EXPECT_EQ(toNative(item("/folder/caf\xC3\xA9")), "url(\"file:///folder/caf%C3%A9\")");
@@ -95,6 +100,14 @@ TEST_F(FilesTest, TheOldRouteMayFailAtEachStep) {
   foundation.removeFile("/folder/file.txt");
   EXPECT_EQ(toNative(file), "nil");
   host->hide("REALFSSpecFromFolderItem");
+}
+
+TEST_F(FilesTest, ASpecificationThatNamesNothingGivesNil) {
+  host->hide("REALFSRefFromFolderItem");
+  foundation.failCall("FSpMakeFSRef");
+  EXPECT_EQ(toNative(item("/folder/file.txt")), "nil");
+  EXPECT_EQ(called("FSpMakeFSRef"), 1);
+  EXPECT_EQ(called("CFURLCreateFromFSRef"), 0);
 }
 
 TEST_F(FilesTest, AHostWithoutAnyRouteGivesNil) {
@@ -175,6 +188,10 @@ TEST_F(FilesTest, NoUrlGivesNothing) { EXPECT_EQ(toHost(nullptr), "nil"); }
 TEST_F(FilesTest, TheUrlOfAMissingItemBecomesItsFolderAndItsName) {
   EXPECT_EQ(toHost(foundation.fileUrl("/folder/new.txt")), "FolderItem /folder/new.txt");
   EXPECT_EQ(toHost(foundation.fileUrl("/folder/caf\xC3\xA9")), "FolderItem /folder/cafe\xCC\x81");
+}
+
+TEST_F(FilesTest, AMissingItemMayHaveANameOfOneLetter) {
+  EXPECT_EQ(toHost(foundation.fileUrl("/folder/x")), "FolderItem /folder/x");
 }
 
 TEST_F(FilesTest, AMissingFolderGivesNothing) {

@@ -63,18 +63,18 @@ inline bool respondsTo(Receiver* receiver) {
   return send<BOOL, "respondsToSelector:">(receiver, selector<Text>()) != 0;
 }
 
-/// Whether the object is of that class or of a subclass; false for nil and for an unknown class.
+/// Whether the object is of that class or of a subclass; false for nil. The class is one of
+/// Foundation's own, which is always there.
 template <Name ClassName, class Receiver>
 inline bool isKindOf(Receiver* object) {
-  Class* const wanted = classNamed<ClassName>();
-  return wanted != nullptr && send<BOOL, "isKindOfClass:">(object, wanted) != 0;
+  return send<BOOL, "isKindOfClass:">(object, classNamed<ClassName>()) != 0;
 }
 
 /// The same without a message, by the runtime alone: for objects that may answer none.
+/// @param object not nil.
 template <Name ClassName>
 inline bool isInstanceOf(Object* object) {
   Class* const wanted = classNamed<ClassName>();
-  if (object == nullptr || wanted == nullptr) return false;
   Class* level = classOf(object);
   while (level != nullptr && level != wanted) level = class_getSuperclass(level);
   return level != nullptr;
@@ -84,9 +84,8 @@ inline bool isInstanceOf(Object* object) {
 /// nil.
 template <Name Text>
 inline bool inheritsFromRoot(Class* owner) {
-  Class* const root = classNamed<"NSObject">();
-  return root != nullptr && class_getMethodImplementation(owner, selector<Text>()) ==
-                                class_getMethodImplementation(root, selector<Text>());
+  return class_getMethodImplementation(owner, selector<Text>()) ==
+         class_getMethodImplementation(classNamed<"NSObject">(), selector<Text>());
 }
 
 /// Adds a reference, which the caller owns from here on.

@@ -100,6 +100,12 @@ TEST_F(StoreFaultsTest, AFileSystemWithoutTheKernelsLocksWillDo) {
   EXPECT_EQ(checkFaults(failing({"ENOLCK"})), refused - 1);
 }
 
+// The file is read to its end and written in one piece: three calls that are made again.
+TEST_F(StoreFaultsTest, AnInterruptedCallIsMadeAgain) {
+  const int refused = checkFaults(failing({"EIO"}));
+  EXPECT_EQ(checkFaults(failing({"EINTR"})), refused - 3);
+}
+
 TEST_F(StoreFaultsTest, AProcessThatEndsAtAnyCallHoldsNobodyUp) {
   std::string before = "0";
   ASSERT_EQ(storeProbe(domain(), {"write", before}), "yes");

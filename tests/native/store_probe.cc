@@ -116,8 +116,8 @@ Function* faults(const char* name) {
 
 int kindNamed(const std::string& name) {
   static const std::map<std::string, int> kinds = {
-      {"ENOSPC", ENOSPC}, {"EIO", EIO},  {"EACCES", EACCES}, {"EROFS", EROFS},
-      {"ENOLCK", ENOLCK}, {"short", -1}, {"kill", -2}};
+      {"ENOSPC", ENOSPC}, {"EIO", EIO},       {"EACCES", EACCES}, {"EROFS", EROFS},
+      {"EINTR", EINTR},   {"ENOLCK", ENOLCK}, {"short", -1},      {"kill", -2}};
   return kinds.at(name);
 }
 

@@ -6,7 +6,7 @@ zel_test_options(plugin_test)
 target_precompile_headers(plugin_test REUSE_FROM test_support)
 
 # The product's units, between the reference host and the Foundation double.
-zel_add_tests(unit_tests
+zel_add_tests(unit_tests SHARDS 4
   SOURCES
     support/intercept.cc
     plugin/host_test.cc

@@ -19,6 +19,7 @@ namespace {
 using Names = std::vector<std::string>;
 
 constexpr unsigned kSecondsForATest = 300;
+constexpr std::size_t kMostOfASuite = 50;  // tests that share a process
 
 // --- which tests
 
@@ -34,7 +35,8 @@ bool isChosen(const std::string& name) {
   const std::string filter = GTEST_FLAG_GET(filter);
   const std::size_t dash = filter.find('-');
   const std::string wanted = filter.substr(0, dash);
-  if (!GTEST_FLAG_GET(also_run_disabled_tests) && matchesAny("DISABLED_*:*.DISABLED_*", name))
+  if (!GTEST_FLAG_GET(also_run_disabled_tests) &&
+      matchesAny("DISABLED_*:*/DISABLED_*:*.DISABLED_*", name))
     return false;
   return (wanted.empty() || matchesAny(wanted, name)) &&
          (dash == std::string::npos || !matchesAny(filter.substr(dash + 1), name));
@@ -44,22 +46,37 @@ std::string nameOf(const testing::TestInfo& test) {
   return std::string(test.test_suite_name()) + '.' + test.name();
 }
 
-// The names of those that share a process.
+// The names of those that share a process. A suite of many tests has several.
 std::vector<Names> chosenGroups(Share share) {
+  const std::size_t most = share == Share::suite ? kMostOfASuite : 1;
   std::vector<Names> groups;
   const testing::UnitTest& all = *testing::UnitTest::GetInstance();
   for (int i = 0; i < all.total_test_suite_count(); ++i) {
     const testing::TestSuite& suite = *all.GetTestSuite(i);
-    Names chosen;
+    std::size_t room = 0;  // in the last group, for tests of this suite
     for (int j = 0; j < suite.total_test_count(); ++j) {
       const std::string name = nameOf(*suite.GetTestInfo(j));
       if (!isChosen(name)) continue;
-      if (share == Share::nothing) groups.push_back({name});
-      if (share == Share::suite) chosen.push_back(name);
+      if (room == 0) {
+        groups.emplace_back();
+        room = most;
+      }
+      groups.back().push_back(name);
+      --room;
     }
-    if (!chosen.empty()) groups.push_back(chosen);
   }
   return groups;
+}
+
+// Every so many-th of the groups; which of them, and how many programs share them, GoogleTest's own
+// variables say.
+std::vector<Names> ofThisShard(const std::vector<Names>& groups, const std::string& shards,
+                               const std::string& index) {
+  if (shards.empty()) return groups;
+  const std::size_t step = std::stoul(shards);
+  std::vector<Names> own;
+  for (std::size_t i = std::stoul(index); i < groups.size(); i += step) own.push_back(groups[i]);
+  return own;
 }
 
 // --- in the process of a group
@@ -140,7 +157,9 @@ std::string filterOf(const Names& names) {
 int runApart(int argc, char** argv, Share share, Runner runner) {
   testing::InitGoogleTest(&argc, argv);
   const std::string resultsFile = taken("ZEL_TEST_RESULTS");
-  const std::vector<Names> groups = chosenGroups(share);
+  const std::string shards = taken("GTEST_TOTAL_SHARDS");
+  const std::string shard = taken("GTEST_SHARD_INDEX");
+  const std::vector<Names> groups = ofThisShard(chosenGroups(share), shards, shard);
   const bool single = groups.size() == 1 && groups.front().size() == 1;
   if (GTEST_FLAG_GET(list_tests) || (single && resultsFile.empty()))
     return runner(argc, argv, runHere);

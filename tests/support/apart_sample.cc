@@ -17,4 +17,13 @@ TEST(EndTest, Passes) {
   std::atexit([] { std::_Exit(3); });
 }
 
+class DISABLED_ManyTest : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Tests, DISABLED_ManyTest, testing::Range(0, 51));
+
+TEST_P(DISABLED_ManyTest, RunsInAProcessOfFewer) {
+  static int before = 0;
+  EXPECT_LT(before++, 50);
+}
+
 }  // namespace

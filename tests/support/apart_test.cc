@@ -11,9 +11,11 @@ namespace {
 
 class ApartTest : public testing::Test {
  protected:
-  // Runs the sample. @param options of GoogleTest's.
-  Ending sample(const std::string& options = "") {
-    return run("ZEL_TEST_RESULTS='" + results_.string() + "' " ZEL_SAMPLE " " + options);
+  // Runs the sample. @param options of GoogleTest's. @param variables for it, as the shell takes
+  // them.
+  Ending sample(const std::string& options = "", const std::string& variables = "") {
+    return run(variables + " ZEL_TEST_RESULTS='" + results_.string() + "' " ZEL_SAMPLE " " +
+               options);
   }
   [[nodiscard]] std::string results() const {
     std::ifstream file(results_);
@@ -51,6 +53,20 @@ TEST_F(ApartTest, NothingChosenIsAMistake) {
 TEST_F(ApartTest, DisabledTestsRunWhenAskedFor) {
   EXPECT_EQ(sample("--gtest_also_run_disabled_tests --gtest_filter=*IsNotRun").status, 1);
   EXPECT_EQ(results(), "failed SampleTest.DISABLED_IsNotRun\n");
+}
+
+TEST_F(ApartTest, SeveralProgramsShareTheSuites) {
+  EXPECT_EQ(sample("", "GTEST_TOTAL_SHARDS=2 GTEST_SHARD_INDEX=1").status, 1);
+  EXPECT_EQ(results(),
+            "failed CrashTest.Crashes\nfailed CrashTest.IsNotReached\npassed CrashTest.Passes\n");
+  EXPECT_EQ(sample("", "GTEST_TOTAL_SHARDS=3 GTEST_SHARD_INDEX=2").status, 1);
+  EXPECT_EQ(results(), "passed EndTest.Passes\nfailed EndTest.Passes and the end of its process\n");
+}
+
+TEST_F(ApartTest, ManyTestsOfASuiteShareNoProcess) {
+  const Ending ending = sample("--gtest_also_run_disabled_tests --gtest_filter='*ManyTest*'");
+  EXPECT_EQ(ending.status, 0);
+  EXPECT_NE(ending.output.find("51 passed, 0 failed, 0 skipped\n"), std::string::npos);
 }
 
 }  // namespace

@@ -1,19 +1,15 @@
-# Toolchain file: building for 32-bit Linux with Debian's cross compilers, against a sysroot in the
-# user's cache folder. What is built also runs here, on any 64-bit x86 machine: the sysroot's dynamic
+# Toolchain file: building for 32-bit Linux with Debian's cross compilers, or with clang and their
+# headers and libraries, against a sysroot in the user's cache folder. What is built also runs here, on any 64-bit x86 machine: the sysroot's dynamic
 # linker is its interpreter, and tools/i386 says where that finds libraries.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)
-list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZEL_I386_SYSROOT ZEL_I386_ENVIRONMENT)
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZEL_I386_SYSROOT)
 
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH zel_project)
 if(NOT ZEL_I386_SYSROOT)
-  foreach(value SYSROOT ENVIRONMENT)
-    string(TOLOWER --${value} option)
-    execute_process(COMMAND ${zel_project}/tools/i386 ${option} COMMAND_ERROR_IS_FATAL ANY
-      OUTPUT_VARIABLE lines OUTPUT_STRIP_TRAILING_WHITESPACE)
-    string(REPLACE "\n" ";" lines "${lines}")
-    set(ZEL_I386_${value} "${lines}" CACHE INTERNAL "What tools/i386 ${option} says")
-  endforeach()
+  execute_process(COMMAND ${zel_project}/tools/i386 --sysroot COMMAND_ERROR_IS_FATAL ANY
+    OUTPUT_VARIABLE sysroot OUTPUT_STRIP_TRAILING_WHITESPACE)
+  set(ZEL_I386_SYSROOT ${sysroot} CACHE INTERNAL "What tools/i386 --sysroot says")
 endif()
 find_program(CMAKE_C_COMPILER i686-linux-gnu-gcc-12)
 find_program(CMAKE_CXX_COMPILER i686-linux-gnu-g++-12)
@@ -32,8 +28,9 @@ set(ENV{PKG_CONFIG_SYSROOT_DIR} ${CMAKE_SYSROOT})
 set(ENV{PKG_CONFIG_LIBDIR} ${CMAKE_SYSROOT}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig)
 
 # Wherever the sysroot stands, the same files come out.
-foreach(language C CXX OBJC)
+foreach(language C CXX OBJC ASM)
   set(CMAKE_${language}_FLAGS_INIT -ffile-prefix-map=${CMAKE_SYSROOT}=)
+  set(CMAKE_${language}_COMPILER_TARGET i686-linux-gnu)  # for clang, which has one compiler for all
 endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,--dynamic-linker=${CMAKE_SYSROOT}/lib/ld-linux.so.2)
-set(CMAKE_CROSSCOMPILING_EMULATOR env ${ZEL_I386_ENVIRONMENT})
+set(CMAKE_CROSSCOMPILING_EMULATOR ${zel_project}/tools/i386)

@@ -1,5 +1,6 @@
 // The macOS bundle and the plugin of this system do the same, call by call.
 #include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <regex>
 #include <set>
@@ -73,7 +74,9 @@ class DifferentialTest : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Hosts, DifferentialTest, testing::Values("2011.04", "2013.0", "2014.0"));
 
 TEST_P(DifferentialTest, ResultsHostCallsAndLogAreTheSame) {
-  const Lines here = transcriptOf(ZEL_PLUGIN, GetParam());
+  const char* const product = std::getenv("ZEL_PRODUCT");
+  const Lines here = transcriptOf(
+      product != nullptr ? std::string(product) + "/NSUserDefaultsZEL.so" : ZEL_PLUGIN, GetParam());
   const Lines bundle = transcriptOf(ZEL_BUNDLE, GetParam());
   EXPECT_EQ(differenceOf(here, bundle), "");
   EXPECT_EQ(countOf(here, "  = "), kCalls);

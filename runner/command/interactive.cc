@@ -1,7 +1,7 @@
 #include "runner/command/interactive.h"
 
-#include <cstdio>
-#include <iostream>
+#include <csignal>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -56,8 +56,7 @@ class Prompt {
     messages_ << format(*ending, "line") << std::flush;
     text_.clear();
     // The end of a program's input isn't that of the session's.
-    std::clearerr(stdin);
-    std::cin.clear();
+    session_.machine().in().clear();
     return true;
   }
   void drop() { text_.clear(); }
@@ -76,6 +75,8 @@ void interact(Session& session, std::ostream& out, std::ostream& messages) {
   LineEditor editor([&session](const std::string& text) { return session.completions(text); },
                     historyFile());
   Prompt prompt(session, out, messages);
+  // Between two lines there is nothing to drop or to end, and the session goes on.
+  std::signal(SIGINT, SIG_IGN);
   out << kBanner << std::flush;
   for (;;) {
     const LineEditor::Entered entered = editor.read(prompt.isWithinBlock() ? "… " : "> ");

@@ -17,6 +17,7 @@
 
 #include "host/loading/plugin_library.h"
 #include "host/store/private_store.h"
+#include "runner/command/input.h"
 #include "runner/command/interactive.h"
 #include "runner/command/interrupts.h"
 #include "runner/command/log.h"
@@ -42,6 +43,7 @@ struct Streams {
     std::clog.rdbuf(messages.rdbuf());
   }
 
+  runner::Input in{STDIN_FILENO};
   Output out{STDOUT_FILENO, Output::Loss::isThrown};
   Output messages{STDERR_FILENO, Output::Loss::isIgnored};
 };
@@ -62,7 +64,7 @@ int refuse(const std::string& problem) {
 
 // Runs or checks one program; interactive without one.
 int runProgram(runner::Session& session, const Options& options, const std::string* file) {
-  auto& [out, messages] = streams();
+  auto& [in, out, messages] = streams();
   if (file == nullptr) {
     interact(session, out, messages);
     return 0;
@@ -99,7 +101,7 @@ Libraries load(const std::vector<std::string>& plugins) {
 
 // A host with the plugins, for one program.
 int runHost(const Options& options, const std::string* file) {
-  auto& [out, messages] = streams();
+  auto& [in, out, messages] = streams();
   const Libraries libraries = load(options.plugins);
   host::HostOptions hostOptions;
   if (!libraries.empty()) hostOptions.border = libraries.front()->border();
@@ -114,7 +116,7 @@ int runHost(const Options& options, const std::string* file) {
     for (const auto& library : libraries) host.load(library->main());
     surroundings.complete();
     {
-      runner::Session session(host, out, std::cin);
+      runner::Session session(host, out, in);
       session.machine().onPause([&surroundings] { surroundings.drain(); });
       status = runProgram(session, options, file);
     }

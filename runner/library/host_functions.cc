@@ -23,6 +23,7 @@ Value readLine(Machine& machine) {
   std::string line;
   machine.out().flush();
   std::getline(machine.in(), line);
+  machine.pauseIfDue();  // an interruption ends the wait, too
   return line;
 }
 Value input(Machine& machine, const Value&, const Value*) { return readLine(machine); }

@@ -94,6 +94,7 @@ class Machine {
   /// Has the program that runs throw Interrupted at its next statement or turn of a loop. A handler
   /// of a signal may call it.
   void interrupt() { interrupted_ = 1; }
+  [[nodiscard]] bool isInterrupted() const { return interrupted_ != 0; }
   /// Forgets an interruption that came while nothing ran.
   void resume() { interrupted_ = 0; }
 

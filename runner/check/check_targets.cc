@@ -12,12 +12,7 @@ namespace {
 
 using What = Target::What;
 
-Target valueTarget(Typed value) {
-  Target target;
-  target.place = value.place;
-  target.value = std::move(value);
-  return target;
-}
+Target valueTarget(Typed value) { return {.place = value.place, .value = std::move(value)}; }
 
 Candidates settersAmong(Candidates functions) {
   std::erase_if(functions, [](const Callable* function) { return !function->assigns(); });
@@ -42,6 +37,19 @@ Candidates settersAmong(Candidates functions) {
 Typed again(const Typed& pinned) {
   return pinned.variable ? variableAt(*pinned.variable, pinned.place)
                          : constantAt(pinned.type, *pinned.constant, pinned.place);
+}
+
+Target again(const Target& pinned) {
+  Target same = {.what = pinned.what,
+                 .place = pinned.place,
+                 .name = pinned.name,
+                 .variable = pinned.variable,
+                 .getters = pinned.getters,
+                 .setters = pinned.setters,
+                 .direct = pinned.direct};
+  if (pinned.self) same.self = again(*pinned.self);
+  for (const Typed& argument : pinned.arguments) same.arguments.push_back(again(argument));
+  return same;
 }
 
 }  // namespace
@@ -102,22 +110,16 @@ Target Checker::ofSymbol(const Symbol& symbol, const Word& name, const Arguments
 Target Checker::ofVariable(const KnownVariable& variable, const Word& name,
                            const Arguments& arguments, const Place& place) {
   if (!arguments.empty()) return elementOf(variableAt(variable, name.place), arguments, place);
-  Target target;
-  target.what = What::variable;
-  target.place = place;
-  target.name = name;
-  target.variable = variable;
-  return target;
+  return {.what = What::variable, .place = place, .name = name, .variable = variable};
 }
 
-Target Checker::ofFunctions(Candidates functions, const Word& name, const Arguments& arguments,
-                            const Place& place) {
-  Target method;
-  method.what = What::method;
-  method.place = place;
-  method.name = name;
-  method.setters = settersAmong(functions);
-  method.getters = std::move(functions);
+Target Checker::ofFunctions(const Candidates& functions, const Word& name,
+                            const Arguments& arguments, const Place& place) {
+  Target method = {.what = What::method,
+                   .place = place,
+                   .name = name,
+                   .getters = functions,
+                   .setters = settersAmong(functions)};
   return methodOrElement(std::move(method), arguments);
 }
 
@@ -195,11 +197,10 @@ Candidates Checker::reachable(Candidates candidates, const Word& name) const {
 
 Target Checker::ofClass(Type type, const Word& name, const Arguments& arguments,
                         const Place& place) {
-  Target method;
-  method.what = What::method;
-  method.place = place;
-  method.name = name;
-  method.getters = reachable(library_.shared(type, name.key), name);
+  Target method = {.what = What::method,
+                   .place = place,
+                   .name = name,
+                   .getters = reachable(library_.shared(type, name.key), name)};
   if (method.getters.empty()) failToFindMember(library_, name, type, true);
   method.setters = settersAmong(method.getters);
   return methodOrElement(std::move(method), arguments);
@@ -209,12 +210,11 @@ Target Checker::ofObject(Typed object, const Word& name, const Arguments& argume
                          const Place& place) {
   const Type type = object.type;
   if (type.isNothing()) refuse(object.place, "This gives no value that could have methods.");
-  Target method;
-  method.what = What::method;
-  method.place = place;
-  method.name = name;
-  method.getters = reachable(library_.methods(type, name.key), name);
-  method.setters = reachable(library_.setters(type, name.key), name);
+  Target method = {.what = What::method,
+                   .place = place,
+                   .name = name,
+                   .getters = reachable(library_.methods(type, name.key), name),
+                   .setters = reachable(library_.setters(type, name.key), name)};
   if (!method.getters.empty() || !method.setters.empty()) {
     method.self = std::move(object);
     return methodOrElement(std::move(method), arguments);
@@ -248,10 +248,7 @@ Target Checker::elementOf(Typed array, const Arguments& arguments, const Place& 
   if (!array.type.isArray())
     refuse(array.place, "This is " + array.type.name() + ", which is no array and no method.");
   if (arguments.size() != 1) refuse(place, "An element of an array is found by one index.");
-  Target target;
-  target.what = What::element;
-  target.place = place;
-  target.self = std::move(array);
+  Target target = {.what = What::element, .place = place, .self = std::move(array)};
   target.arguments.push_back(converted(*arguments.front(), kInteger));
   return target;
 }
@@ -335,18 +332,8 @@ Action Checker::check(const Assign& what, const Place& place) {
   if (!what.op) return assign(std::move(wanted), expression(*what.value));
   // As target = target op value, but what the target stands on is computed once.
   std::vector<Action> pinned = pin(wanted);
-  Target before;
-  before.what = wanted.what;
-  before.place = wanted.place;
-  before.name = wanted.name;
-  before.variable = wanted.variable;
-  before.getters = wanted.getters;
-  before.setters = wanted.setters;
-  before.direct = wanted.direct;
-  if (wanted.self) before.self = again(*wanted.self);
-  for (const Typed& argument : wanted.arguments) before.arguments.push_back(again(argument));
   if (wanted.what == What::value) refuse(wanted.place, "Nothing can be assigned to this.");
-  Typed sum = binary(*what.op, read(std::move(before)), expression(*what.value), place);
+  Typed sum = binary(*what.op, read(again(wanted)), expression(*what.value), place);
   pinned.push_back(assign(std::move(wanted), std::move(sum)));
   if (pinned.size() == 1) return std::move(pinned.front());
   return action([pinned = std::move(pinned)](Frame& frame) {

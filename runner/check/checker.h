@@ -111,7 +111,7 @@ class Checker {
   Target ofMember(Type type, const Word& name, const Arguments& arguments, const Place& place);
   Target ofSpace(const Symbol& space, const Word& name, const Arguments& arguments,
                  const Place& place);
-  Target ofFunctions(Candidates functions, const Word& name, const Arguments& arguments,
+  Target ofFunctions(const Candidates& functions, const Word& name, const Arguments& arguments,
                      const Place& place);
   Target ofVariable(const KnownVariable& variable, const Word& name, const Arguments& arguments,
                     const Place& place);

@@ -25,6 +25,7 @@
 #include "runner/command/output.h"
 #include "runner/command/program_file.h"
 #include "runner/command/session.h"
+#include "runner/command/starting.h"
 #include "runner/command/surroundings.h"
 
 namespace {
@@ -91,9 +92,7 @@ Libraries load(const std::vector<std::string>& plugins) {
     try {
       libraries.push_back(std::make_unique<host::PluginLibrary>(plugin));
     } catch (const std::exception& problem) {
-      throw std::runtime_error(problem.what() + std::string("\n") +
-                               "--plugin takes the file of a plugin, such as "
-                               "NSUserDefaultsZEL.so.");
+      throw std::runtime_error(problem.what() + std::string("\n") + runner::kPluginHelp);
     }
   }
   return libraries;
@@ -113,7 +112,8 @@ int runHost(const Options& options, const std::string* file) {
   int status = 0;
   {
     runner::Surroundings surroundings(host);
-    for (const auto& library : libraries) host.load(library->main());
+    for (std::size_t i = 0; i < libraries.size(); ++i)
+      runner::startPlugin(host, options.plugins[i], libraries[i]->main());
     surroundings.complete();
     {
       runner::Session session(host, out, in);

@@ -84,6 +84,18 @@ TEST_P(ProgramsTest, SaysWhatTheFileBesideItSays) {
   }
 }
 
+#ifdef ZEL_LOADER_SAMPLE
+// The one that the loader is tested with asks for other things than a host has.
+TEST(BundleTest, OneThatIsNoPluginOfAHostIsNamed) {
+  const Ending ending = run("echo | " ZEL_HOSTRUN " --macos --plugin " ZEL_LOADER_SAMPLE " - 2>&1");
+  EXPECT_EQ(ending.output, "hostrun: " ZEL_LOADER_SAMPLE
+                           " crashed in its REALPluginMain.\n"
+                           "It had asked the host for \"case\", which this host doesn't have.\n"
+                           "--plugin takes the file of a plugin, such as NSUserDefaultsZEL.so.\n");
+  EXPECT_EQ(ending.status, 1);
+}
+#endif
+
 INSTANTIATE_TEST_SUITE_P(Programs, ProgramsTest, testing::ValuesIn(expectations()), nameOf);
 
 }  // namespace

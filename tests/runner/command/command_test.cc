@@ -92,6 +92,17 @@ TEST(CommandTest, WhatIsNoPluginIsNamed) {
   }
 }
 
+TEST(CommandTest, APluginThatCrashesAtItsStartIsNamed) {
+  const Program program("program", "Print \"never\"\n");
+  const Ending result = hostrun("--plugin " ZEL_HASTY_PLUGIN " " + program.file());
+  EXPECT_EQ(result.output,
+            "hostrun: " ZEL_HASTY_PLUGIN
+            " crashed in its REALPluginMain.\n"
+            "It had asked the host for \"TimeMachineStart\", which this host doesn't have.\n"
+            "--plugin takes the file of a plugin, such as NSUserDefaultsZEL.so.\n");
+  EXPECT_EQ(result.status, 1);
+}
+
 TEST(CommandTest, AVersionOfAHostIsANumber) {
   for (const std::string version : {"-1", "nan", "inf", "0", "1e3", "2013.03x", "''", "20130"}) {
     const Ending result = hostrun("--host-version " + version + " -", "echo | ");

@@ -25,6 +25,13 @@ struct LoadedState {
   zel::REALobject lastDictionary = zel::LastDictionary;
   zel::CFStringRef emptyText = zel::EmptyText;
   zel::ClassMemory<zel::NativeKind> knownKinds = zel::KnownKinds;
+#define HOST_ROUTINE(wrapper, entryPoint, doc, ...) decltype(zel::wrapper) wrapper = zel::wrapper;
+#define ARRAY_ROUTINE HOST_ROUTINE
+#define FRAMEWORK_METHOD HOST_ROUTINE
+#include "plugin/host_routines.def"
+#undef HOST_ROUTINE
+#undef ARRAY_ROUTINE
+#undef FRAMEWORK_METHOD
 };
 
 // What an older host keeps for good goes with the host of a test.
@@ -48,8 +55,7 @@ void makePluginFresh() {
   zel::LastDictionary = loaded.lastDictionary;
   zel::EmptyText = loaded.emptyText;
   zel::KnownKinds = loaded.knownKinds;
-#define HOST_ROUTINE(wrapper, entryPoint, doc, ...) \
-  zel::wrapper = decltype(zel::wrapper){entryPoint};
+#define HOST_ROUTINE(wrapper, entryPoint, doc, ...) zel::wrapper = loaded.wrapper;
 #define ARRAY_ROUTINE HOST_ROUTINE
 #define FRAMEWORK_METHOD HOST_ROUTINE
 #include "plugin/host_routines.def"

@@ -42,7 +42,6 @@ REALobject asObject(Result* handle) {
 
 REALobject fromArray(id list, Nesting nesting, REALstring& /*text*/) {
   const REALarray array = REALCreateArray(kObjectElements, kEmptyUpperBound);
-  if (array == nullptr) return nullptr;
   return handingOver(asObject(array), [&](REALobject) { FillVariantArray(array, list, nesting); });
 }
 

@@ -99,6 +99,7 @@ TEST_F(DataTest, AHostThatCannotLockIsStillAskedToUnlock) {
 TEST_F(DataTest, DataBecomesABlock) {
   EXPECT_EQ(toHost(foundation.data("\x01\x02\xFF"s)), "MemoryBlock 0102ff");
   EXPECT_EQ(toHost(foundation.data("a\0b"s)), "MemoryBlock 610062");
+  EXPECT_EQ(toHost(foundation.data("a")), "MemoryBlock 61");
 }
 
 TEST_F(DataTest, NothingBecomesNoBlock) {

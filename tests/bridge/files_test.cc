@@ -102,6 +102,13 @@ TEST_F(FilesTest, TheOldRouteMayFailAtEachStep) {
   host->hide("REALFSSpecFromFolderItem");
 }
 
+TEST_F(FilesTest, ASpecificationThatTheHostCannotFillIsNotUsed) {
+  host->hide("REALFSRefFromFolderItem");
+  host->answerNull("REALFSSpecFromFolderItem", 1);
+  EXPECT_EQ(toNative(item("/folder/file.txt")), "nil");
+  EXPECT_EQ(called("FSpMakeFSRef"), 0);
+}
+
 TEST_F(FilesTest, ASpecificationThatNamesNothingGivesNil) {
   host->hide("REALFSRefFromFolderItem");
   foundation.failCall("FSpMakeFSRef");
@@ -196,6 +203,7 @@ TEST_F(FilesTest, AMissingItemMayHaveANameOfOneLetter) {
 
 TEST_F(FilesTest, AMissingFolderGivesNothing) {
   EXPECT_EQ(toHost(foundation.fileUrl("/nowhere/new.txt")), "nil");
+  EXPECT_EQ(host->calls("REALFolderItemFromParentFSRef"), 0);
 }
 
 TEST_F(FilesTest, AWebAddressGivesNothing) {
@@ -218,6 +226,12 @@ TEST_F(FilesTest, EveryStepThatTheFileManagerRefusesLeadsOn) {
     EXPECT_EQ(toHost(foundation.fileUrl("/folder/file.txt")), "FolderItem /folder/file.txt");
     EXPECT_EQ(host->calls("FolderItemFromFSSpec"), 1);
   }
+}
+
+TEST_F(FilesTest, AnItemWithoutANodeIsAskedForNothingButItsSpecification) {
+  foundation.failCall("FSGetCatalogInfo");
+  EXPECT_EQ(toHost(foundation.fileUrl("/folder/file.txt")), "FolderItem /folder/file.txt");
+  EXPECT_EQ(called("FSGetCatalogInfo"), 2);  // node and folder; specification
 }
 
 TEST_F(FilesTest, TheFolderIsCheckedEvenWithoutAName) {

@@ -6,6 +6,7 @@
 #include "bridge/struct_data.h"
 #include "native/exceptions.h"
 #include "plugin/host.h"
+#include "tests/support/intercept.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -47,6 +48,14 @@ TEST_F(NativeToVariantTest, AnEmptyTextIsAVariantOfNoString) {
 TEST_F(NativeToVariantTest, TheHostStringIsGivenBackEvenWithoutAVariant) {
   host->hide("StringToVariant");
   EXPECT_EQ(toHost(text("x")), "nil");
+  EXPECT_EQ(host->calls("REALUnlockString"), 1);
+}
+
+TEST_F(NativeToVariantTest, TheHostStringIsGivenBackWhenANativeExceptionPasses) {
+  static id thrown = nullptr;
+  thrown = foundation.exception("Name", "Reason");
+  intercept("StringToVariant", [](REALstring) -> REALobject { objc_exception_throw(thrown); });
+  EXPECT_EQ(catching([&] { converted(text("x")); }), thrown);
   EXPECT_EQ(host->calls("REALUnlockString"), 1);
 }
 

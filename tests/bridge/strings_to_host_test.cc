@@ -32,8 +32,11 @@ class ToHostTest : public PluginTest {
 
 TEST_F(ToHostTest, NullAndEmptyTextsGiveNull) {
   EXPECT_EQ(converted(nullptr), "(null)");
-  EXPECT_EQ(converted(foundation.string("")), "(null)");
+  const CFStringRef empty = foundation.string("");
+  foundation.clearRecords();
+  EXPECT_EQ(converted(empty), "(null)");
   EXPECT_EQ(host->sequence(), Lines{});
+  EXPECT_EQ(foundation.calls(), Lines{"CFStringGetLength"});
 }
 
 TEST_F(ToHostTest, EveryTextBecomesUtf8) {

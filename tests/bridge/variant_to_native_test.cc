@@ -238,6 +238,12 @@ TEST_F(VariantToNativeTest, ADateThatCannotBeReadBecomesNil) {
   EXPECT_EQ(toNative(date), "nil");
 }
 
+TEST_F(VariantToNativeTest, ADateThatIsRefusedBecomesNil) {
+  const ObjectRef date = host->date({2001, 1, 2, 3, 4, 5});
+  refuse<REALobject>("REALGetPropValueObject");
+  EXPECT_EQ(toNative(date), "nil");
+}
+
 TEST_F(VariantToNativeTest, ADateVariantOfNoDateBecomesNil) {
   const ObjectRef date = host->date({2001, 1, 2, 3, 4, 5});
   intercept("REALGetPropValueObject", [](REALobject, const char*, REALobject* value) {

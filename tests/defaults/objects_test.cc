@@ -331,8 +331,10 @@ TEST_F(ObjectsTest, AListThatCannotBeMadeIsNil) {
   catchStored();
   foundation.addClassMethod(
       "NSMutableArray", "arrayWithCapacity:", [](id, SEL, NSUInteger) -> id { return nullptr; });
+  host->clearRecords();
   set("setStringArrayValue", host->array(Host::kStringElements, {"a"s}));
   EXPECT_EQ(stored, "nil");
+  EXPECT_EQ(host->calls("REALGetStringCFString"), 1);  // the key's: no element is converted
 }
 
 TEST_F(ObjectsTest, WithoutUpperBoundsOneElementIsRead) {

@@ -47,10 +47,31 @@ Value selfOf(Frame& frame, const ValueCode& self, const std::string& name, bool 
 
 }  // namespace
 
-TypedList Checker::checkAll(const Arguments& arguments) {
+TypedList Checker::checkAll(const Arguments& arguments, const Candidates& among) {
+  const bool changes = std::any_of(among.begin(), among.end(), [](const Callable* callable) {
+    return std::any_of(callable->parameters.begin(), callable->parameters.end(),
+                       [](const Parameter& parameter) { return parameter.byRef; });
+  });
   TypedList checked;
-  for (const ExpressionPtr& argument : arguments) checked.push_back(expression(*argument));
+  for (const ExpressionPtr& argument : arguments)
+    checked.push_back(changes ? changeable(*argument) : expression(*argument));
   return checked;
+}
+
+Typed Checker::changeable(const Expression& expression) {
+  Target meant = target(expression);
+  const bool isElement = meant.what == Target::What::element;
+  const bool isProperty = meant.what == Target::What::method && !meant.setters.empty();
+  if (!isElement && !isProperty) {
+    Typed value = read(std::move(meant));
+    value.place = expression.place;
+    return value;
+  }
+  std::vector<Action> pinned = pin(meant);
+  Typed value = read(again(meant));
+  value.place = expression.place;
+  value.changeable = std::make_shared<Changeable>(Changeable{std::move(pinned), std::move(meant)});
+  return value;
 }
 
 // --- which one is meant
@@ -162,12 +183,17 @@ Checker::Match Checker::resolve(const Word& name, const Candidates& candidates,
   if (best == nullptr) failToMatch(name, candidates, arguments);
   const std::vector<Parameter>& parameters = best->parameters;
   arguments = gathered(*best, std::move(arguments));
+  std::vector<Reference> references(parameters.size());
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (!parameters[i].byRef) arguments[i] = convert(std::move(arguments[i]), parameters[i].type);
+    if (parameters[i].byRef) {
+      references[i] = referenceOf(std::move(arguments[i]), parameters[i], *best);
+    } else {
+      arguments[i] = convert(byValue(std::move(arguments[i])), parameters[i].type);
+    }
   }
   for (std::size_t i = arguments.size(); i < parameters.size(); ++i)
     arguments.push_back(constantAt(parameters[i].type, *parameters[i].initial, name.place));
-  return {best, std::move(arguments)};
+  return {best, std::move(arguments), std::move(references)};
 }
 
 TypedList Checker::gathered(const Callable& callable, TypedList arguments) {
@@ -176,7 +202,7 @@ TypedList Checker::gathered(const Callable& callable, TypedList arguments) {
   const Type array = callable.parameters[last].type;
   std::vector<ValueCode> codes;
   for (std::size_t i = last; i < arguments.size(); ++i)
-    codes.push_back(convert(std::move(arguments[i]), array.element()).code);
+    codes.push_back(convert(byValue(std::move(arguments[i])), array.element()).code);
   arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(last), arguments.end());
   arguments.push_back({array, arrayCode(array, std::move(codes)), {}});
   return arguments;
@@ -228,6 +254,43 @@ Typed Checker::castTo(Type type, const Arguments& arguments, const Place& place)
           place};
 }
 
+// --- what a call changes
+
+Reference Checker::referenceOf(Typed argument, const Parameter& parameter,
+                               const Callable& callable) {
+  const bool isVariable =
+      argument.variable && argument.variable->where != KnownVariable::Where::constant;
+  if (argument.type != parameter.type || (!isVariable && argument.changeable == nullptr)) {
+    refuse(argument.place,
+           "A ByRef parameter takes a variable, an element of an array or a property of type " +
+               parameter.type.name() + ".",
+           {callable.text});
+  }
+  if (isVariable) return {referenceTo(*argument.variable), nullptr};
+  auto& [pinned, changed] = *argument.changeable;
+  const Callable* const property = argument.method;
+  if (property != nullptr && property->global != nullptr)
+    return {referenceCode([global = property->global](Frame&) { return global; }), nullptr};
+  if (property != nullptr && property->field) {
+    return {referenceCode([pinned = std::move(pinned), object = std::move(changed.self->code),
+                           slot = *property->field, name = property->name](Frame& frame) {
+              runAll(pinned, frame);
+              return &fieldOf(selfOf(frame, object, name, true), slot);
+            }),
+            nullptr};
+  }
+  // The method changes a copy.
+  const KnownVariable copy = hidden(parameter.type);
+  Action after = assign(std::move(changed), variableAt(copy, argument.place));
+  return {referenceCode([pinned = std::move(pinned), code = std::move(argument.code),
+                         slot = copy.slot](Frame& frame) {
+            runAll(pinned, frame);
+            frame.slots[slot] = code->run(frame);
+            return &frame.slots[slot];
+          }),
+          std::move(after)};
+}
+
 // --- the call itself
 
 Typed Checker::makeCall(Match match, ValueCode self, const Place& place, bool direct) {
@@ -242,20 +305,8 @@ namespace {
 // An argument of a method of the program: its value, or where it is.
 struct Passed {
   ValueCode value;
-  ReferenceCode reference;
+  Reference reference;
 };
-
-Passed passed(Typed argument, const Parameter& parameter, const Callable& callable) {
-  if (!parameter.byRef) return {std::move(argument.code), nullptr};
-  const bool fits = argument.variable && argument.variable->type == parameter.type &&
-                    argument.variable->where != KnownVariable::Where::constant;
-  if (!fits) {
-    refuse(argument.place,
-           "A ByRef parameter takes a variable of type " + parameter.type.name() + ".",
-           {callable.text});
-  }
-  return {nullptr, referenceTo(*argument.variable)};
-}
 
 // Runs a method of the program. @param self nullable: the object that becomes its first slot.
 Value runMethod(Frame& caller, const UserMethod& method, const std::vector<Passed>& all,
@@ -264,10 +315,10 @@ Value runMethod(Frame& caller, const UserMethod& method, const std::vector<Passe
   std::vector<Value> values(all.size());
   std::vector<Value*> references(all.size());
   for (std::size_t i = 0; i < all.size(); ++i) {
-    if (all[i].value != nullptr) {
-      values[i] = all[i].value->run(caller);
+    if (all[i].reference.place != nullptr) {
+      references[i] = all[i].reference.place->run(caller);
     } else {
-      references[i] = all[i].reference->run(caller);
+      values[i] = all[i].value->run(caller);
     }
   }
   Frame frame(caller.machine, method.name, method.slotCount);
@@ -280,14 +331,20 @@ Value runMethod(Frame& caller, const UserMethod& method, const std::vector<Passe
   return std::move(frame.result);
 }
 
-ValueCode userCall(const Callable& callable, TypedList arguments, ValueCode self, bool direct) {
-  std::vector<Passed> all;
-  for (std::size_t i = 0; i < arguments.size(); ++i)
-    all.push_back(passed(std::move(arguments[i]), callable.parameters[i], callable));
+// The same, and what it has left in places that are no variables goes to where it belongs.
+Value callMethod(Frame& caller, const UserMethod& method, const std::vector<Passed>& all,
+                 const Value* self) {
+  Value result = runMethod(caller, method, all, self);
+  for (const Passed& one : all)
+    if (one.reference.after != nullptr) one.reference.after->run(caller);
+  return result;
+}
+
+ValueCode userCall(const Callable& callable, std::vector<Passed> all, ValueCode self, bool direct) {
   const UserMethod* const method = callable.method.get();
   if (self == nullptr) {
     return valueCode([method, all = std::move(all)](Frame& caller) {
-      return runMethod(caller, *method, all, nullptr);
+      return callMethod(caller, *method, all, nullptr);
     });
   }
   const std::optional<std::size_t> slot = direct ? std::nullopt : callable.slot;
@@ -295,7 +352,7 @@ ValueCode userCall(const Callable& callable, TypedList arguments, ValueCode self
                     name = callable.name](Frame& caller) {
     const Value object = selfOf(caller, self, name, true);
     const UserMethod& meant = slot ? *classOf(object)->methods[*slot] : *method;
-    return runMethod(caller, meant, all, &object);
+    return callMethod(caller, meant, all, &object);
   });
 }
 
@@ -357,8 +414,12 @@ ValueCode outsideCall(const Callable& callable, TypedList given, ValueCode self)
 
 ValueCode Checker::callCode(Match match, ValueCode self, bool direct) {
   const Callable& callable = *match.callable;
-  if (callable.method != nullptr)
-    return userCall(callable, std::move(match.arguments), std::move(self), direct);
+  if (callable.method != nullptr) {
+    std::vector<Passed> all;
+    for (std::size_t i = 0; i < match.arguments.size(); ++i)
+      all.push_back({std::move(match.arguments[i].code), std::move(match.references[i])});
+    return userCall(callable, std::move(all), std::move(self), direct);
+  }
   ValueCode value;
   if (!match.arguments.empty()) value = std::move(match.arguments.front().code);
   if (callable.field)

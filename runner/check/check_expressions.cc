@@ -194,7 +194,8 @@ Typed Checker::check(const Creation& what, const Place& place) {
   const Type type = typeNamed(what.type);
   if (!type.isObject() || type == kAnyObject)
     refuse(what.type.place, "New makes objects, and " + type.name() + " is no class.");
-  return construct(type, {type.name(), "", what.type.place}, checkAll(what.arguments), place);
+  return construct(type, {type.name(), "", what.type.place},
+                   checkAll(what.arguments, library_.constructors(type)), place);
 }
 
 Typed Checker::construct(Type type, const Word& name, TypedList arguments, const Place& place) {

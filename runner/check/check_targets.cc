@@ -34,12 +34,14 @@ Candidates settersAmong(Candidates functions) {
 }
 
 // The same expression once more; it was pinned before.
-Typed again(const Typed& pinned) {
+Typed onceMore(const Typed& pinned) {
   return pinned.variable ? variableAt(*pinned.variable, pinned.place)
                          : constantAt(pinned.type, *pinned.constant, pinned.place);
 }
 
-Target again(const Target& pinned) {
+}  // namespace
+
+Target Checker::again(const Target& pinned) {
   Target same = {.what = pinned.what,
                  .place = pinned.place,
                  .name = pinned.name,
@@ -47,12 +49,10 @@ Target again(const Target& pinned) {
                  .getters = pinned.getters,
                  .setters = pinned.setters,
                  .direct = pinned.direct};
-  if (pinned.self) same.self = again(*pinned.self);
-  for (const Typed& argument : pinned.arguments) same.arguments.push_back(again(argument));
+  if (pinned.self) same.self = onceMore(*pinned.self);
+  for (const Typed& argument : pinned.arguments) same.arguments.push_back(onceMore(argument));
   return same;
 }
-
-}  // namespace
 
 Target Checker::target(const Expression& expression) {
   if (const auto* const name = std::get_if<Name>(&expression.what))
@@ -227,7 +227,7 @@ Target Checker::ofObject(Typed object, const Word& name, const Arguments& argume
   });
   if (method.getters.empty()) failToFindMember(library_, name, type, false);
   method.setters = settersAmong(method.getters);
-  method.arguments = checkAll(arguments);
+  method.arguments = checkAll(arguments, method.getters);
   method.arguments.insert(method.arguments.begin(), std::move(object));
   return method;
 }
@@ -237,7 +237,9 @@ Target Checker::methodOrElement(Target method, const Arguments& arguments) {
                        method.getters.front()->parameters.empty() &&
                        method.getters.front()->result.isArray();
   if (!indexes) {
-    method.arguments = checkAll(arguments);
+    Candidates among = method.getters;
+    among.insert(among.end(), method.setters.begin(), method.setters.end());
+    method.arguments = checkAll(arguments, among);
     return method;
   }
   const Place place = method.place;
@@ -316,6 +318,7 @@ std::vector<Action> Checker::pin(Target& target) {
   std::vector<Action> actions;
   const auto keep = [&](Typed& typed) {
     if (typed.constant) return;
+    typed = byValue(std::move(typed));
     const KnownVariable kept = hidden(typed.type);
     actions.push_back(store(kept, std::move(typed.code)));
     const Callable* const method = typed.method;
@@ -337,7 +340,7 @@ Action Checker::check(const Assign& what, const Place& place) {
   pinned.push_back(assign(std::move(wanted), std::move(sum)));
   if (pinned.size() == 1) return std::move(pinned.front());
   return action([pinned = std::move(pinned)](Frame& frame) {
-    for (const Action& one : pinned) one->run(frame);
+    runAll(pinned, frame);
     return Flow::next;
   });
 }

@@ -54,6 +54,7 @@ class Checker {
   struct Match {
     const Callable* callable;
     TypedList arguments;
+    std::vector<Reference> references;  // as many
   };
   /// A scope within the innermost one, for the time of its life.
   class Inner {
@@ -129,6 +130,8 @@ class Checker {
   Action assign(Target target, Typed value);
   /// Makes what a target stands on be computed once, by the actions, and read as often as need be.
   std::vector<Action> pin(Target& target);
+  /// What a target that is pinned means, once more.
+  static Target again(const Target& pinned);
 
   // --- expressions (check_expressions.cc)
   Typed condition(const Expression& expression);
@@ -157,7 +160,12 @@ class Checker {
   Typed arrayOf(const Arguments& arguments, const Place& place);
 
   // --- calls (check_calls.cc)
-  TypedList checkAll(const Arguments& arguments);
+  /// @param among whose parameters the arguments are for.
+  TypedList checkAll(const Arguments& arguments, const Candidates& among = {});
+  /// An expression that may be an argument of a ByRef parameter.
+  Typed changeable(const Expression& expression);
+  /// Refuses what can't be changed as the parameter would change it.
+  Reference referenceOf(Typed argument, const Parameter& parameter, const Callable& callable);
   static std::optional<int> fit(const Callable& callable, const TypedList& arguments);
   Match resolve(const Word& name, const Candidates& candidates, TypedList arguments);
   /// Takes the arguments of a ParamArray together.

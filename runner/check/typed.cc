@@ -7,21 +7,33 @@ namespace runner {
 using Where = KnownVariable::Where;
 
 ReferenceCode referenceTo(const KnownVariable& variable) {
-  const auto code = [](auto function) -> ReferenceCode {
-    return std::make_unique<CodeOf<Value*, decltype(function)>>(std::move(function));
-  };
   const std::size_t slot = variable.slot;
   switch (variable.where) {
     case Where::global:
-      return code([place = variable.global](Frame&) { return place; });
+      return referenceCode([place = variable.global](Frame&) { return place; });
     case Where::slot:
-      return code([slot](Frame& frame) { return &frame.slots[slot]; });
+      return referenceCode([slot](Frame& frame) { return &frame.slots[slot]; });
     case Where::reference:
-      return code([slot](Frame& frame) { return frame.references[slot]; });
+      return referenceCode([slot](Frame& frame) { return frame.references[slot]; });
     case Where::constant:
       break;
   }
   return nullptr;
+}
+
+void runAll(const std::vector<Action>& actions, Frame& frame) {
+  for (const Action& one : actions) one->run(frame);
+}
+
+Typed byValue(Typed typed) {
+  if (typed.changeable == nullptr) return typed;
+  typed.code = valueCode(
+      [pinned = std::move(typed.changeable->pinned), code = std::move(typed.code)](Frame& frame) {
+        runAll(pinned, frame);
+        return code->run(frame);
+      });
+  typed.changeable = nullptr;
+  return typed;
 }
 
 Typed constantAt(Type type, Value value, const Place& place) {

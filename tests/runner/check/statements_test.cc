@@ -90,6 +90,62 @@ TEST_F(StatementsTest, MethodsSeeTheProgramsVariables) {
             "5\n");
 }
 
+TEST_F(StatementsTest, ByRefParametersAreElementsToo) {
+  const std::string add = "Sub add(ByRef n As Integer, more As Integer = 1)\nn += more\nEnd Sub\n";
+  EXPECT_EQ(run(add + "Dim a() As Integer = Array(5, 7)\nadd a(1)\nadd a(0), 10\n"
+                      "Print Str(a(0)) + \" \" + Str(a(1))"),
+            "15 8\n");
+  // The index is computed once.
+  EXPECT_EQ(run(add + "Function first() As Integer\nPrint \"asked\"\nReturn 0\nEnd Function\n"
+                      "Dim a() As Integer = Array(5, 7)\nadd a(first())\nPrint Str(a(0))"),
+            "asked\n6\n");
+  EXPECT_EQ(run(add + "Dim a() As Integer\nadd a(0)"),
+            "Unhandled OutOfBoundsException: Index 0 is outside of the array, whose last index is "
+            "-1.\n  at test:5\n");
+  // Only where it is asked for by reference; elsewhere the same call takes what it has.
+  EXPECT_EQ(run("Function f(ByRef a As Integer, b As Integer, ParamArray c As Integer) As Integer\n"
+                "a = 9\nReturn b + c(0)\nEnd Function\n"
+                "Dim a() As Integer = Array(1, 2, 3)\nPrint Str(f(a(0), a(1), a(2))) + Str(a(0))"),
+            "59\n");
+}
+
+TEST_F(StatementsTest, ByRefParametersArePropertiesToo) {
+  const std::string counter =
+      "Sub add(ByRef n As Integer)\nn += 1\nEnd Sub\n"
+      "Class Counter\nCount As Integer = 5\nShared All As Integer\nOther As Counter\n"
+      "Property Twice As Integer\nGet\nReturn Count * 2\nEnd Get\n"
+      "Set\nCount = value \\ 2\nEnd Set\nEnd Property\n"
+      "Sub Both(ByRef n As Integer)\nn += 1\nPrint Str(n) + \"=\" + Str(Count)\nEnd Sub\n"
+      "Sub Inside()\nadd Count\nadd All\nBoth Count\nEnd Sub\nEnd Class\n"
+      "Function made(c As Counter) As Counter\nPrint \"asked\"\nReturn c\nEnd Function\n"
+      "Dim c As New Counter\n";
+  EXPECT_EQ(run(counter + "add c.Count\nadd made(c).Count\nPrint Str(c.Count)"), "asked\n7\n");
+  EXPECT_EQ(run(counter + "add Counter.All\nadd Counter.All\nPrint Str(Counter.All)"), "2\n");
+  // A field is the caller's own, while the method runs as well.
+  EXPECT_EQ(run(counter + "c.Both c.Count\nc.Inside\nPrint Str(c.Count) + Str(Counter.All)"),
+            "6=6\n8=8\n81\n");
+  EXPECT_EQ(run(counter + "add c.Twice\nadd c.Twice\nadd c.Twice\nPrint Str(c.Count)"), "5\n");
+  EXPECT_EQ(run(counter + "Sub more(ByRef n As Integer)\nn += 4\nEnd Sub\n"
+                          "more made(c).Twice\nPrint Str(c.Count)"),
+            "asked\n7\n");
+  EXPECT_EQ(run(counter + "add c.Other.Count"),
+            "Unhandled NilObjectException: \"Count\" was called on Nil.\n  at test:31\n");
+  EXPECT_EQ(run(counter + "Dim d As New Date(2024, 2, 29)\nadd d.Year\nPrint Str(d.Year)"),
+            "2025\n");
+  // What a method that fails has made of a copy is lost.
+  EXPECT_EQ(run(counter + "Sub fail(ByRef n As Integer)\nn = 90\n"
+                          "Raise New KeyNotFoundException\nEnd Sub\n"
+                          "Try\nfail c.Twice\nCatch\nPrint Str(c.Count)\nEnd Try"),
+            "5\n");
+  // Of a method's value there is nothing to change.
+  EXPECT_EQ(firstProblem(counter + "Dim t As String\nadd t.Length"),
+            "32:5+8 A ByRef parameter takes a variable, an element of an array or a property of "
+            "type Integer. [Sub add(ByRef n As Integer)]");
+  EXPECT_EQ(firstProblem(counter + "Dim x() As Double\nadd x(0)"),
+            "32:5+4 A ByRef parameter takes a variable, an element of an array or a property of "
+            "type Integer. [Sub add(ByRef n As Integer)]");
+}
+
 TEST_F(StatementsTest, ByRefParametersAreTheCallersVariables) {
   EXPECT_EQ(run("Sub swap(ByRef a As Integer, ByRef b As Integer)\nDim c As Integer = a\na = b\n"
                 "b = c\nEnd Sub\nDim x As Integer = 1\nDim y As Integer = 2\nswap x, y\n"
@@ -97,7 +153,8 @@ TEST_F(StatementsTest, ByRefParametersAreTheCallersVariables) {
             "21\n");
   EXPECT_EQ(
       firstProblem("Sub f(ByRef a As Integer)\nEnd Sub\nf 5"),
-      "3:3+1 A ByRef parameter takes a variable of type Integer. [Sub f(ByRef a As Integer)]");
+      "3:3+1 A ByRef parameter takes a variable, an element of an array or a property of type "
+      "Integer. [Sub f(ByRef a As Integer)]");
 }
 
 TEST_F(StatementsTest, ParametersThatCanBeLeftOut) {

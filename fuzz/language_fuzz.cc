@@ -27,6 +27,6 @@ runner::Session& session() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const runner::Source source("input", std::string(reinterpret_cast<const char*>(data), size));
   format(session().check(source));
-  isUnfinished(source);
+  isUnfinished(source, 2014);
   return 0;
 }

@@ -89,6 +89,8 @@ void Host::load(PluginMain pluginMain) {
 
 std::optional<std::int32_t> Host::announcedVersion() const { return state_->announcedVersion; }
 
+std::optional<double> Host::version() const { return state_->options.version; }
+
 std::vector<std::string> Host::classNames() const { return state_->classes.names(); }
 
 const RegisteredClass* Host::findClass(std::string_view name) const {

@@ -94,6 +94,8 @@ class Host {
   // --- what the plugin did at start
   /// The plugin-interface version that the plugin announced.
   [[nodiscard]] std::optional<std::int32_t> announcedVersion() const;
+  /// What "REALGetRBVersion" answers; nullopt: that entry point is unknown.
+  [[nodiscard]] std::optional<double> version() const;
   /// The names of all classes, in the order of the alphabet.
   [[nodiscard]] std::vector<std::string> classNames() const;
   /// Null when there is no such class; valid until the class is removed.

@@ -37,9 +37,9 @@ std::size_t startOfObject(const std::string& text) {
 }
 
 // Whether a text is no program, or one that could just as well be an expression.
-bool mayBeExpression(const Source& source) {
+bool mayBeExpression(const Source& source, double hostVersion) {
   try {
-    const Program program = parse(source);
+    const Program program = parse(source, hostVersion);
     return program.methods.empty() && program.body.size() == 1 &&
            std::holds_alternative<Perform>(program.body.front().what);
   } catch (const Problem&) {
@@ -83,7 +83,8 @@ Session::~Session() { machine_.clear(); }
 
 std::vector<Diagnostic> Session::check(const Source& source) {
   try {
-    return checkProgram(library_, machine_, source, parse(source), false).diagnostics;
+    return checkProgram(library_, machine_, source, parse(source, hostVersion()), false)
+        .diagnostics;
   } catch (const Problem& problem) {
     return {diagnose(source, problem)};
   }
@@ -91,15 +92,15 @@ std::vector<Diagnostic> Session::check(const Source& source) {
 
 Ending Session::run(const Source& source) {
   try {
-    return run(checkProgram(library_, machine_, source, parse(source), true));
+    return run(checkProgram(library_, machine_, source, parse(source, hostVersion()), true));
   } catch (const Problem& problem) {
     return {{diagnose(source, problem)}, std::nullopt, std::nullopt};
   }
 }
 
 std::optional<Ending> Session::enter(const Source& source) {
-  if (isUnfinished(source)) return std::nullopt;
-  if (mayBeExpression(source)) {
+  if (isUnfinished(source, hostVersion())) return std::nullopt;
+  if (mayBeExpression(source, hostVersion())) {
     if (std::optional<Ending> ending = show(source)) return ending;
   }
   return run(source);

@@ -58,6 +58,7 @@ class Session {
   Library& library() { return library_; }
 
  private:
+  [[nodiscard]] double hostVersion() const { return machine_.hostVersion(); }
   Ending run(Executable executable);
   std::optional<Ending> show(const Source& source);
 

@@ -142,11 +142,12 @@ Library::~Library() {
 }
 
 void Library::addConstants() {
-  for (const PlatformConstant& constant : platformConstants()) {
+  for (const PlatformConstant& constant : platformConstants(machine_.hostVersion())) {
     KnownVariable known;
-    known.type = kBoolean;
     known.where = KnownVariable::Where::constant;
-    known.value = booleanValue(constant.value);
+    const bool* const truth = std::get_if<bool>(&constant.value);
+    known.type = truth != nullptr ? kBoolean : kDouble;
+    known.value = truth != nullptr ? booleanValue(*truth) : std::get<double>(constant.value);
     language_.add(folded(constant.name), {std::string(constant.name), 0, std::move(known)});
   }
 }

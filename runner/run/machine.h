@@ -66,6 +66,8 @@ class Machine {
   Machine(host::Host& host, std::ostream& out, std::istream& in);
 
   host::Host& host() { return host_; }
+  /// Such as 2014.0; 0 for a host that doesn't say.
+  [[nodiscard]] double hostVersion() const { return host_.version().value_or(0); }
   Types& types() { return types_; }
   std::ostream& out() { return out_; }
   std::istream& in() { return in_; }

@@ -173,8 +173,8 @@ FormalParameter ProgramParser::parameter() {
 
 // --- texts
 
-Program parse(const Source& source) {
-  TokenReader reader(preprocessed(tokens(source)));
+Program parse(const Source& source, double hostVersion) {
+  TokenReader reader(preprocessed(tokens(source), hostVersion));
   return ProgramParser(source, reader).run();
 }
 
@@ -186,10 +186,10 @@ ExpressionPtr parseExpression(const Source& source) {
   return expression;
 }
 
-bool isUnfinished(const Source& source) {
+bool isUnfinished(const Source& source, double hostVersion) {
   try {
     bool open = false;
-    TokenReader reader(preprocessed(tokens(source), &open));
+    TokenReader reader(preprocessed(tokens(source), hostVersion, &open));
     if (open) return true;
     try {
       ProgramParser(source, reader).run();

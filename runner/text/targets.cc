@@ -8,18 +8,19 @@ namespace {
 constexpr bool k64Bit = sizeof(void*) == 8;
 constexpr bool kLittle = std::endian::native == std::endian::little;
 
-constexpr PlatformConstant kConstants[] = {
-    {"TargetLinux", true},         {"TargetMacOS", false},   {"TargetMachO", false},
-    {"TargetCocoa", false},        {"TargetCarbon", false},  {"TargetWindows", false},
-    {"TargetWin32", false},        {"TargetiOS", false},     {"TargetConsole", true},
-    {"TargetDesktop", false},      {"TargetHasGUI", false},  {"TargetWeb", false},
-    {"Target32Bit", !k64Bit},      {"Target64Bit", k64Bit},  {"TargetX86", true},
-    {"TargetARM", false},          {"TargetPowerPC", false}, {"TargetLittleEndian", kLittle},
-    {"TargetBigEndian", !kLittle}, {"DebugBuild", false},
-};
-
 }  // namespace
 
-std::span<const PlatformConstant> platformConstants() { return kConstants; }
+std::vector<PlatformConstant> platformConstants(double hostVersion) {
+  return {
+      {"TargetLinux", true},         {"TargetMacOS", false},   {"TargetMachO", false},
+      {"TargetCocoa", false},        {"TargetCarbon", false},  {"TargetWindows", false},
+      {"TargetWin32", false},        {"TargetiOS", false},     {"TargetConsole", true},
+      {"TargetDesktop", false},      {"TargetHasGUI", false},  {"TargetWeb", false},
+      {"Target32Bit", !k64Bit},      {"Target64Bit", k64Bit},  {"TargetX86", true},
+      {"TargetARM", false},          {"TargetPowerPC", false}, {"TargetLittleEndian", kLittle},
+      {"TargetBigEndian", !kLittle}, {"DebugBuild", false},    {"XojoVersion", hostVersion},
+      {"RBVersion", hostVersion},
+  };
+}
 
 }  // namespace runner

@@ -181,6 +181,81 @@ TEST_F(SpacesTest, BranchesThatAreMeantForAnotherPlatformAreLeftOut) {
             "1:1+8 \"#\" begins #If, #ElseIf, #Else, #Endif, #Pragma or #tag.");
 }
 
+TEST_F(SpacesTest, ConditionsCompareWhatIsKnown) {
+  const auto holds = [this](const std::string& condition, const std::string& before = "") {
+    return run(before + "#If " + condition + " Then\nPrint \"yes\"\n#Else\nPrint \"no\"\n#End If");
+  };
+  for (const char* const condition :
+       {"XojoVersion >= 2013.02", "RBVersion < 2019.02", "XojoVersion = 2014.0 And Not DebugBuild",
+        "(TargetMacOS Or TargetLinux) And Not (TargetWindows Or TargetMacOS)",
+        "Target32Bit <> Target64Bit", "TargetMacOS Xor TargetLinux", "-1 < 0", "\"a\" = \"A\"",
+        "\"a\" < \"B\"", "1 <= 1", "2 > 1.5", "TargetMacOS = TargetWindows"})
+    EXPECT_EQ(holds(condition), "yes\n") << condition;
+  for (const char* const condition : {"XojoVersion >= 2019.02", "TargetMacOS Or TargetWindows",
+                                      "1 <> 1", "\"a\" > \"b\"", "1 >= 2"})
+    EXPECT_EQ(holds(condition), "no\n") << condition;
+  EXPECT_EQ(
+      run("#If XojoVersion >= 2019.02 Then\nPrint \"new\"\n#ElseIf XojoVersion >= 2014 Then\n"
+          "Print \"middle\"\n#ElseIf True Then\nPrint \"never\"\n#Endif\nPrint Str(XojoVersion)"),
+      "middle\n2014\n");
+}
+
+TEST_F(SpacesTest, ConditionsKnowTheConstantsAboveThem) {
+  EXPECT_EQ(run("Const kLevel = 2\nConst kName As String = \"Pro\"\nConst kMore = kLevel\n"
+                "#If kMore = 2 And kLevel < 3 And kName = \"PRO\" Then\nPrint \"yes\"\n#Endif"),
+            "yes\n");
+  EXPECT_EQ(run("Module M\nPrivate Const kOn = True\nSub f()\n#If kOn\nPrint \"on\"\n#Endif\n"
+                "End Sub\nEnd Module\nM.f"),
+            "on\n");
+  // One of a method is known within it.
+  EXPECT_EQ(
+      run("Const k = 1\nSub f()\nConst k = 2\n#If k = 2 Then\nPrint \"inner\"\n#Endif\nEnd Sub\n"
+          "f\n#If k = 1 Then\nPrint \"outer\"\n#Endif"),
+      "inner\nouter\n");
+  // What is left out declares nothing.
+  EXPECT_EQ(firstProblem("#If False Then\nConst k = 1\n#Endif\n#If k = 1 Then\n#Endif"),
+            "4:5+1 #If doesn't know \"k\". It knows the host's constants, such as TargetLinux, "
+            "DebugBuild and XojoVersion, and the program's own that stand above it.");
+  EXPECT_EQ(firstProblem("Const k = 2 * 3\n#If k = 6 Then\n#Endif"),
+            "2:5+1 #If can't know the value of \"k\". It knows constants that are numbers, texts, "
+            "True, False or other such constants.");
+}
+
+TEST_F(SpacesTest, WhatIsNoConditionIsSaid) {
+  const std::string made =
+      "A condition of #If is made of True, False, numbers, texts and constants such as TargetLinux "
+      "and XojoVersion, with =, <>, <, >, <=, >=, And, Or, Xor, Not and parentheses.";
+  const struct {
+    const char* condition;
+    std::string problem;
+  } rows[] = {
+      {"XojoVersion Then",
+       "1:5+11 A condition of #If is True or False, but this is a number. Compare it: XojoVersion "
+       ">= 2019.02"},
+      {"Not 5 Then",
+       "1:9+1 A condition of #If is True or False, but this is a number. Compare it: XojoVersion "
+       ">= 2019.02"},
+      {"XojoVersion >= \"2019\" Then",
+       "1:5+21 #If compares what is alike, but this is a number and a text."},
+      {"f() Then", "1:5+3 " + made},
+      {"1 + 1 = 2 Then", "1:5+5 " + made},
+      {"Nil = Nil Then", "1:5+3 " + made},
+      {"-True Then", "1:5+5 " + made},
+      {"True Then Print 1",
+       "1:15+5 \"#If\" has a line of its own: what follows it stands on the next."},
+      {"True And Then", "1:14+4 Expected an expression, found \"Then\"."},
+      {"True False Then", "1:10+5 Expected \"Then\", found \"False\"."},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(firstProblem("#If " + std::string(row.condition) + "\n#Endif"), row.problem)
+        << row.condition;
+  }
+  EXPECT_EQ(firstProblem("#If True\n#Else Print 1\n#Endif"),
+            "2:7+5 \"#Else\" has a line of its own: what follows it stands on the next.");
+  // Where nothing depends on it, a condition of a newer host's is left alone.
+  EXPECT_EQ(run("#If True Then\nPrint \"a\"\n#ElseIf IsNewer(5) Then\nPrint \"b\"\n#Endif"), "a\n");
+}
+
 TEST_F(SpacesTest, AValueThatIsntUsedNeedsCall) {
   EXPECT_EQ(run("Function f() As Integer\nPrint \"called\"\nReturn 1\nEnd Function\nCall f"),
             "called\n");

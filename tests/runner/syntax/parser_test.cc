@@ -12,7 +12,7 @@ namespace {
 std::string problem(const std::string& text) {
   const Source source("test", text);
   try {
-    parse(source);
+    parse(source, 2014);
   } catch (const Problem& found) {
     const Diagnostic diagnostic = diagnose(source, found);
     return std::to_string(diagnostic.line) + ":" + std::to_string(diagnostic.column) + " " +
@@ -133,9 +133,9 @@ TEST(ParserTest, NothingIsNestedTooDeeply) {
 TEST(ParserTest, AnOpenBlockIsUnfinished) {
   for (const char* const text :
        {"If a Then", "For i = 1 To 2\nf", "Sub f()", "f(1,", "Try\nCatch e"})
-    EXPECT_TRUE(isUnfinished(Source("test", text))) << text;
+    EXPECT_TRUE(isUnfinished(Source("test", text), 2014)) << text;
   for (const char* const text : {"f", "If Then", "a = )", "\"open", "End If", ""})
-    EXPECT_FALSE(isUnfinished(Source("test", text))) << text;
+    EXPECT_FALSE(isUnfinished(Source("test", text), 2014)) << text;
 }
 
 }  // namespace

@@ -213,6 +213,7 @@ ExpressionPtr ExpressionParser::primary() {
   if (first.is("nil")) return literal(std::monostate());
   if (first.is("new")) return creation();
   if (first.is("if")) return choice();
+  if (first.is("addressof") || first.is("weakaddressof")) reader_.refuseOutside();
   if (reader_.accept("(")) {
     ExpressionPtr inner = pair();
     reader_.expect(")", "\")\"");

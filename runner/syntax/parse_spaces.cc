@@ -88,9 +88,9 @@ void ProgramParser::member(Space& space, Accessors& accessors) {
     endOfLine();
     return;
   }
-  refuseOutside();
+  reader_.refuseOutside();
   const Modifiers modifiers = this->modifiers();
-  refuseOutside();
+  reader_.refuseOutside();
   const Token& first = reader_.current();
   if (first.is("sub") || first.is("function")) {
     space.methods.push_back(method());

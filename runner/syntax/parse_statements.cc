@@ -38,6 +38,8 @@ Declare ProgramParser::declaration() {
     if (!added.array && reader_.accept("(")) {
       added.array = true;
       added.bound.push_back(expressions_.expression());
+      if (reader_.current().is(","))
+        refuseOutside(reader_.current().place, "An array of more than one dimension isn't");
       reader_.expect(")", "\")\"");
     }
   } while (reader_.accept(","));
@@ -221,22 +223,6 @@ void ProgramParser::nested(Statement& statement) {
   const bool method = reader_.current().is("sub") || reader_.current().is("function");
   refuse(statement.place, std::string(method ? "A Sub or Function" : "A class, module or enum") +
                               " can't stand inside of another block.");
-}
-
-void ProgramParser::refuseOutside() {
-  constexpr std::string_view kOutside[] = {"addhandler", "async",     "declare",    "delegate",
-                                           "event",      "goto",      "hook",       "implements",
-                                           "interface",  "on",        "raiseevent", "removehandler",
-                                           "soft",       "structure", "using"};
-  const Token& first = reader_.current();
-  // Without a word behind it, it is a name like any other.
-  const bool isOutside =
-      reader_.ahead().kind == Kind::word && !reader_.ahead().is("as") &&
-      std::find(std::begin(kOutside), std::end(kOutside), first.key) != std::end(kOutside);
-  if (!isOutside) return;
-  refuse(first.place, "\"" + first.text +
-                          "\" isn't in the language of this runner. What is in it, and what stays "
-                          "out, stands in docs/language.md.");
 }
 
 void ProgramParser::assignmentOrCall(Statement& statement) {

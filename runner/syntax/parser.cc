@@ -84,7 +84,7 @@ void ProgramParser::line(Block& statements) {
 Statement ProgramParser::statement() {
   Statement statement;
   statement.place = reader_.current().place;
-  refuseOutside();
+  reader_.refuseOutside();
   const auto* const found =
       std::find_if(keywords().begin(), keywords().end(),
                    [this](const Keyword& keyword) { return reader_.current().is(keyword.word); });

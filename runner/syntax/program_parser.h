@@ -62,8 +62,6 @@ class ProgramParser {
   void redim(Statement& statement);
   void call(Statement& statement);
   void nested(Statement& statement);
-  /// Refuses what programs of the host can have and those of the runner can't.
-  void refuseOutside();
   void assignmentOrCall(Statement& statement);
 
   // their parts

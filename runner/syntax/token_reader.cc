@@ -21,6 +21,14 @@ constexpr std::string_view kReserved[] = {
     "to",     "true",  "try",      "until",    "var",    "wend",     "while", "xor",
 };
 
+// They begin what stays out of the language, where another word stands behind them; elsewhere they
+// are names as any other.
+constexpr std::string_view kOutside[] = {
+    "addhandler", "addressof",  "async",         "declare", "delegate",   "event",         "goto",
+    "hook",       "implements", "interface",     "on",      "raiseevent", "removehandler", "soft",
+    "structure",  "using",      "weakaddressof",
+};
+
 std::string shown(const Token& token) {
   switch (token.kind) {
     case Kind::endOfLine:
@@ -95,7 +103,21 @@ bool TokenReader::emptyParentheses() {
   return true;
 }
 
+void TokenReader::refuseOutside() const {
+  const bool isOutside =
+      ahead().kind == Kind::word && !ahead().is("as") &&
+      std::find(std::begin(kOutside), std::end(kOutside), current().key) != std::end(kOutside);
+  if (isOutside) runner::refuseOutside(current().place, "\"" + current().text + "\" isn't");
+}
+
+void refuseOutside(const Place& place, const std::string& whatIsnt) {
+  refuse(place, whatIsnt +
+                    " in the language of this runner. What is in it, and what stays out, stands in "
+                    "docs/language.md.");
+}
+
 void TokenReader::fail(const std::string& expected) {
+  refuseOutside();
   ranOut_ = atEnd() || (current().kind == Kind::endOfLine && ahead().kind == Kind::end);
   Place place = current().place;
   if (atEnd() || current().kind == Kind::endOfLine) place.end = place.begin;

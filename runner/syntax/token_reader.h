@@ -36,6 +36,8 @@ class TokenReader {
   /// "()".
   bool emptyParentheses();
 
+  /// Throws Problem when something begins here that stays out of the language.
+  void refuseOutside() const;
   /// Throws Problem for the current token.
   [[noreturn]] void fail(const std::string& expected);
 
@@ -44,6 +46,9 @@ class TokenReader {
   std::size_t at_ = 0;
   bool ranOut_ = false;
 };
+
+/// Throws Problem for what stays out of the language. @param whatIsnt such as "\"GoTo\" isn't".
+[[noreturn]] void refuseOutside(const Place& place, const std::string& whatIsnt);
 
 /// Keeps trees from growing deeper than what walks through them can stand.
 class Nesting {

@@ -133,9 +133,18 @@ TEST_F(SpacesTest, WhatIsWrongWithAClassIsSaidAtItsLine) {
   EXPECT_EQ(firstProblem("Interface I\nSub f()\nEnd Interface"),
             "1:1+9 \"Interface\" isn't in the language of this runner. What is in it, and what "
             "stays out, stands in docs/language.md.");
-  EXPECT_EQ(firstProblem("Print \"a\"\nGoTo there"),
-            "2:1+4 \"GoTo\" isn't in the language of this runner. What is in it, and what stays "
-            "out, stands in docs/language.md.");
+  const std::string outside =
+      " in the language of this runner. What is in it, and what stays out, stands in "
+      "docs/language.md.";
+  EXPECT_EQ(firstProblem("Print \"a\"\nGoTo there"), "2:1+4 \"GoTo\" isn't" + outside);
+  EXPECT_EQ(firstProblem("Class A Implements B\nEnd Class"),
+            "1:9+10 \"Implements\" isn't" + outside);
+  EXPECT_EQ(firstProblem("Dim f As Variant = AddressOf g"), "1:20+9 \"AddressOf\" isn't" + outside);
+  EXPECT_EQ(firstProblem("Dim a(2, 2) As Integer"),
+            "1:8+1 An array of more than one dimension isn't" + outside);
+  EXPECT_EQ(run("Dim event As Boolean = True\nDim addressOf As Integer = 5\n"
+                "If event And addressOf = 5 Then Print \"names\""),
+            "names\n");
 }
 
 TEST_F(SpacesTest, StaticVariablesKeepTheirValue) {

@@ -283,6 +283,14 @@ TEST(CommandTest, WhatIsLeftOverIsSaidOnRequest) {
   EXPECT_EQ(result.status, 1);
 }
 
+TEST(CommandTest, TheDomainOfProgramsIsTheRunnersOwn) {
+  const Program program("domain",
+                        "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"
+                        "d.integerForKey(\"n\") = 5\n"
+                        "Print Str(d.persistentDomainForName(\"hostrun\").Value(\"n\"))\n");
+  EXPECT_EQ(hostrun("--plugin " ZEL_PLUGIN " " + program.file()).output, "5\n");
+}
+
 TEST(CommandTest, ProgramsShareAStoreThatIsGoneAfterwards) {
   const Program writer("writer",
                        "Dim d As NSUserDefaultsZEL = NSUserDefaultsZEL.standardUserDefaults\n"

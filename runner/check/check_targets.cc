@@ -12,7 +12,10 @@ namespace {
 
 using What = Target::What;
 
-Target valueTarget(Typed value) { return {.place = value.place, .value = std::move(value)}; }
+Target valueTarget(Typed value) {
+  const Place place = value.place;
+  return {.place = place, .value = std::move(value)};
+}
 
 Candidates settersAmong(Candidates functions) {
   std::erase_if(functions, [](const Callable* function) { return !function->assigns(); });

@@ -24,7 +24,7 @@ constexpr std::string_view kHelp =
     "  Ctrl-C                        drops what is typed, or ends what runs\n"
     "  quit, exit, Ctrl-D            end the session\n"
     "What is set is gone afterwards, unless the command was given --store DIR.\n"
-    "docs/language.md has the language, docs/reference.md every method.\n";
+    "docs/language.md has the language, docs/methods.md every method.\n";
 
 // The lines that are no programs.
 enum class Word { none, help, quit };

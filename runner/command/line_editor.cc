@@ -125,13 +125,16 @@ class Signals {
   std::array<struct sigaction, kSignals.size()> actions_{};
 };
 
-// What was typed so far is dropped; it stays on the screen.
+// What was typed so far is dropped; it stays on the screen. When the terminal is given back, the
+// cursor goes to the start of its line, and what is written then stands above the prompt.
 void drop() {
+  rl_point = rl_end;
+  rl_redisplay();
+  std::fputs("^C\n", rl_outstream);
+  std::fflush(rl_outstream);
   rl_callback_sigcleanup();
   rl_replace_line("", 0);
   rl_callback_handler_remove();
-  std::fputs("^C\n", rl_outstream);
-  std::fflush(rl_outstream);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
+#include <regex>
 #include <string>
 
 #include "tests/runner/command/terminal.h"
@@ -16,6 +17,26 @@ constexpr char kControlD[] = "\x04";
 constexpr char kUp[] = "\x1B[A";
 constexpr char kBanner[] =
     "What is typed runs at once. Tab completes names; help tells more, quit ends.\r\n";
+
+// Where the cursor is after this output, that stays in one line. Of the terminal's sequences, only
+// the one that goes to the right moves it.
+int columnAfter(int column, const std::string& output) {
+  static const std::regex kPieces("\x1B\\[([?0-9;]*)([@A-Za-z])|[^\x1B]");
+  for (std::sregex_iterator piece(output.begin(), output.end(), kPieces), end; piece != end;
+       ++piece) {
+    const std::string text = piece->str();
+    if (text == "\r") {
+      column = 0;
+    } else if (text == "\b") {
+      --column;
+    } else if (text.front() != '\x1B') {
+      ++column;
+    } else if (piece->str(2) == "C") {
+      column += piece->str(1).empty() ? 1 : std::stoi(piece->str(1));
+    }
+  }
+  return column;
+}
 
 class PromptTest : public testing::TestWithParam<const char*> {
  protected:
@@ -86,6 +107,8 @@ TEST_P(PromptTest, HelpIsThere) {
   ASSERT_TRUE(terminal().shows("> "));
   terminal().type("help\n");
   EXPECT_TRUE(terminal().shows("\r\n  quit, exit, Ctrl-D            end the session\r\n"));
+  EXPECT_TRUE(
+      terminal().shows("docs/language.md has the language, docs/methods.md every method.\r\n"));
   EXPECT_TRUE(terminal().shows("> "));
 }
 
@@ -109,6 +132,23 @@ TEST_P(PromptTest, ControlCDropsTheLineAndNotTheSession) {
   ASSERT_TRUE(terminal().shows("> "));
   terminal().type("kept + 1\n");
   EXPECT_TRUE(terminal().shows("\r\nInt32 6\r\n"));
+}
+
+TEST_P(PromptTest, ControlCStandsBehindWhatItDrops) {
+  start("xterm");  // with a mode that is left before the next line
+  ASSERT_TRUE(terminal().shows("> "));
+  terminal().type("Print \"never");
+  ASSERT_TRUE(terminal().shows("never"));
+  terminal().type(kControlC);
+  EXPECT_EQ(terminal().until("\r\n"), "^C");
+  ASSERT_TRUE(terminal().shows("> "));
+  // Also when the cursor isn't at its end, but behind what is put in at its start.
+  terminal().type("1234567\x01");
+  terminal().type("0");
+  ASSERT_TRUE(terminal().shows("0"));
+  constexpr int kBehindThat = 3;  // the prompt takes two columns
+  terminal().type(kControlC);
+  EXPECT_EQ(columnAfter(kBehindThat, terminal().until("^C\r\n")), 10);
 }
 
 TEST_P(PromptTest, ControlCEndsWhatRunsAndNotTheSession) {

@@ -80,7 +80,7 @@ def grouped(value):
 
 def count_rows(measured):
     rows = []
-    for row in measured.get("count", []):
+    for row in measured["count"]:
         entries = "" if row["entries"] == 1 else f", each of {row['entries']:,}"
         rows.append([
             row["road"] + entries, grouped(row["direct"]), grouped(row["plugin"]),
@@ -224,8 +224,9 @@ depends on the paths and the environment that it is counted in.
 NARROW = """
 ## 32-bit Linux
 
-The same calls, counted on 32-bit x86 by `tools/bench --target linux-i386`. The bounds are for 64 bits:
-here arguments go over the stack, and every use of the plugin's own data needs an address worked out.
+The same calls, counted on 32-bit x86; `tools/bench --target linux-i386` tells more of it. The bounds are
+for 64 bits: here arguments go over the stack, and every use of the plugin's own data needs an address
+worked out.
 """
 
 
@@ -242,8 +243,7 @@ def write_page(page, measured, about, plots, narrow):
         if title == "Sizes":
             parts += [f"\n![{road}: cost of an entry against the number of entries]"
                       f"({file.relative_to(page.parent)})" for road, file in plots]
-    if "count" in narrow:
-        parts += [NARROW, page_table(SECTIONS[0][2][:5], [row[:5] for row in count_rows(narrow)])]
+    parts += [NARROW, page_table(SECTIONS[0][2][:5], [row[:5] for row in count_rows(narrow)])]
     page.write_text("\n".join(parts) + "\n", encoding="utf-8")
 
 
@@ -256,7 +256,10 @@ def main():
     parser.add_argument("--json", type=pathlib.Path)
     parser.add_argument("--plot", type=pathlib.Path, action="append", default=[])
     parser.add_argument("--page", type=pathlib.Path)
+    parser.add_argument("--narrow", type=pathlib.Path, help="of 32 bits, for the page")
     arguments = parser.parse_args()
+    if arguments.page and not arguments.narrow:
+        parser.error("--page needs --narrow")
     measured = read(arguments.measured)
     about = circumstances(arguments)
     for title, text, heads, rows in SECTIONS:
@@ -270,8 +273,7 @@ def main():
     for folder in arguments.plot:
         plots = draw(measured, folder)
     if arguments.page:
-        narrow = read(arguments.measured.parent / "linux-i386")
-        write_page(arguments.page, measured, about, plots, narrow)
+        write_page(arguments.page, measured, about, plots, read(arguments.narrow))
 
 
 if __name__ == "__main__":

@@ -54,7 +54,7 @@ Counts read(const fs::path& file) {
     if (const auto trigger = behind(line, "desc: Trigger: Client Request: "); !trigger.empty()) {
       name = trigger;
     } else if (const auto total = behind(line, "summary: "); !total.empty() && !name.empty()) {
-      counts[name] = std::strtod(std::string(total).c_str(), nullptr);
+      counts[name].push_back(std::strtod(std::string(total).c_str(), nullptr));
       name.clear();
     }
   }

@@ -8,8 +8,8 @@
 
 namespace bench {
 
-/// By the name of what was counted.
-using Counts = std::map<std::string, double>;
+/// By the name of what was counted, one number for each time.
+using Counts = std::map<std::string, std::vector<double>>;
 
 /// Starts this program anew under valgrind, with these arguments, and gives what its calls of
 /// counted() have counted. Empty when valgrind can't run it, which is then said on stderr.

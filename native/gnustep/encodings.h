@@ -37,8 +37,14 @@ struct Encoding {
   uint32_t rules;
 };
 
+// The one that nearly every text is in.
+extern const struct Encoding zelUtf8;
+// The encoding of that number, which isn't UTF-8's, or null.
+const struct Encoding* zelFindRareEncoding(uint32_t number);
 // The encoding of that number, or null.
-const struct Encoding* zelFindEncoding(uint32_t number);
+static inline const struct Encoding* zelFindEncoding(uint32_t number) {
+  return number == 0x08000100 ? &zelUtf8 : zelFindRareEncoding(number);
+}
 
 ptrdiff_t zelDecodeUtf8(const struct Encoding* encoding, const uint8_t* bytes, size_t length,
                         uint16_t* units);

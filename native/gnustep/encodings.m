@@ -9,12 +9,12 @@ enum { kMachineOrder = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__ ? kBigEndian : 0 }
 #define BY_FOUNDATION(number, foundation, rules) \
   { number, zelDecodeByFoundation, zelEncodeByFoundation, foundation, rules }
 
-// First the one that nearly every text is in. The others are in the order of their numbers:
-// zelFindEncoding halves its way through. A number that is missing here is one that Foundation has
-// no converter for.
-static const struct Encoding kEncodings[] = {
-    {0x08000100, zelDecodeUtf8, zelEncodeUtf8, NSUTF8StringEncoding, kAsciiSuperset},
+const struct Encoding zelUtf8 = {0x08000100, zelDecodeUtf8, zelEncodeUtf8, NSUTF8StringEncoding,
+                                 kAsciiSuperset};
 
+// In the order of their numbers: zelFindRareEncoding halves its way through. A number that is
+// missing here is one that Foundation has no converter for.
+static const struct Encoding kEncodings[] = {
     SINGLE_BYTE(0x0000, NSMacOSRomanStringEncoding),
     {0x0100, zelDecodeUtf16, zelEncodeUtf16, 0, kMachineOrder},
     SINGLE_BYTE(0x0201, NSISOLatin1StringEncoding),
@@ -54,9 +54,8 @@ static const struct Encoding kEncodings[] = {
     {0x1C000100, zelDecodeUtf32, zelEncodeUtf32, 0, 0},
 };
 
-const struct Encoding* zelFindEncoding(uint32_t number) {
-  if (kEncodings[0].number == number) return kEncodings;
-  size_t low = 1;
+const struct Encoding* zelFindRareEncoding(uint32_t number) {
+  size_t low = 0;
   size_t high = sizeof(kEncodings) / sizeof(kEncodings[0]);
   while (low < high) {
     const size_t middle = (low + high) / 2;

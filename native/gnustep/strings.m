@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "native/gnustep/encodings.h"
+#import "native/gnustep/text_methods.h"
 #import "native/gnustep/zelnative.h"
 
 enum {
@@ -27,7 +28,7 @@ static bool isAsciiBlock(const char* bytes) {
 }
 
 // By blocks, of which the last may overlap the one before it.
-static bool isAscii(const char* bytes, size_t length) {
+static inline bool isAscii(const char* bytes, size_t length) {
   enum { kBlock = sizeof(uint64_t) };
   size_t position = 0;
   for (; length >= kBlock && position < length - kBlock; position += kBlock) {
@@ -98,7 +99,9 @@ CFStringRef CFStringCreateWithCharacters(CFAllocatorRef allocator, const unichar
   return newString(units, (size_t)count);
 }
 
-CFIndex CFStringGetLength(CFStringRef string) { return (CFIndex)[string length]; }
+CFIndex CFStringGetLength(CFStringRef string) {
+  return (CFIndex)zelMethodsOf(string)->length(string, @selector(length));
+}
 
 // Converts the text into room bytes; the number of bytes, or -1.
 static ptrdiff_t encode(NSString* string, const struct Encoding* encoding, char* bytes,
@@ -113,15 +116,24 @@ static ptrdiff_t encode(NSString* string, const struct Encoding* encoding, char*
   return length;
 }
 
+// Most text is ASCII, which Foundation stores as Latin-1, or as UTF-8 where it stands in a program:
+// a copy is all it takes. Whether the text is such a one and is in the buffer now.
+static bool copyStored(NSString* string, const struct Encoding* wanted, char* buffer, size_t size) {
+  const struct TextMethods* const methods = zelMethodsOf(string);
+  const NSStringEncoding stored = methods->fastestEncoding(string, @selector(fastestEncoding));
+  const bool asWanted = stored == wanted->foundation;
+  if (!asWanted && stored != NSISOLatin1StringEncoding) return false;
+  return methods->getCString(string, @selector(getCString:maxLength:encoding:), buffer, size,
+                             stored) &&
+         (asWanted || isAscii(buffer, methods->length(string, @selector(length))));
+}
+
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
                            CFStringEncoding number) {
   const struct Encoding* const encoding = zelFindEncoding(number);
   if (string == nil || buffer == NULL || size <= 0 || encoding == NULL) return false;
-  // Most text is ASCII, which Foundation stores as Latin-1: a copy is all it takes.
   if ((encoding->rules & kAsciiSuperset) != 0 &&
-      [string fastestEncoding] == NSISOLatin1StringEncoding &&
-      [string getCString:buffer maxLength:(NSUInteger)size encoding:NSISOLatin1StringEncoding] &&
-      isAscii(buffer, [string length])) {
+      copyStored(string, encoding, buffer, (size_t)size)) {
     return true;
   }
   const ptrdiff_t length = encode(string, encoding, buffer, (size_t)size - 1);

@@ -1,8 +1,18 @@
+#include <atomic>
 #include <cstring>
 #include <string_view>
+#include <thread>
+#include <vector>
 
 #include "native/corefoundation.h"
+#include "native/exceptions.h"
+#include "native/methods.h"
 #include "tests/native/support.h"
+
+extern "C" {
+zel::Class* objc_allocateClassPair(zel::Class* superclass, const char* name, std::size_t extra);
+void objc_registerClassPair(zel::Class* made);
+}
 
 namespace native_test {
 namespace {
@@ -274,6 +284,155 @@ TEST_F(StringsTest, AsciiAndMacRomanTakeTheSameShortWay) {
   EXPECT_EQ(cString(string("caf\xC3\xA9"), 10, kCFStringEncodingASCII), "");
   EXPECT_EQ(cString(string("caf\xC3\xA9"), 5, kCFStringEncodingMacRoman), "caf\x8E\0"s);
   EXPECT_EQ(cString(string("caf\xC3\xA9"), 4, kCFStringEncodingMacRoman), "");
+}
+
+// --- classes of texts that others define
+
+struct Method {
+  const char* selector;
+  void (*implementation)();
+  const char* types;
+};
+
+template <class Function>
+Method method(const char* selector, Function function, const char* types) {
+  return {selector, reinterpret_cast<void (*)()>(function), types};
+}
+
+// An object of a new class with these methods; autoreleased.
+CFStringRef instanceOf(const std::string& name, zel::Class* superclass,
+                       const std::vector<Method>& methods) {
+  zel::Class* const made = objc_allocateClassPair(superclass, name.c_str(), 0);
+  for (const Method& one : methods) {
+    zel::class_addMethod(made, zel::sel_registerName(one.selector), one.implementation, one.types);
+  }
+  objc_registerClassPair(made);
+  return zel::autoreleased(send<CFStringRef, "alloc">(made));
+}
+
+template <CFIndex Length>
+CFIndex lengthOf(CFStringRef /*self*/, zel::SEL /*selector*/) {
+  return Length;
+}
+
+TEST_F(StringsTest, EveryClassOfTextsAnswersForItself) {
+  constexpr CFIndex (*kLengths[])(CFStringRef, zel::SEL) = {lengthOf<1>, lengthOf<2>, lengthOf<3>};
+  // More classes than are remembered at a time.
+  std::vector<CFStringRef> texts;
+  for (std::size_t i = 0; i < 60; ++i) {
+    texts.push_back(instanceOf("OwnTexts" + std::to_string(i), zel::classNamed<"NSString">(),
+                               {method("length", kLengths[i % 3], "Q@:")}));
+  }
+  for (int turn = 0; turn < 2; ++turn) {
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      EXPECT_EQ(zel::CFStringGetLength(texts[i]), static_cast<CFIndex>(i % 3) + 1) << i;
+      EXPECT_EQ(zel::CFStringGetLength(texts[i]), static_cast<CFIndex>(i % 3) + 1) << i;
+    }
+  }
+}
+
+TEST_F(StringsTest, ThreadsMeetClassesAtOnce) {
+  constexpr CFIndex (*kLengths[])(CFStringRef, zel::SEL) = {lengthOf<1>, lengthOf<2>, lengthOf<3>,
+                                                            lengthOf<4>, lengthOf<5>};
+  constexpr std::size_t kClasses = 20;  // some stand in the same place
+  std::vector<CFStringRef> texts;
+  for (std::size_t i = 0; i < kClasses; ++i) {
+    texts.push_back(instanceOf("SharedTexts" + std::to_string(i), zel::classNamed<"NSString">(),
+                               {method("length", kLengths[i % 5], "Q@:")}));
+  }
+  std::atomic<int> wrong = 0;
+  std::vector<std::thread> threads;
+  for (std::size_t thread = 0; thread < 4; ++thread) {
+    threads.emplace_back([&, thread] {
+      for (std::size_t turn = 0; turn < 200'000; ++turn) {
+        const std::size_t i = (turn * (2 * thread + 1)) % kClasses;
+        if (zel::CFStringGetLength(texts[i]) != static_cast<CFIndex>(i % 5) + 1) ++wrong;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong, 0);
+}
+
+// What a proxy hands on every message to.
+CFStringRef standsFor;
+
+id signatureOf(id /*self*/, zel::SEL /*selector*/, zel::SEL asked) {
+  return send<id, "methodSignatureForSelector:">(standsFor, asked);
+}
+void handOn(id /*self*/, zel::SEL /*selector*/, id invocation) {
+  send<void, "invokeWithTarget:">(invocation, standsFor);
+}
+
+TEST_F(StringsTest, AProxyAnswersForTheTextThatItStandsFor) {
+  const CFStringRef proxy = instanceOf("OwnProxy", zel::classNamed<"NSProxy">(),
+                                       {method("methodSignatureForSelector:", signatureOf, "@@::"),
+                                        method("forwardInvocation:", handOn, "v@:@")});
+  for (const char* const bytes : {"plain", "caf\xC3\xA9", "more"}) {
+    const host::Pool pool;  // what answered for it is gone with each pool
+    standsFor = string(bytes);
+    EXPECT_EQ(zel::CFStringGetLength(proxy), zel::CFStringGetLength(standsFor));
+    EXPECT_EQ(text(proxy), bytes);
+  }
+}
+
+TEST_F(StringsTest, WhatIsNoTextAnswersForItselfEachTime) {
+  const auto* const data = reinterpret_cast<CFStringRef>(send<id, "dataWithBytes:length:">(
+      zel::classNamed<"NSData">(), static_cast<const void*>("abc"), CFIndex{3}));
+  EXPECT_EQ(zel::CFStringGetLength(data), 3);
+  EXPECT_EQ(zel::CFStringGetLength(data), 3);
+  const CFStringRef mute =
+      zel::autoreleased(send<CFStringRef, "new">(zel::classNamed<"NSObject">()));
+  char buffer[4];
+  for (int turn = 0; turn < 2; ++turn) {
+    EXPECT_NE(zel::catching([&] { static_cast<void>(zel::CFStringGetLength(mute)); }), nullptr);
+    EXPECT_NE(
+        zel::catching([&] { zel::CFStringGetCString(mute, buffer, 4, kCFStringEncodingUTF8); }),
+        nullptr);
+  }
+}
+
+constexpr unsigned kFoundationsUtf8 = 4;
+unsigned askedEncoding;
+
+unsigned storedAsUtf8(CFStringRef /*self*/, zel::SEL /*selector*/) { return kFoundationsUtf8; }
+zel::BOOL giveUtf8(CFStringRef /*self*/, zel::SEL /*selector*/, char* buffer, std::size_t size,
+                   unsigned encoding) {
+  askedEncoding = encoding;
+  if (size < 4) return 0;
+  std::memcpy(buffer, "\xE2\x82\xAC", 4);
+  return 1;
+}
+UniChar euro(CFStringRef /*self*/, zel::SEL /*selector*/, std::size_t /*index*/) { return u'€'; }
+
+TEST_F(StringsTest, TextThatIsStoredAsWantedIsCopied) {
+  const CFStringRef stored =
+      instanceOf("OwnUtf8", zel::classNamed<"NSString">(),
+                 {method("fastestEncoding", storedAsUtf8, "I@:"),
+                  method("getCString:maxLength:encoding:", giveUtf8, "C@:*QI"),
+                  method("length", lengthOf<1>, "Q@:"), method("characterAtIndex:", euro, "S@:Q")});
+  askedEncoding = 0;
+  EXPECT_EQ(cString(stored, 4), "\xE2\x82\xAC\0"s);
+  EXPECT_EQ(askedEncoding, kFoundationsUtf8);
+  EXPECT_EQ(cString(stored, 3), "");
+  // What stands in for a text is asked as one.
+  const CFStringRef standIn =
+      instanceOf("OwnStandIn", zel::classNamed<"NSProxy">(),
+                 {method("fastestEncoding", storedAsUtf8, "I@:"),
+                  method("getCString:maxLength:encoding:", giveUtf8, "C@:*QI")});
+  EXPECT_EQ(cString(standIn, 4), "\xE2\x82\xAC\0"s);
+  // In any other encoding it isn't.
+  askedEncoding = 0;
+  EXPECT_EQ(cString(stored, 4, kCFStringEncodingMacRoman), "\xDB\0"s);
+  EXPECT_EQ(cString(stored, 4, kCFStringEncodingASCII), "");
+  EXPECT_EQ(askedEncoding, 0U);
+}
+
+TEST_F(StringsTest, TextsOfFoundationItselfAreWhole) {
+  const CFStringRef constant = zel::zelFoundationConstant("NSGlobalDomain");
+  EXPECT_EQ(cString(constant, 15), "NSGlobalDomain\0"s);
+  EXPECT_EQ(cString(constant, 14), "");
+  EXPECT_EQ(cString(constant, 15, kCFStringEncodingMacRoman), "NSGlobalDomain\0"s);
 }
 
 }  // namespace

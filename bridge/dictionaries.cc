@@ -62,11 +62,9 @@ void drop(HeldEntry& held) {
 
 // --- native to host
 
-void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target, Nesting nesting,
-               HeldEntry& held) {
-  const id nativeValue = send<id, "objectForKey:">(source, nativeKey);
-  held.key = NewVariantFromNSObject(nativeKey, nesting, held.text);
-  held.value = NewVariantFromNSObject(nativeValue, nesting, held.text);
+void copyEntry(id key, id value, REALobject target, Nesting nesting, HeldEntry& held) {
+  held.key = NewVariantFromNSObject(key, nesting, held.text);
+  held.value = NewVariantFromNSObject(value, nesting, held.text);
   setEntry(target, held.key, held.value);
   drop(held);
 }
@@ -74,9 +72,12 @@ void copyEntry(CFDictionaryRef source, id nativeKey, REALobject target, Nesting 
 void copyEntries(CFDictionaryRef source, REALobject target, Nesting nesting) {
   const id keys = send<id, "allKeys">(source);
   const auto count = send<NSUInteger, "count">(keys);
+  const Repeated<id, "objectAtIndex:", NSUInteger> keyAt(keys);
+  const Repeated<id, "objectForKey:", id> valueOf(source);
   holding<HeldEntry>([=](HeldEntry& held) {
     for (NSUInteger i = 0; i < count; ++i) {
-      copyEntry(source, send<id, "objectAtIndex:">(keys, i), target, nesting, held);
+      const id key = keyAt(i);
+      copyEntry(key, valueOf(key), target, nesting, held);
     }
   });
 }
@@ -123,10 +124,10 @@ CFDictionaryRef NewNSDictionary(REALdictionary dictionary, Nesting nesting) {
 
 void FillStringArray(REALstringArray array, id items) {
   if (array == nullptr) return;
-  const id enumerator = send<id, "objectEnumerator">(items);
+  const Repeated<CFStringRef, "nextObject"> next(send<id, "objectEnumerator">(items));
   holding<REALstring>([=](REALstring& text) {
     std::int32_t index = 0;
-    while (const auto item = send<CFStringRef, "nextObject">(enumerator)) {
+    while (const CFStringRef item = next()) {
       text = CFString2RBString(item);
       REALInsertArrayValueString(reinterpret_cast<REALarray>(array), index, text);
       drop(text);

@@ -218,10 +218,10 @@ REALobject NewVariantFromNSObject(id object, Nesting nesting) {
 void FillVariantArray(REALarray array, id list, Nesting nesting) {
   if (array == nullptr) return;
   const Nesting inside = nesting.deeper();
-  const id enumerator = send<id, "objectEnumerator">(list);
+  const Repeated<id, "nextObject"> next(send<id, "objectEnumerator">(list));
   holding<HeldElement<REALobject>>([=](HeldElement<REALobject>& held) {
     std::int32_t index = 0;
-    while (const id element = send<id, "nextObject">(enumerator)) {
+    while (const id element = next()) {
       held.element = NewVariantFromNSObject(element, inside, held.text);
       REALInsertArrayValueObject(array, index, held.element);
       drop(held.element);

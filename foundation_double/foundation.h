@@ -59,7 +59,8 @@ class Foundation {
   // --- records, since reset or clearRecords
 
   /// Every message, in order: "-[NSUserDefaults setInteger:forKey:]", "+[NSUserDefaults alloc]".
-  /// The class is the receiver's own, not the one that defines the method.
+  /// The class is the receiver's own, not the one that defines the method. A method that is looked
+  /// up once and called again and again, as zel::Repeated does, is one message.
   const std::vector<std::string>& messages();
   /// Every Core Foundation call by name, in order, NSLog and zelFoundationConstant included.
   const std::vector<std::string>& calls();

@@ -1,5 +1,5 @@
 // How a message reaches its method: the runtime's functions, Foundation's BOOL, and
-// dispatch<R>(receiver, selector, arguments...).
+// methodOf<R, Arguments...>(receiver, selector).
 #pragma once
 
 #if defined(__APPLE__)

@@ -45,8 +45,32 @@ inline SEL selector() {
 template <class R, Name Text, class Receiver, class... Arguments>
 inline R send(Receiver* receiver, Arguments... arguments) {
   if (receiver == nullptr) return R();
-  return dispatch<R>(receiver, selector<Text>(), arguments...);
+  void* const self = const_cast<void*>(static_cast<const void*>(receiver));
+  const SEL name = selector<Text>();
+  return methodOf<R, Arguments...>(self, name)(self, name, arguments...);
 }
+
+/// One message to one receiver, for a loop: its method is looked up once where the runtime tells
+/// it. The arguments go out as they do from send.
+template <class R, Name Text, class... Arguments>
+class Repeated {
+ public:
+  /// @param receiver not owned; nil yields R{} each time.
+  template <class Receiver>
+  explicit Repeated(Receiver* receiver)
+      : receiver_(const_cast<void*>(static_cast<const void*>(receiver))),
+        method_(receiver == nullptr ? toNil : methodOf<R, Arguments...>(receiver_, name_)) {}
+
+  /// Sends the message and gives back its reply.
+  R operator()(Arguments... arguments) const { return method_(receiver_, name_, arguments...); }
+
+ private:
+  static R toNil(void* /*nil*/, SEL /*selector*/, Arguments... /*arguments*/) { return R(); }
+
+  void* receiver_;
+  SEL name_ = selector<Text>();
+  Method<R, Arguments...> method_;
+};
 
 /// The class of that name, not owned; null while nobody has defined it. A class that was found once
 /// is remembered: classes live as long as the process.

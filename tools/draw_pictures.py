@@ -36,7 +36,7 @@ PLACES = {
     "wrapped": ["defaults/instance.h"],
     "dataAt": ["plugin/instance_data.h"],
     "send": ["native/objc.h"],
-    "dispatch": ["native/darwin/dispatch.h", "native/gnustep/dispatch.h"],
+    "methodOf": ["native/darwin/dispatch.h", "native/gnustep/dispatch.h"],
 }
 # Step of the page's walk, who names, whom.
 STEPS = (
@@ -51,7 +51,7 @@ STEPS = (
     (4, "integerForKey", "wrapped"),
     (4, "wrapped", "dataAt"),
     (5, "integerForKey", "send"),
-    (5, "send", "dispatch"),
+    (5, "send", "methodOf"),
 )
 
 # The domains in the order in which a getter searches them; those on disk, and what they are.

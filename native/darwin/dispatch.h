@@ -82,12 +82,14 @@ constexpr Messenger* messenger() {
   }
 }
 
-/// Calls the receiver's method. @param receiver not nil.
-template <class R, class Receiver, class... Arguments>
-inline R dispatch(Receiver* receiver, SEL selector, Arguments... arguments) {
-  void* const self = const_cast<void*>(static_cast<const void*>(receiver));
-  using Method = R (*)(void*, SEL, Arguments...);
-  return reinterpret_cast<Method>(messenger<R>())(self, selector, arguments...);
+/// A method as the function that it is.
+template <class R, class... Arguments>
+using Method = R (*)(void*, SEL, Arguments...);
+
+/// What answers the message: the messenger, which finds the method at every call.
+template <class R, class... Arguments>
+inline Method<R, Arguments...> methodOf(void* /*receiver*/, SEL /*selector*/) {
+  return reinterpret_cast<Method<R, Arguments...>>(messenger<R>());
 }
 
 }  // namespace zel

@@ -33,13 +33,14 @@ inline Class* lookUpClass(const char* name) { return objc_lookUpClass(name); }
 /// The object's class, not owned: every object begins with it. @param object not nil.
 inline Class* classOf(Object* object) { return *reinterpret_cast<Class**>(object); }
 
-/// Calls the receiver's method. @param receiver not nil.
-template <class R, class Receiver, class... Arguments>
-inline R dispatch(Receiver* receiver, SEL selector, Arguments... arguments) {
-  void* const self = const_cast<void*>(static_cast<const void*>(receiver));
-  using Method = R (*)(void*, SEL, Arguments...);
-  const auto method = reinterpret_cast<Method>(objc_msg_lookup(self, selector));
-  return method(self, selector, arguments...);
+/// A method as the function that it is.
+template <class R, class... Arguments>
+using Method = R (*)(void*, SEL, Arguments...);
+
+/// The method that answers the message. @param receiver not nil.
+template <class R, class... Arguments>
+inline Method<R, Arguments...> methodOf(void* receiver, SEL selector) {
+  return reinterpret_cast<Method<R, Arguments...>>(objc_msg_lookup(receiver, selector));
 }
 
 }  // namespace zel

@@ -68,7 +68,7 @@ TEST_F(DictionariesTest, ADictionaryWithoutItsSetterStaysEmpty) {
 
 TEST_F(DictionariesTest, TheHalfMadeDictionaryIsGivenBackWhenAnExceptionPasses) {
   const id dictionary = foundation.dictionary({{"a"s, one()}, {"b"s, one()}});
-  constexpr long kMessages = 14;
+  constexpr long kMessages = 12;
   for (long n = 1; n <= kMessages; ++n) {
     SCOPED_TRACE(n);
     KnownKinds = {};  // so that each object is asked what it is
@@ -76,6 +76,24 @@ TEST_F(DictionariesTest, TheHalfMadeDictionaryIsGivenBackWhenAnExceptionPasses) 
     EXPECT_NE(catching([&] { toHost(dictionary); }), nullptr);
     EXPECT_EQ(host->unbalanced(), "");
   }
+}
+
+// What a dictionary has been asked for.
+int asked;
+id firstValue;
+
+TEST_F(DictionariesTest, TheHalfMadeDictionaryIsGivenBackWhenAValueRaises) {
+  asked = 0;
+  firstValue = one();
+  foundation.addMethod("NSDictionary", "objectForKey:", [](id, SEL, id) -> id {
+    if (++asked == 1) return firstValue;
+    objc_exception_throw(foundation_double::Foundation::shared().exception("Gone", "No value."));
+  });
+  const id dictionary = foundation.dictionary({{"a"s, firstValue}, {"b"s, firstValue}});
+  EXPECT_NE(catching([&] { toHost(dictionary); }), nullptr);
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(host->calls("Dictionary.SetValue"), 1);
+  EXPECT_EQ(host->unbalanced(), "");
 }
 
 TEST_F(DictionariesTest, AnEntryIsMadeInAFixedOrder) {
@@ -89,6 +107,7 @@ TEST_F(DictionariesTest, AnEntryIsMadeInAFixedOrder) {
                    "REALUnlockObject", "REALUnlockObject"}));
 }
 
+// The containers' methods, each of which is looked up once.
 TEST_F(DictionariesTest, TheKeysAreWalkedInTheirOrder) {
   const id dictionary = foundation.dictionary({{"b"s, foundation.null()}, {"a"s, one()}});
   foundation.clearRecords();
@@ -100,7 +119,6 @@ TEST_F(DictionariesTest, TheKeysAreWalkedInTheirOrder) {
     if (ofAContainer) walked.push_back(message);
   }
   EXPECT_EQ(walked, (Lines{"-[NSDictionary allKeys]", "-[NSArray count]",
-                           "-[NSArray objectAtIndex:]", "-[NSDictionary objectForKey:]",
                            "-[NSArray objectAtIndex:]", "-[NSDictionary objectForKey:]"}));
 }
 

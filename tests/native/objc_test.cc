@@ -43,6 +43,28 @@ TEST_F(ObjcTest, ArgumentsAndRepliesKeepTheirTypes) {
   EXPECT_EQ((send<long long, "longLongValue">(wide)), -9'000'000'000LL);
 }
 
+TEST_F(ObjcTest, RepeatedMessageIsAnsweredEachTime) {
+  const id list = send<id, "arrayWithObjects:">(zel::classNamed<"NSArray">(), string("a"),
+                                                string("b"), id{nullptr});
+  const zel::Repeated<id, "nextObject"> next(send<id, "objectEnumerator">(list));
+  EXPECT_EQ(text(next()), "a");
+  EXPECT_EQ(text(next()), "b");
+  EXPECT_EQ(next(), nullptr);
+  const zel::Repeated<id, "objectAtIndex:", zel::NSInteger> at(list);
+  EXPECT_EQ(text(at(1)), "b");
+  EXPECT_EQ(text(at(0)), "a");
+}
+
+TEST_F(ObjcTest, RepeatedMessageToNilYieldsNothing) {
+  const id nil = nullptr;
+  const zel::Repeated<id, "objectAtIndex:", zel::NSInteger> object(nil);
+  EXPECT_EQ(object(0), nullptr);
+  const zel::Repeated<double, "doubleValue"> number(nil);
+  EXPECT_EQ(number(), 0.0);
+  const zel::Repeated<void, "release"> release(nil);
+  release();
+}
+
 TEST_F(ObjcTest, ClassesAreFoundByName) {
   zel::Class* const found = zel::classNamed<"NSString">();
   ASSERT_NE(found, nullptr);

@@ -68,10 +68,11 @@ void reportLargeStructures() {
 void reportNil() {
   zel::Object* const nil = nullptr;
   const zel::SEL selector = zel::selector<"anything">();
-  reportNumber("int %lld", zel::dispatch<std::int32_t>(nil, selector));
-  reportNumber("long long %lld", zel::dispatch<std::int64_t>(nil, selector));
-  reportNumber("double %lld", static_cast<long long>(zel::dispatch<double>(nil, selector)));
-  zel::dispatch<zel::NSRect>(nil, selector);
+  reportNumber("int %lld", zel::methodOf<std::int32_t>(nil, selector)(nil, selector));
+  reportNumber("long long %lld", zel::methodOf<std::int64_t>(nil, selector)(nil, selector));
+  reportNumber("double %lld",
+               static_cast<long long>(zel::methodOf<double>(nil, selector)(nil, selector)));
+  zel::methodOf<zel::NSRect>(nil, selector)(nil, selector);
   report("a structure");
 }
 

@@ -189,24 +189,23 @@ constexpr NativeKind kKinds[] = {
     {isKindOf<"NSValue", Object>, flat<fromValue>},
 };
 
-// The kind of an object, or null: remembered, or found by the tests.
-const NativeKind* kindOf(id object) {
-  Class* const itsClass = classOf(object);
-  if (const NativeKind* const known = KnownKinds.rowOf(itsClass)) return known;
+// An object of a class that isn't remembered. Out of line: what is remembered is not to pay for the
+// tests.
+[[gnu::noinline]] REALobject tested(id object, Nesting nesting, REALstring& text) {
   for (const NativeKind& kind : kKinds) {
     if (!kind.matches(object)) continue;
-    KnownKinds.remember(itsClass, kind);
-    return &kind;
+    KnownKinds.remember(classOf(object), kind);
+    return kind.convert(object, nesting, text);
   }
-  return nullptr;
+  return isWrapper(object) ? unwrapped(object) : fromClass(object);
 }
 
 }  // namespace
 
 REALobject NewVariantFromNSObject(id object, Nesting nesting, REALstring& text) {
   if (object == nullptr || object == nullObject()) return nullptr;
-  if (const NativeKind* const kind = kindOf(object)) return kind->convert(object, nesting, text);
-  return isWrapper(object) ? unwrapped(object) : fromClass(object);
+  const NativeKind* const known = KnownKinds.rowOf(classOf(object));
+  return known != nullptr ? known->convert(object, nesting, text) : tested(object, nesting, text);
 }
 
 REALobject NewVariantFromNSObject(id object, Nesting nesting) {

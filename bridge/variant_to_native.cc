@@ -131,10 +131,10 @@ consteval Scalars byCode() {
 
 constexpr Scalars kScalarsByCode = byCode();
 
-id fromScalar(REALobject value, std::int32_t type, Nesting nesting, REALstring& text) {
+// What converts values of that type code, or null.
+auto scalarConversion(std::int32_t type) {
   const auto code = static_cast<std::uint32_t>(type);  // a negative one is too large
-  const auto convert = code < Scalars::kCodes ? kScalarsByCode.convert[code] : nullptr;
-  return convert == nullptr ? nullptr : convert(value, nesting, text);
+  return code < Scalars::kCodes ? kScalarsByCode.convert[code] : nullptr;
 }
 
 // --- arrays
@@ -214,19 +214,26 @@ const Element* findElement(std::int32_t code) {
   return list;
 }
 
+// @param text nothing but a text's conversion holds something there.
+id converted(REALobject value, std::int32_t type, Nesting nesting, REALstring& text) {
+  if (type > kFirstArray) return fromArray(reinterpret_cast<REALarray>(value), type, nesting);
+  const auto convert = scalarConversion(type);
+  return convert == nullptr ? nullptr : convert(value, nesting, text);
+}
+
 }  // namespace
 
 id GetVariantAsNSObject(REALobject value, Nesting nesting, REALstring& text) {
   if (value == nullptr) return nullptr;
-  const std::int32_t type = typeOf(value);
-  if (type <= kFirstArray) return fromScalar(value, type, nesting, text);
-  return fromArray(reinterpret_cast<REALarray>(value), type, nesting);
+  return converted(value, typeOf(value), nesting, text);
 }
 
 id GetVariantAsNSObject(REALobject value, Nesting nesting) {
+  if (value == nullptr) return nullptr;
+  const std::int32_t type = typeOf(value);
   REALstring text = nullptr;
-  return withCleanup([=, &text] { return GetVariantAsNSObject(value, nesting, text); },
-                     [&] { drop(text); });
+  if (scalarConversion(type) != fromString) return converted(value, type, nesting, text);
+  return withCleanup([=, &text] { return fromString(value, nesting, text); }, [&] { drop(text); });
 }
 
 }  // namespace zel

@@ -17,6 +17,9 @@ MANUAL = {
 # For who works on the plugin, and anything new.
 ENGINEERING = ["architecture", "performance", "language", "package", "macos", "macos-running"]
 
+# The last row of the table at the end of the landing page, which only engineers get.
+LAST_ROW = "| what a call costs, and beside what | [Performance](performance.md) |\n"
+
 
 def leave_out_engineering(app, config):
     """With the tag "manual", which users get, only the pages that are for them."""
@@ -36,6 +39,8 @@ def engineering_pages():
 def list_pages(app, page, source):
     """Ends a page with the lists that the site's sidebar shows."""
     if page == "index":
+        if not app.tags.has("manual"):
+            source[0] += LAST_ROW
         source[0] += listing(app, MANUAL["index"], ":caption: Manual")
         source[0] += listing(app, engineering_pages(), ":caption: Engineering")
     elif page in MANUAL:

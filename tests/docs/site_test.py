@@ -42,6 +42,11 @@ class SiteTest(unittest.TestCase):
     def test_the_manual_has_the_pages_for_users(self):
         self.assertEqual(pages_of(MANUAL), {*pages()} - ENGINEERING)
 
+    def test_the_landing_page_leads_to_what_a_call_costs(self):
+        row = '<td><p><a class="reference internal" href="performance.html">'
+        self.assertIn(row, (SITE / "index.html").read_text(encoding="utf-8"))
+        self.assertNotIn("performance.html", (MANUAL / "index.html").read_text(encoding="utf-8"))
+
     # Who has the package has none of the project's tools, nor its sources.
     def test_the_manual_tells_of_no_tools(self):
         for page in pages_of(MANUAL):

@@ -161,10 +161,13 @@ void CFStringNormalize(CFMutableStringRef string, CFIndex form) {
   body.units = decomposed(body.units);
 }
 
-CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
+CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, CFIndex capacity,
                                                  const void* keyCallBacks,
                                                  const void* valueCallBacks) {
   if (!enter(__func__)) return nullptr;
+  if (capacity != 0) {
+    misuseWithoutAnswer("a dictionary with a limit, which the double doesn't know");
+  }
   if (keyCallBacks != nullptr || valueCallBacks != nullptr) {
     misuseWithoutAnswer("a dictionary with call-backs, which the double doesn't know");
   }

@@ -55,6 +55,14 @@ TEST_P(ExceptionsTest, AnObjectKeepsItsExceptionAndGivesItUp) {
   EXPECT_EQ(foundation.references(exception), 1);
 }
 
+TEST_P(ExceptionsTest, AnObjectWhoseLifeHasEndedHasForgottenItsException) {
+  const id exception = foundation.exception("Name", "Reason");
+  const ObjectRef object = newHostObject(exception);
+  NSExceptionDestructor(object.handle());
+  EXPECT_EQ(ask(object, "reason"), Value(""s));
+  EXPECT_EQ(foundation.references(exception), 1);
+}
+
 TEST_P(ExceptionsTest, AnObjectOutlivesThePoolThatItsExceptionCameFrom) {
   const ObjectRef object = newHostObject(foundation.exception("Name", "Reason"));
   foundation.drainPool();

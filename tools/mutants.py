@@ -339,12 +339,19 @@ class Source:
                 continue
             if token.text == "(":
                 name = self.tokens[i - 1]
+                if self._is_head(i):
+                    continue
                 if name.text not in NO_CALL and (name.kind == "name" or name.text in (">", ">>")):
                     parts = self._parts(i)
                     if not all(self._is_parameter(*part) for part in parts):
                         self._swap("arguments", parts, tables=name.text.isupper())
             elif token.text == "{" and self._brace(i) == "list":
                 self._list(self._parts(i))
+
+    def _is_head(self, opened):
+        """Whether the parenthesis follows a type and a name: no call is made there."""
+        before = self.tokens[opened - 2]
+        return before.kind == "name" and before.text not in ("return", "else")
 
     def _is_parameter(self, first, behind):
         """A type and a name, as in the head of a function."""

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "bridge/native_to_variant.h"
 #include "tests/support/plugin_test.h"
 
 namespace zel {
@@ -36,6 +37,18 @@ TEST_F(ClassMemoryTest, RemembersEachClassByItself) {
   EXPECT_EQ(memory.rowOf(derived), nullptr);
   memory.remember(derived, kRows[1]);
   EXPECT_EQ(memory.rowOf(derived), &kRows[1]);
+}
+
+// Places are the upper six bits of a product of 32 bits: of one, two and three times 0x9E3779B9,
+// and of it 26 bits to the left, where its lowest bits decide.
+TEST_F(ClassMemoryTest, TheWholeAddressDecidesThePlace) {
+  const auto placeOf = [](std::uintptr_t address) {
+    return ClassMemory<NativeKind>::placeOf(reinterpret_cast<const Class*>(address));
+  };
+  EXPECT_EQ(placeOf(0x10), 39U);
+  EXPECT_EQ(placeOf(0x20), 15U);
+  EXPECT_EQ(placeOf(0x30), 54U);
+  EXPECT_EQ(placeOf(0x40000000), 57U);
 }
 
 TEST_F(ClassMemoryTest, AClassMayBeRememberedAnew) {

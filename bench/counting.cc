@@ -13,8 +13,6 @@
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
-extern char** environ;
-
 namespace bench {
 namespace {
 
@@ -64,6 +62,7 @@ Counts read(const fs::path& file) {
 // Runs a command, with its output in that file. Whether it has ended well.
 bool run(const std::vector<std::string>& command, const fs::path& output) {
   std::vector<char*> words;
+  words.reserve(command.size() + 1);
   for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
   words.push_back(nullptr);
   posix_spawn_file_actions_t streams;

@@ -4,11 +4,11 @@
 
 // A function that reads: its result, the result's neutral value, and the message whose reply
 // becomes the result.
-#define READ(type, name, neutral, expression)                               \
-  type name(LeanString* key) {                                              \
-    type result = neutral;                                                  \
-    DIRECTLY(NSString* const native = nativeText(key); result = expression) \
-    return result;                                                          \
+#define READ(type, name, neutral, expression)                                 \
+  type name(LeanString* key) {                                                \
+    type result = neutral;                                                    \
+    DIRECTLY(NSString* const native = nativeText(key); result = (expression)) \
+    return result;                                                            \
   }
 
 #define STORE(name, type, message)                              \

@@ -71,16 +71,16 @@ void setEntry(LeanObject* dictionary, LeanObject* key, LeanObject* value) {
   if (dictionary->count == dictionary->room) grow(dictionary, 2);
   const std::int32_t place = dictionary->count++;
   key->place = place;
-  dictionary->value.elements[2 * place] = key;
-  dictionary->value.elements[2 * place + 1] = value;
+  dictionary->value.elements[std::ptrdiff_t{2} * place] = key;
+  dictionary->value.elements[std::ptrdiff_t{2} * place + 1] = value;
 }
 
 LeanObject* keyAt(LeanObject* dictionary, std::int32_t index) {
-  return static_cast<LeanObject*>(dictionary->value.elements[2 * index]);
+  return static_cast<LeanObject*>(dictionary->value.elements[std::ptrdiff_t{2} * index]);
 }
 
 LeanObject* valueOf(LeanObject* dictionary, LeanObject* key) {
-  return static_cast<LeanObject*>(dictionary->value.elements[2 * key->place + 1]);
+  return static_cast<LeanObject*>(dictionary->value.elements[std::ptrdiff_t{2} * key->place + 1]);
 }
 
 // --- dates

@@ -15,6 +15,9 @@ extern "C" {
 #include <stdint.h>
 #endif
 
+// Objective-C reads these, too.
+// NOLINTBEGIN(modernize-use-using,modernize-redundant-void-arg)
+
 /// A host string: UTF-8, with a zero byte behind it.
 typedef struct LeanString {
   const char* bytes;
@@ -126,6 +129,7 @@ unsigned char leanReferenceOf(LeanObject* item, struct FSRef* ref, struct HFSUni
 unsigned char leanObjectIsA(LeanObject* object, const char* classReference);
 const char* leanClassReference(const char* className);
 
+// NOLINTEND(modernize-use-using,modernize-redundant-void-arg)
 #ifdef __cplusplus
 }
 #endif

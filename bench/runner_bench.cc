@@ -42,7 +42,7 @@ void runLoop(benchmark::State& state, const std::string& body) {
                                    std::to_string(kTurns) + "\n" + body + "\nNext\n");
   std::ostringstream out;
   std::istringstream in;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     runner::Session session(host, out, in);
     const runner::Ending ending = session.run(program);
     if (ending.diagnostics.empty() && !ending.unhandled) continue;

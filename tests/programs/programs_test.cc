@@ -49,9 +49,10 @@ std::string programsOf(const fs::path& expectation) {
   const fs::path name = fs::path(expectation).replace_extension();
   if (!fs::is_directory(name)) return name.filename().string() + ".xojo_script";
   std::set<std::string> names;
-  for (const fs::path& file : fs::directory_iterator(name))
+  for (const fs::path& file : fs::directory_iterator(name)) {
     if (file.extension() == ".xojo_script")
       names.insert(file.lexically_relative(name.parent_path()));
+  }
   std::string all;
   for (const std::string& file : names) all += file + ' ';
   return all;

@@ -177,16 +177,18 @@ TEST(CommandTest, NoStoreIsLeftBehindByASignal) {
   for (const std::string& programs : {endless.file(), endless.file() + " " + endless.file()}) {
     for (const auto& row : rows) {
       const TemporaryFolder folder;
-      const std::string inFolder = "export TMPDIR='" + folder.path().native() + "'; ";
+      std::string script = "export TMPDIR='";
+      script.append(folder.path().native()).append("'; " ZEL_HOSTRUN " ").append(programs);
       // It runs once there is something in the store's folder.
-      const Ending result =
-          run(inFolder + ZEL_HOSTRUN " " + programs +
-              " >$TMPDIR/out 2>$TMPDIR/messages & "
-              "until ls -d $TMPDIR/private-store-*/Defaults >$TMPDIR/ls 2>&1; do sleep 0.05; done; "
-              "sleep 0.5; kill -" +
-              row.signal +
+      script.append(
+          " >$TMPDIR/out 2>$TMPDIR/messages & "
+          "until ls -d $TMPDIR/private-store-*/Defaults >$TMPDIR/ls 2>&1; do sleep 0.05; done; "
+          "sleep 0.5; kill -");
+      script.append(row.signal)
+          .append(
               " $!; wait $!; echo $?; cd $TMPDIR; "
               "ls -d private-store-* 2>/dev/null");
+      const Ending result = run(script);
       EXPECT_EQ(result.output, std::to_string(row.status) + "\n") << programs << row.signal;
     }
   }

@@ -48,15 +48,15 @@ TEST(ParserTest, EveryStatementIsKnown) {
         "Do Until a\nLoop",
         "Select Case a\nCase 1, 2 To 3, Is > 4\nb\nCase IsA Date\nElse\nc\nEnd Select",
         "Select Case a\nCase 1\nCase Else\nEnd Select",
-        "Try\na\nCatch e As RuntimeException\nb\n"
-        "Catch\nc\nFinally\nd\nEnd Try",
+        ("Try\na\nCatch e As RuntimeException\nb\n"
+         "Catch\nc\nFinally\nd\nEnd Try"),
         "Raise e",
         "Redim a(5)",
         "Exit For",
         "Continue While",
         "Sub f()\nReturn\nEnd Sub",
-        "Function f(ByRef a As Integer, b() As String) As Double\n"
-        "Return 1\nEnd Function",
+        ("Function f(ByRef a As Integer, b() As String) As Double\n"
+         "Return 1\nEnd Function"),
         "Sub f(a As Integer = 5, Assigns b As String)\nEnd Sub",
         "a = b : c = d",
         "If a Then\nEnd",
